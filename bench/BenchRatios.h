@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// One ratio of two benchmarks of a program: the time of `name` over the time of `reference`, or for rates the rate of
+/// `name` over that of `reference` when the benchmarks count bytes or items.
+struct BenchRatio
+{
+    std::string name;
+    std::string reference;
+    double limit;         ///< what the project promises
+    bool atLeast = false; ///< the ratio must not be below the limit; otherwise not above it
+};
+
+/// A time that is promised as such.
+struct BenchTime
+{
+    std::string name;
+    double limitSeconds;
+};
+
+/// Runs the program's benchmarks several times in random order and prints, for each ratio and time, the figure of the best
+/// runs beside what is promised. `--benchmark_...` arguments go to the benchmark library.
+/// @return the process's exit status: 0, or 1 if a benchmark that is asked for did not run
+int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times = {});

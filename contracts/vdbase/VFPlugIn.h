@@ -1,0 +1,49 @@
+#pragma once
+
+#include "vdbase/VDString.h"
+
+/// Plug-in configuration and loading. Manifests are TOML files: `plugins.toml` and every `plugins.d/*.toml` (in byte order),
+/// first in the logical folder `home`, then in `vdsys`. Each holds tables
+///
+///     [[plugin]]
+///     family      = "FileFormat"          # section
+///     name        = "WAV"                 # unique in its family; the first entry of a name wins
+///     description = "WAV audio files"
+///     library     = "daxwav"
+///     prefix      = "WavFF"
+///     skip        = false                 # optional
+///
+/// They are read once, at the first question of the process.
+
+/// @return 0 to stop the enumeration, which is then a failure
+using VFPlugInCallback = int (*)(void* context, const char* name, const char* description);
+
+/// Calls back for each configured plug-in of the family, in the order of the manifests.
+/// @return false, recorded, if a manifest can't be read or parsed; the callback isn't called then
+VDBASE_API bool VFEnumPlugIns(const char* family, VFPlugInCallback callback, void* context);
+
+/// How a plug-in is loaded. Names compare without regard to case.
+/// @param skip     non-zero leaves the plug-in unloaded
+/// @param library  for `VFLoadLibrary`
+/// @return false if no such plug-in is configured, which is no error
+VDBASE_API bool VFGetPlugInType(const char* family, const char* name, int* skip, VDString* library, VDString* prefix);
+
+/// A loaded library. Libraries are never unloaded.
+class VDLibrary;
+
+/// Loads a library. A name with a separator is a path. Any other name stands for the module registered under it, or for the
+/// file of that name (also with "lib" before and ".so" behind it) beside the manifest that named it, in the plug-in folder
+/// of the installation, or where the system's loader finds it, in this order.
+/// @return null, recorded, on failure
+VDBASE_API VDLibrary* VFLoadLibrary(const char* library);
+
+/// Finds the function prefix + suffix.
+/// @param function  an address; the caller knows its type
+VDBASE_API bool VFGetLibFunc(VDLibrary* library, const char* prefix, const char* suffix, void** function);
+
+/// Makes a loaded module known under a name, so that a manifest can name it as a plug-in library.
+/// @param addressInside  of anything in the module
+VDBASE_API void VFRegisterModule(const char* name, const void* addressInside);
+
+/// Forgets the manifests, so that they are read again at the next question. For hosts that change them.
+VDBASE_API void VFReloadPlugInConfiguration();

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "daxlib/DaxApi.h"
+
+#include <cstdint>
+
+/// Values that the whole exported interface shares.
+///
+/// Conventions. A handle is an opaque pointer; every function checks it first and reports -327682 "Invalid handle" for a null
+/// handle or one of another family. A result is non-zero for success and 0 for failure, with the error recorded in the error
+/// system of `vdbase` on the calling thread. Out arguments come last; an out text is assigned, never appended to. No
+/// exception crosses the interface. One thread uses an object at a time.
+
+class VDFileId;
+class VDFileIdArray;
+class VDFileInfo;
+class VDTsAcc;
+
+/// What `GetID` gives for the objects behind handles.
+namespace DaxHandleId {
+constexpr std::int32_t TsAcc = static_cast<std::int32_t>(0xa04f0005);
+constexpr std::int32_t FileId = static_cast<std::int32_t>(0xa04f000d);
+constexpr std::int32_t FileIdArray = static_cast<std::int32_t>(0xa04f0052);
+constexpr std::int32_t FileInfo = static_cast<std::int32_t>(0xa04f0057);
+}  // namespace DaxHandleId
+
+/// Types of a channel's values.
+namespace DaxDataType {
+constexpr std::int32_t Long = static_cast<std::int32_t>(0xa04f106c);
+constexpr std::int32_t Huge = static_cast<std::int32_t>(0xa04f106e);
+constexpr std::int32_t Float = static_cast<std::int32_t>(0xa04f106f);
+constexpr std::int32_t Double = static_cast<std::int32_t>(0xa04f1070);
+constexpr std::int32_t Digital32 = static_cast<std::int32_t>(0xa04f1079);
+constexpr std::int32_t Digital64 = static_cast<std::int32_t>(0xa04f107a);
+}  // namespace DaxDataType
+
+/// Channel arguments that are no index. An index is a position in a channel list, from 0; a number is the channel's own.
+namespace DaxChannel {
+constexpr int WholeFile = -1;
+constexpr std::uint32_t All = 0xf0000001U;
+}  // namespace DaxChannel
+
+/// The file id of the built-in storage format.
+constexpr int DaxStorageFileId = 154;
+
+/// The kind of data that a test holds.
+enum VTFileAccessType : int {
+    VTFileAccessUnknown = 0,
+    VTFileAccessTimeSeries = 1,
+    VTFileAccessHistogram = 2,
+    VTFileAccessCycles = 3,
+    VTFileAccessMultiColumn = 4,
+    VTFileAccessMetaData = 5,
+    VTFileAccessComplexFrequency = 6,
+    VTFileAccessFEModels = 7,
+    VTFileAccessFirstConfigured = 1000,
+    VTFileAccessLastConfigured = 2999,
+    VTFileAccessAll = 9999,
+};
+
+/// How a test lies on disk.
+enum VTNameForm : std::int32_t {
+    VTNameFormFile = 0,              ///< one file, whose whole path is the filename
+    VTNameFormTestPlusChannels = 1,  ///< one file per channel; the filename is the stem
+};
+
+/// Where a test lies.
+enum VTDataSource : std::int32_t {
+    VTDataSourceDisk = 0,
+    VTDataSourceStore1 = 1,
+    VTDataSourceStore2 = 2,
+    VTDataSourceStore3 = 3,
+};
+
+/// Bits of the mask of `FIDCopy`.
+enum VTFileIdCopyFlag : std::uint32_t {
+    VTFileIdCopyChannels = 0x0001,
+    VTFileIdCopyFileId = 0x0002,
+    VTFileIdCopyVersion = 0x0004,
+    VTFileIdCopyTitle = 0x0008,
+    VTFileIdCopyRun = 0x0010,
+    VTFileIdCopyOpSys = 0x0020,
+    VTFileIdCopyNames = 0x0040,
+    VTFileIdCopySelectedChannels = 0x0080,
+    VTFileIdCopySelected = 0x0100,
+    VTFileIdCopyShowChannels = 0x0200,
+    VTFileIdCopyBurst = 0x0400,
+    VTFileIdCopyExtraData = 0x0800,
+    VTFileIdCopyMode = 0x1000,
+    VTFileIdCopyPreferences = 0x2000,
+    VTFileIdCopyDefault = 0xffffefacU,  ///< what a mask of 0 means
+};
+
+/// Forms of a test's text (`FIDGetTestDescriptor`).
+enum VTTestDescriptorType : int {
+    VTTestDescShortName = 0,  ///< folderless name and the suffixes of run, burst and mode, for deriving file names
+    VTTestDescTitle = 1,      ///< display title without folder
+    VTTestDescSelected = 2,   ///< test descriptor that lists the selected channels
+    VTTestDescRelative = 3,   ///< the same with stored-relative paths
+    VTTestDescAll = 4,        ///< test descriptor that lists all channels
+    VTTestDescPathName = 5,   ///< as the short name, with the folder
+    VTTestDescFullTitle = 6,  ///< display title with the whole filename
+    VTTestDescListLabel = 7,  ///< compact label
+    VTTestDescBaseTitle = 8,  ///< display title with the base name only
+};
+
+/// How a file's base name is split into test stem and channel number.
+enum VTChanSepMethod : int {
+    VTChanSepFixedDigits = 1,
+    VTChanSepVariableDigits = 2,
+};

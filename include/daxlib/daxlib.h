@@ -1,0 +1,21 @@
+#pragma once
+
+/// The whole exported interface of daxlib.
+
+#include "daxlib/DaxApi.h"
+#include "daxlib/DaxHandle.h"
+#include "daxlib/DaxTypes.h"
+#include "daxlib/FIA.h"
+#include "daxlib/FID.h"
+#include "daxlib/FINF.h"
+#include "daxlib/FileFormatPlugin.h"
+#include "daxlib/TSAcc.h"
+#include "daxlib/TimeSeriesPlugin.h"
+#include "daxlib/VDCanChanDefinition.h"
+#include "daxlib/VDCanDefinition.h"
+#include "daxlib/VDCanFrameDefinition.h"
+#include "daxlib/VDChanSep.h"
+#include "daxlib/VDFileIdPreferences.h"
+#include "daxlib/VDGeneralFiles.h"
+#include "daxlib/VFDax.h"
+#include "daxlib/VFDaxMetaData.h"

@@ -1,0 +1,180 @@
+#include "vdbase/VDStats.h"
+
+#include "StatsBlock.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace {
+
+// A block that needs a second pass is still in the first cache then.
+constexpr std::int64_t blockPoints = 1024;
+
+/// Adds a set of values, given by their count, mean (less the shift) and squared deviations.
+void Merge(VDStatsSums* sums, std::int64_t count, double mean, double squares)
+{
+    if (sums->valid == 0) {
+        sums->valid = count;
+        sums->mean = mean;
+        sums->squares = squares;
+        return;
+    }
+    const double weight = static_cast<double>(count) / static_cast<double>(sums->valid + count);
+    if (!std::isfinite(sums->mean) || !std::isfinite(mean)) {
+        // An infinity among the values: the mean is that infinity, or no number if both signs come.
+        sums->mean += mean;
+        sums->squares = std::numeric_limits<double>::quiet_NaN();
+    } else {
+        const double distance = mean - sums->mean;
+        sums->squares += squares + distance * distance * (static_cast<double>(sums->valid) * weight);
+        // The difference of opposite huge values has no finite number, their mean has one.
+        sums->mean = std::isfinite(distance) ? sums->mean + distance * weight : sums->mean * (1 - weight) + mean * weight;
+    }
+    sums->valid += count;
+}
+
+/// Takes new extremes, found in the values that come after the points counted so far.
+template <class T>
+void MergeRange(VDStatsSums* sums, const T* values, std::size_t count, T max, T min)
+{
+    const auto pointOf = [&](T value) {
+        return sums->count + 1 + static_cast<std::int64_t>(VFFirstIndexOf(values, count, value));
+    };
+    if (sums->pointOfMax == 0 || static_cast<double>(max) > sums->max) {
+        sums->max = static_cast<double>(max);
+        sums->pointOfMax = pointOf(max);
+    }
+    if (sums->pointOfMin == 0 || static_cast<double>(min) < sums->min) {
+        sums->min = static_cast<double>(min);
+        sums->pointOfMin = pointOf(min);
+    }
+}
+
+/// The way for a block with an infinity or with a sum past the range of double.
+template <class T>
+void ProcessOneByOne(VDStatsSums* sums, const T* values, std::size_t count)
+{
+    for (std::size_t index = 0; index < count; ++index)
+        Merge(sums, 1, static_cast<double>(values[index]) - sums->shift, 0);
+}
+
+/// Adds the values of a block, none of which is NaN, without their points.
+template <class T>
+VDStatsBlock<T> ProcessNumbers(VDStatsSums* sums, const T* values, std::size_t count, VDStatsBlock<T> block, double near)
+{
+    const auto points = static_cast<double>(count);
+    const auto correction = [&] { return block.sum / points; };
+    const auto squares = [&] { return block.squares - block.sum * correction(); };
+    // Where the value was so far off the mean that digits are lost, the mean that it leads to isn't.
+    constexpr double bearableLoss = 100;
+    if (block.sum * correction() > bearableLoss * squares()) {
+        near += correction();
+        block = VFStatsPass(values, count, near);
+    }
+    if (std::isfinite(block.sum)) {
+        // With a shift as large as that, differences would leave the range that the squares have left anyway.
+        constexpr double largestShift = 1e150;
+        if (sums->valid == 0 && std::abs(near) < largestShift)
+            sums->shift = near;
+        Merge(sums, static_cast<std::int64_t>(count), (near - sums->shift) + correction(), squares());
+    } else {
+        ProcessOneByOne(sums, values, count);
+    }
+    return block;
+}
+
+template <class T>
+void ProcessBlock(VDStatsSums* sums, const T* values, std::size_t count)
+{
+    // The first value is usually near enough to the mean.
+    const T* numbers = values;
+    std::size_t numberCount = count;
+    VDStatsBlock<T> block = VFStatsPass(values, count, static_cast<double>(values[0]));
+    std::array<T, blockPoints> gathered;
+    if (std::isnan(block.sum)) {
+        numbers = gathered.data();
+        numberCount = 0;
+        for (std::size_t index = 0; index < count; ++index) {
+            gathered[numberCount] = values[index];
+            numberCount += std::isnan(values[index]) ? 0U : 1U;
+        }
+        if (numberCount > 0)
+            block = VFStatsPass(numbers, numberCount, static_cast<double>(numbers[0]));
+    }
+    if (numberCount > 0) {
+        block = ProcessNumbers(sums, numbers, numberCount, block, static_cast<double>(numbers[0]));
+        MergeRange(sums, values, count, block.max, block.min);
+    }
+    sums->count += static_cast<std::int64_t>(count);
+}
+
+template <class T>
+void ProcessAll(VDStatsSums* sums, const T* values, std::int64_t count)
+{
+    for (std::int64_t done = 0; done < count; done += blockPoints)
+        ProcessBlock(sums, values + done, static_cast<std::size_t>(std::min(blockPoints, count - done)));
+}
+
+std::int64_t PointOfAbs(const VDStatsSums& sums)
+{
+    const double max = std::abs(sums.max);
+    const double min = std::abs(sums.min);
+    if (max == min)
+        return std::min(sums.pointOfMax, sums.pointOfMin);
+    return max > min ? sums.pointOfMax : sums.pointOfMin;
+}
+
+template <class T>
+void FinishAll(const VDStatsSums& sums, std::int64_t* count, T* max, T* min, T* mean, T* sdev, T* rms,
+               std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs)
+{
+    const double wholeMean = sums.shift + sums.mean;
+    const auto valid = static_cast<double>(std::max<std::int64_t>(sums.valid, 1));
+    const double squares = std::max(sums.squares, 0.0);
+    *count = sums.count;
+    *max = static_cast<T>(sums.max);
+    *min = static_cast<T>(sums.min);
+    *mean = static_cast<T>(wholeMean);
+    *sdev = sums.valid > 1 ? static_cast<T>(std::sqrt(squares / (valid - 1))) : T(0);
+    *rms = static_cast<T>(std::hypot(wholeMean, std::sqrt(squares / valid)));
+    *pointOfMax = sums.pointOfMax;
+    *pointOfMin = sums.pointOfMin;
+    *pointOfAbs = PointOfAbs(sums);
+}
+
+}  // namespace
+
+void VDStats::Initialise()
+{
+    sums_ = {};
+}
+
+void VDStats::Process(const float* values, std::int64_t count)
+{
+    ProcessAll(&sums_, values, count);
+}
+
+void VDStats::Finish(std::int64_t* count, float* max, float* min, float* mean, float* sdev, float* rms,
+                     std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs) const
+{
+    FinishAll(sums_, count, max, min, mean, sdev, rms, pointOfMax, pointOfMin, pointOfAbs);
+}
+
+void VDStatsEx::Initialise()
+{
+    sums_ = {};
+}
+
+void VDStatsEx::Process(const double* values, std::int64_t count)
+{
+    ProcessAll(&sums_, values, count);
+}
+
+void VDStatsEx::Finish(std::int64_t* count, double* max, double* min, double* mean, double* sdev, double* rms,
+                       std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs) const
+{
+    FinishAll(sums_, count, max, min, mean, sdev, rms, pointOfMax, pointOfMin, pointOfAbs);
+}

@@ -1,0 +1,53 @@
+#include "VDAccessPlugins.h"
+
+#include "VDDaxLib.h"
+
+#include <mutex>
+
+VDString VDAccessPlugins::Routine() const
+{
+    return VDString(family_.className) + "::LoadPlugIns";
+}
+
+bool VDAccessPlugins::LoadOne(VDAccessPluginInfo& plugin, const VDString& library, const VDString& prefix) const
+{
+    auto entryPoints = family_.makeEntryPoints();
+    if (!VFLoadEntryPoints(library, prefix, plugin.description, family_.entryPointList, {}, entryPoints.get(), Routine()))
+        return false;
+    plugin.entryPoints = std::move(entryPoints);
+    return true;
+}
+
+bool VDAccessPlugins::LoadPlugIns()
+{
+    const std::lock_guard lock(VDDaxLib::Get().GetLock());
+    if (pluginsLoaded_)
+        return true;
+    bool allLoaded = true;
+    const auto load = [&](VDAccessPluginInfo& plugin, const VDString& library, const VDString& prefix) {
+        const bool loaded = LoadOne(plugin, library, prefix);
+        allLoaded = allLoaded && loaded;
+        return loaded;
+    };
+    if (!VFLoadPluginTable(family_.section, plugins_, Routine(), load))
+        return false;
+    if (family_.loadFailureIsFatal && !allLoaded)
+        return false;
+    pluginsLoaded_ = true;
+    return true;
+}
+
+bool VDAccessPlugins::AddPlugin(const char* name, const char* prefix, const char* library, const char* description)
+{
+    const std::lock_guard lock(VDDaxLib::Get().GetLock());
+    const auto load = [this](VDAccessPluginInfo& plugin, const VDString& file, const VDString& start) {
+        return LoadOne(plugin, file, start);
+    };
+    return VFAddPluginByHand(plugins_, name, prefix, library, description, load);
+}
+
+const VDAccessPluginInfo* VDAccessPlugins::Find(const VDString& classId) const
+{
+    const int index = VFFindPlugin(plugins_, classId);
+    return index < 0 ? nullptr : plugins_[static_cast<std::size_t>(index)].get();
+}

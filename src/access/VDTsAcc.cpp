@@ -1,0 +1,313 @@
+#include "VDTsAcc.h"
+
+#include "VDAccessPlugins.h"
+#include "VFDaxReport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace DaxTimeSeries;
+
+namespace {
+
+constexpr long DefaultBufferSize = 16384;
+
+/// Truncates; what lies outside the range of points becomes its end.
+std::int64_t VFToPoint(double value)
+{
+    constexpr double limit = 9223372036854775807.0;  // 2^63, the nearest double
+    if (std::isnan(value))
+        return 0;
+    if (value >= limit)
+        return std::numeric_limits<std::int64_t>::max();
+    if (value <= -limit)
+        return std::numeric_limits<std::int64_t>::min();
+    return static_cast<std::int64_t>(value);
+}
+
+bool VFIsAll(int index)
+{
+    return static_cast<std::uint32_t>(index) == DaxChannel::All;
+}
+
+}  // namespace
+
+VDTsAcc::VDTsAcc() : VDCompBase(HandleId), core_(VFTsFamily(), VFTsPlugins(), this) {}
+
+VDTsAcc::~VDTsAcc()
+{
+    cachedMapper_.reset();
+    const VDErrorMute mute;
+    Close();
+}
+
+bool VDTsAcc::SetId(VDFileId* id, char create)
+{
+    return (!core_.IsOpen() || Close()) && core_.SetId(id, create);
+}
+
+bool VDTsAcc::Open(int mode)
+{
+    if (mode < VTTsAccOpenRead || mode > VTTsAccOpenCreateNew)
+        return core_.Report(DaxChannel::WholeFile, DaxError::InvalidOpenMode, "Open");
+    const bool creates = mode >= VTTsAccOpenCreate;
+    const int pluginMode = mode + 1;
+    if (!core_.CheckOpen(pluginMode))
+        return false;
+    cachedMapper_.reset();
+    channels_.Clear();
+    int count = 0;
+    if (!FIDGetNumChans(core_.GetFileId(), &count))
+        return false;
+    channels_.SetSize(count);
+    if (!core_.CallOpen(pluginMode))
+        return false;
+    const int all = static_cast<int>(DaxChannel::All);
+    if (creates ? SetSampleRate(all, 1.0) && core_.FinishCreate() : LoadHeader())
+        return true;
+    core_.AbandonOpen();
+    return false;
+}
+
+bool VDTsAcc::LoadHeader()
+{
+    for (int index = 0; index < Count(); ++index) {
+        VDTimeFileChan& channel = channels_[index];
+        if (!core_.GetDouble(index, SampleRate, &channel.sampleRate) || !core_.GetDouble(index, BaseTime, &channel.baseTime) ||
+            !core_.GetHuge(index, NumPoints, &channel.numPoints))
+            return false;
+        channel.numPoints = std::max<std::int64_t>(channel.numPoints, 0);
+    }
+    return true;
+}
+
+bool VDTsAcc::Close()
+{
+    if (!core_.CheckBound("Close"))
+        return false;
+    if (!core_.IsOpen())
+        return true;
+    if (!core_.IsReadOnly() && !Flush())
+        return false;
+    cachedMapper_.reset();
+    return core_.CallClose();
+}
+
+bool VDTsAcc::Flush()
+{
+    return core_.CheckFileOpen("Flush") && core_.Call("Flush", [&] { return Plugin().Flush(core_.GetInstance()); });
+}
+
+bool VDTsAcc::GetCapability(int capability, char* answer)
+{
+    return core_.GetCapability(capability, answer);
+}
+
+bool VDTsAcc::GetBufferSize(long* points)
+{
+    *points = DefaultBufferSize;
+    VDVariant value;
+    if (!core_.CheckBound("GetBufferSize") || !core_.GetValue(DaxChannel::WholeFile, BufferSize, &value))
+        return false;
+    long preferred = 0;
+    if (value.GetLong(&preferred) && preferred >= 1)
+        *points = preferred;
+    return true;
+}
+
+bool VDTsAcc::SetProgressObject(void* progress)
+{
+    progress_ = progress;
+    return true;
+}
+
+bool VDTsAcc::GetNumChans(long* count) const
+{
+    *count = Count();
+    return true;
+}
+
+bool VDTsAcc::GetChans(VDArrayWithSort<long>* numbers) const
+{
+    return FIDGetChans(core_.GetFileId(), numbers) != 0;
+}
+
+bool VDTsAcc::GetChanIndex(int number, int* index)
+{
+    return core_.GetChanIndex(number, index);
+}
+
+bool VDTsAcc::IsValidChan(int number, char* valid)
+{
+    return core_.IsValidChan(number, valid);
+}
+
+bool VDTsAcc::GetActualChanNumber(int index, long* number)
+{
+    return core_.GetActualChanNumber(index, number);
+}
+
+bool VDTsAcc::GetChanTitle(int index, VDString* title)
+{
+    return core_.CheckChannel(index, Count(), false, "GetChanTitle") && core_.GetChanTitle(index, title);
+}
+
+bool VDTsAcc::SetChanTitle(int index, const char* title)
+{
+    return core_.CheckChannel(index, Count(), false, "SetChanTitle") && core_.SetChanTitle(index, title);
+}
+
+bool VDTsAcc::CheckOpenAndChannel(int index, bool allowAll, const char* routine)
+{
+    return core_.CheckFileOpen(routine) && core_.CheckChannel(index, Count(), allowAll, routine);
+}
+
+bool VDTsAcc::GetNumPoints(int index, std::int64_t* points, const char* routine)
+{
+    *points = 0;
+    if (!CheckOpenAndChannel(index, false, routine))
+        return false;
+    *points = channels_[index].numPoints;
+    return true;
+}
+
+bool VDTsAcc::GetSampleRate(int index, double* rate)
+{
+    *rate = 1.0;
+    if (!CheckOpenAndChannel(index, false, "GetSampleRate"))
+        return false;
+    *rate = channels_[index].sampleRate;
+    return true;
+}
+
+bool VDTsAcc::GetBaseTime(int index, double* time)
+{
+    if (!CheckOpenAndChannel(index, false, "GetBaseTime"))
+        return false;
+    *time = channels_[index].baseTime;
+    return true;
+}
+
+template <class Keep>
+bool VDTsAcc::SetHeaderValue(int index, int key, const VDVariant& value, Keep&& keep)
+{
+    char common = 0;
+    if (!core_.GetCapability(CommonHeader, &common))
+        return false;
+    const int first = VFIsAll(index) ? 0 : index;
+    const int last = VFIsAll(index) ? Count() - 1 : index;
+    for (int channel = first; channel <= last; ++channel)
+        if (!core_.PutValue(channel, key, value))
+            return false;
+    for (int channel = common ? 0 : first; channel <= (common ? Count() - 1 : last); ++channel)
+        keep(channels_[channel]);
+    return true;
+}
+
+bool VDTsAcc::SetSampleRate(int index, double rate)
+{
+    constexpr const char* routine = "SetSampleRate";
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+        return false;
+    if (!(rate > 0))
+        return core_.Report(index, DaxError::InvalidSampleRate, routine);
+    return SetHeaderValue(index, SampleRate, VDVariant(rate), [rate](VDTimeFileChan& channel) { channel.sampleRate = rate; });
+}
+
+bool VDTsAcc::SetBaseTime(int index, double time)
+{
+    constexpr const char* routine = "SetBaseTime";
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+        return false;
+    return SetHeaderValue(index, BaseTime, VDVariant(time), [time](VDTimeFileChan& channel) { channel.baseTime = time; });
+}
+
+bool VDTsAcc::SetNumPoints(int index, std::int64_t points)
+{
+    constexpr const char* routine = "SetNumPoints";
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+        return false;
+    char extendable = 0;
+    if (!core_.GetCapability(Extendable, &extendable))
+        return false;
+    if (!extendable) {
+        const std::int64_t present = channels_[VFIsAll(index) ? 0 : index].numPoints;
+        if (present != 0 && present != points)
+            return core_.Report(index, DaxError::CannotExtend, routine);
+    }
+    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points),
+                          [points](VDTimeFileChan& channel) { channel.numPoints = points; });
+}
+
+bool VDTsAcc::GetFileText(int key, VDString* text, const char* routine)
+{
+    return core_.CheckFileOpen(routine) && core_.GetString(DaxChannel::WholeFile, key, text);
+}
+
+bool VDTsAcc::SetFileText(int key, const char* text, const char* routine)
+{
+    return core_.CheckFileOpen(routine) && core_.CheckWritable(routine) &&
+           core_.PutValue(DaxChannel::WholeFile, key, VDVariant(text));
+}
+
+bool VDTsAcc::GetMaxLength(int key, long* length, const char* routine)
+{
+    return core_.CheckFileOpen(routine) && core_.GetLong(DaxChannel::WholeFile, key, length);
+}
+
+bool VDTsAcc::GetYTitle(int index, VDString* title)
+{
+    return CheckOpenAndChannel(index, false, "GetYTitle") && core_.GetString(index, YTitle, title);
+}
+
+bool VDTsAcc::GetYUnits(int index, VDString* units)
+{
+    return core_.CheckFileOpen("GetYUnits") && core_.GetString(index, YUnits, units);
+}
+
+bool VDTsAcc::SetChanText(int index, int key, const char* text, const char* routine)
+{
+    return core_.CheckFileOpen(routine) && core_.CheckWritable(routine) &&
+           core_.CheckChannel(index, Count(), false, routine) && core_.PutValue(index, key, VDVariant(text));
+}
+
+bool VDTsAcc::PointToTime(int index, std::int64_t point, double* time)
+{
+    if (!CheckOpenAndChannel(index, false, "PointToTime"))
+        return false;
+    const VDTimeFileChan& channel = channels_[index];
+    *time = (static_cast<double>(point) - 1.0) / channel.sampleRate + channel.baseTime;
+    return true;
+}
+
+bool VDTsAcc::TimeToPoint(int index, double time, std::int64_t* point)
+{
+    if (!CheckOpenAndChannel(index, false, "TimeToPoint"))
+        return false;
+    const VDTimeFileChan& channel = channels_[index];
+    *point = VFToPoint((time - channel.baseTime) * channel.sampleRate + 1.5);
+    return true;
+}
+
+bool VDTsAcc::PrepareSequential(int index, std::int64_t first, std::int64_t last)
+{
+    if (!CheckOpenAndChannel(index, true, "PrepareSequential"))
+        return false;
+    const int end = VFIsAll(index) ? Count() - 1 : index;
+    for (int channel = VFIsAll(index) ? 0 : index; channel <= end; ++channel) {
+        channels_[channel].nextPoint = std::max<std::int64_t>(first, 1);
+        channels_[channel].lastPoint = std::max<std::int64_t>(last, 0);
+    }
+    return true;
+}
+
+bool VDTsAcc::GetFormatSpecificValue(int index, const char* name, VDVariant* value)
+{
+    return core_.GetFormatSpecificValue(index, name, value);
+}
+
+bool VDTsAcc::SetFormatSpecificValue(int index, const char* name, VDVariant* value)
+{
+    return core_.SetFormatSpecificValue(index, name, *value);
+}

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "daxlib/VDCanFrameDefinition.h"
+#include "VDCanFrameTypeList.h"
+
+#include "vdbase/VDTime.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+/// What a Famos file declares, as its keys give it. Numbers that a file doesn't give are -1 unless stated otherwise.
+
+/// Scaling of the independent axis (key `CD`) and trigger time (key `NT`): a group has them, and so may each component.
+struct VDFamosScaling
+{
+    char hasScaling = 0;
+    double dx = 0;
+    int calibrated = -1;
+    VDString unit;
+    double x0 = 0;
+    int reduction = 0;
+    char multiEvent = 0;
+    int sortBuffer = 0;
+    int pretriggerUsage = 0;
+    char hasTriggerTime = 0;
+    VDTime triggerTime;
+};
+
+/// Name of a channel (key `CN`).
+struct VDFamosChannelName
+{
+    int groupIndex = -1;
+    int bitIndex = -1;
+    VDString name;
+    VDString comment;
+};
+
+/// One component (key `CC`) with its packet information (`CP`) and value range (`CR`).
+struct VDFamosComponent
+{
+    int componentIndex = -1;
+    int analogDigital = -1;
+    VDFamosScaling scaling;
+
+    char hasPacket = 0;
+    int bufferReference = -1;
+    int bytes = -1;
+    int numberFormat = -1;
+    int significantBits = -1;
+    int mask = -1;
+    int offsetInPacket = -1;
+    int directSequence = -1;
+    int bytesBetween = -1;
+
+    char hasRange = 0;
+    int transform = -1;
+    double factor = 0;
+    double offset = 0;
+    int calibrated = -1;
+    VDString unit;
+
+    std::vector<std::unique_ptr<VDFamosChannelName>> channelNames;
+};
+
+/// One group (key `CG`).
+struct VDFamosGroup
+{
+    int numComponents = -1;
+    int fieldType = -1;
+    int dimension = -1;
+    VDFamosScaling scaling;
+    std::vector<std::unique_ptr<VDFamosComponent>> components;
+};
+
+/// One buffer of a component buffer key (`Cb`).
+struct VDFamosBuffer
+{
+    int integers[6] = {-1, -1, -1, -1, -1, -1};
+    double times[2] = {0, 0};
+};
+
+struct VDFamosBufferDescription
+{
+    int bufferCount = -1;
+    int userInfoBytes = -1;
+    std::vector<std::unique_ptr<VDFamosBuffer>> buffers;
+};
+
+/// Samples (key `CS`).
+struct VDFamosDataBlock
+{
+    int index = -1;
+    std::int64_t start = 0;   ///< position in the file behind the index field
+    std::int64_t length = 0;  ///< the key's length field, which counts the index field and its comma too
+    std::int64_t end = 0;     ///< position in the file behind the last byte of the samples
+};
+
+/// A group or text definition (keys `CB`, `CT`). A group's has no text.
+struct VDFamosDefinition
+{
+    int index = -1;
+    VDString name;
+    VDString text;
+    VDString comment;
+};
+
+/// All that the keys of a file declare.
+struct VDFamosHeader
+{
+    VDString idKeyName;
+    int processor = -1;
+    int status = -1;
+    int origin = -1;
+    VDString program;
+    VDString comment;
+    std::vector<VDFamosDefinition> groupDefinitions;
+    std::vector<VDFamosDefinition> textDefinitions;
+    std::vector<std::unique_ptr<VDFamosBufferDescription>> bufferDescriptions;
+    std::vector<std::unique_ptr<VDFamosGroup>> groups;
+    std::vector<VDFamosDataBlock> dataBlocks;
+};
+
+/// A channel that follows from the frames of a time-stamped recording. It owns nothing it points to.
+struct VDFamosTimeStampChan
+{
+    VDString title;
+    VDString units;
+    VDCanFrameDefinition* frame = nullptr;  ///< null without a database
+    VDCanChanDefinition* chan = nullptr;    ///< null without a database
+    VDCanFrameType* frameType = nullptr;
+    int byteIndex = 0;                      ///< 0 with a database
+    VDString sortKey;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "VDFamosFrameStream.h"
+#include "VDFamosUtil.h"
+
+#include "daxlib/VDCanDefinition.h"
+
+#include <optional>
+
+/// All that a `VDFamosUtil` holds.
+struct VDFamosUtil::State
+{
+    State();
+    /// Forgets what was read from a file. The database stays.
+    void ClearParsed();
+
+    std::optional<VDIo> file;  ///< empty while no file is open
+    VDString filename;
+    bool isTimeStamped = false;
+    VDString dbcFile;
+    VDCanDefinition database;
+    std::vector<std::unique_ptr<VDFamosTimeStampChan>> timeStampChans;
+    bool timeInSeconds;       ///< preference, for readers of the samples
+    int enumChannelHandling;  ///< preference, for readers of the samples
+    std::int64_t startTime = 0;  ///< of a time-stamped recording: UTC, microseconds since 1970
+    double frameTimeFactor = 0;
+    double frameTimeOffset = 0;
+    VDCanFrameTypeList frameTypes{"Famos"};
+    VDFamosHeader header;
+    std::optional<VDFamosFrameStream> frames;
+};

@@ -1,0 +1,219 @@
+#include "daxlib/VDCanChanDefinition.h"
+
+#include "VDSignalBits.h"
+#include "VFDaxReport.h"
+
+namespace {
+
+constexpr int FirstUnsupportedNumBits = 64;
+
+}  // namespace
+
+struct VDCanChanDefinition::State
+{
+    VDSignalBits bits{0, 0, 0, false, false};
+    int numBits = 0;
+    int frameBytes = 0;
+    char isMultiplexSwitch = 0;
+    char isMultiplexed = 0;
+    char bigEndian = 0;
+    char isSigned = 0;
+    int multiplexId = 0;
+    int startBit = 0;
+    double factor = 0;
+    double offset = 0;
+    double minval = 0;
+    double maxval = 0;
+    VDString title;
+    VDString units;
+    VDString description;
+    VDStringArray receivers;
+    VDStringArray enumTexts;
+    VDArrayWithSort<long> enumValues;
+};
+
+VDCanChanDefinition::VDCanChanDefinition() : state_(std::make_unique<State>()) {}
+
+VDCanChanDefinition::~VDCanChanDefinition() = default;
+
+VDCanChanDefinition::VDCanChanDefinition(const VDCanChanDefinition& other) : state_(std::make_unique<State>(*other.state_)) {}
+
+VDCanChanDefinition& VDCanChanDefinition::operator=(const VDCanChanDefinition& other)
+{
+    *state_ = State(*other.state_);
+    return *this;
+}
+
+void VDCanChanDefinition::Init(const VDString& title, char isSwitch, char isMultiplexed, int multiplexId, int startBit, int numBits,
+                               char bigEndian, char isSigned, double factor, double offset, double minval, double maxval,
+                               const VDString& units, const VDStringArray& receivers, const int& frameBytes)
+{
+    State& state = *state_;
+    state.bits = VDSignalBits(frameBytes, startBit, numBits, bigEndian != 0, isSigned != 0);
+    state.numBits = numBits;
+    state.frameBytes = frameBytes;
+    state.isMultiplexSwitch = isSwitch;
+    state.isMultiplexed = isMultiplexed;
+    state.bigEndian = bigEndian;
+    state.isSigned = isSigned;
+    state.multiplexId = multiplexId;
+    state.startBit = startBit;
+    state.factor = factor;
+    state.offset = offset;
+    state.minval = minval;
+    state.maxval = maxval;
+    state.title = title;
+    state.units = units;
+    state.receivers = receivers;
+}
+
+const VDString& VDCanChanDefinition::GetTitle() const
+{
+    return state_->title;
+}
+
+char VDCanChanDefinition::IsMultiplexSwitch() const
+{
+    return state_->isMultiplexSwitch;
+}
+
+char VDCanChanDefinition::IsMultiplexed() const
+{
+    return state_->isMultiplexed;
+}
+
+int VDCanChanDefinition::GetMultiplexId() const
+{
+    return state_->multiplexId;
+}
+
+int VDCanChanDefinition::GetStartBit() const
+{
+    return state_->startBit;
+}
+
+int VDCanChanDefinition::GetNumBits() const
+{
+    return state_->numBits;
+}
+
+char VDCanChanDefinition::GetBigEndian() const
+{
+    return state_->bigEndian;
+}
+
+char VDCanChanDefinition::GetIsSigned() const
+{
+    return state_->isSigned;
+}
+
+double VDCanChanDefinition::GetFactor() const
+{
+    return state_->factor;
+}
+
+double VDCanChanDefinition::GetOffset() const
+{
+    return state_->offset;
+}
+
+double VDCanChanDefinition::GetMinval() const
+{
+    return state_->minval;
+}
+
+double VDCanChanDefinition::GetMaxval() const
+{
+    return state_->maxval;
+}
+
+const VDString& VDCanChanDefinition::GetUnits() const
+{
+    return state_->units;
+}
+
+const VDStringArray& VDCanChanDefinition::GetReceivers() const
+{
+    return state_->receivers;
+}
+
+int VDCanChanDefinition::GetFrameBytes() const
+{
+    return state_->frameBytes;
+}
+
+void VDCanChanDefinition::SetDescription(const VDString& description)
+{
+    state_->description = description;
+}
+
+const VDString& VDCanChanDefinition::GetDescription() const
+{
+    return state_->description;
+}
+
+void VDCanChanDefinition::SetEnumOptions(VDArrayWithSort<long>& values, VDStringArray& texts)
+{
+    state_->enumValues = values;
+    state_->enumTexts = texts;
+}
+
+void VDCanChanDefinition::GetEnumOptions(VDArrayWithSort<long>* values, VDStringArray* texts) const
+{
+    *values = state_->enumValues;
+    *texts = state_->enumTexts;
+}
+
+bool VDCanChanDefinition::GetValueFromFrame(const unsigned char* data, std::int64_t* value) const
+{
+    const VDSignalBits& bits = state_->bits;
+    if (bits.IsFast()) [[likely]] {
+        *value = bits.ExtractFast(data);
+        return true;
+    }
+    return GetValueFromAnyFrame(data, value);
+}
+
+// Kept apart, so that the common case needs no stack.
+bool VDCanChanDefinition::GetValueFromAnyFrame(const unsigned char* data, std::int64_t* value) const
+{
+    if (state_->numBits < FirstUnsupportedNumBits)
+        return DecodeMethod2(data, value);
+    VFDaxReport(DaxError::SignalTooLong, "VDCanChanDefinition::GetValueFromFrame", {.appended = state_->title});
+    return false;
+}
+
+bool VDCanChanDefinition::DecodeMethod2(const unsigned char* data, std::int64_t* value) const
+{
+    *value = state_->bits.Extract(data);
+    return true;
+}
+
+bool VDCanChanDefinition::IsAnalogue() const
+{
+    const State& state = *state_;
+    if (state.numBits == 1 || (state.minval == 0.0 && state.maxval == 0.0))
+        return false;
+    // Written so that NaN counts as a scaling.
+    const bool scaled = !(state.factor == 1.0) || !(state.offset == 0.0);
+    if (scaled)
+        return true;
+    return !state.units.IsEmpty() && state.units.CompareNoCase("TOR") != 0 && state.units.CompareNoCase("NIV") != 0;
+}
+
+bool VDCanChanDefinition::IsEnum() const
+{
+    return !state_->enumTexts.IsEmpty();
+}
+
+bool VDCanChanDefinition::GetEnumText(std::int64_t value, VDString* text) const
+{
+    const auto low = [](std::int64_t whole) { return static_cast<std::uint32_t>(whole); };
+    for (int index = 0; index < state_->enumValues.GetSize(); ++index) {
+        if (low(state_->enumValues[index]) == low(value)) {
+            *text = state_->enumTexts[index];
+            break;
+        }
+    }
+    return true;
+}

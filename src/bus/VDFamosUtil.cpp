@@ -1,0 +1,150 @@
+#include "VDFamosUtil.h"
+
+#include "FamosState.h"
+#include "VDFamosKeyParser.h"
+#include "VFDaxReport.h"
+
+#include "vdbase/VDPreferenceSystem.h"
+#include "vdbase/VFFilename.h"
+
+#include <new>
+
+namespace {
+
+constexpr const char* VVOpenRoutine = "VDFamosUtil::Open";
+constexpr const char* VVNoName = "** NO NAME **";
+constexpr int VVTimeStampedFormat = 10;
+
+bool HasFamosExtension(const VDString& filename)
+{
+    VDString extension;
+    VFSplitFilename(filename, nullptr, nullptr, &extension);
+    return extension.CompareNoCase("dat") == 0 || extension.CompareNoCase("raw") == 0;
+}
+
+}  // namespace
+
+VDFamosUtil::State::State()
+    : timeInSeconds(VDPreferenceSystem().GetBooleanValue("/FileFormats/Famos/TimeInSeconds", false)),
+      enumChannelHandling(VDPreferenceSystem().GetEnumValue("/FileFormats/Famos/EnumChannelHandling", 0))
+{}
+
+void VDFamosUtil::State::ClearParsed()
+{
+    isTimeStamped = false;
+    timeStampChans.clear();
+    startTime = 0;
+    frameTimeFactor = 0;
+    frameTimeOffset = 0;
+    frames.reset();
+    frameTypes.ClearFrames();
+    header = VDFamosHeader();
+}
+
+VDFamosUtil::VDFamosUtil() : state_(std::make_unique<State>()) {}
+
+VDFamosUtil::~VDFamosUtil() = default;
+
+bool VDFamosUtil::Open(const VDString& filename, const VDString& dbcFile)
+{
+    Close();
+    state_->ClearParsed();
+    state_->database.ClearFrames();
+    if (OpenFile(filename, dbcFile))
+        return true;
+    Close();
+    return false;
+}
+
+bool VDFamosUtil::OpenFile(const VDString& filename, const VDString& dbcFile)
+{
+    state_->filename = filename;
+    state_->file.emplace(filename);
+    if (!state_->file->Open(VTOpenRead))
+        return VFDaxReportError(DaxError::FamosOpen, VVOpenRoutine) != 0;
+    state_->dbcFile = dbcFile == VVNoName ? VDString() : dbcFile;
+    if (!state_->dbcFile.IsEmpty() && !state_->database.ReadDatabase(state_->dbcFile))
+        return false;
+    if (!HasFamosExtension(filename))
+        return VFDaxReportError(DaxError::FamosInvalid, VVOpenRoutine) != 0;
+    if (!ParseFile())
+        return VFDaxReport(DaxError::FamosInvalid, VVOpenRoutine, {.chain = 1}) != 0;
+    return true;
+}
+
+bool VDFamosUtil::Close()
+{
+    const bool closed = !state_->file.has_value() || state_->file->Close();
+    state_->frames.reset();
+    state_->file.reset();
+    state_->filename.Empty();
+    return closed;
+}
+
+bool VDFamosUtil::ParseFile()
+{
+    try {
+        return ParseKeys();
+    } catch (const std::bad_alloc&) {
+        return VFDaxReportError(DaxError::OutOfMemory, "VDFamosUtil::ParseFile") != 0;
+    }
+}
+
+bool VDFamosUtil::ParseKeys()
+{
+    if (!state_->file.has_value())
+        return false;
+    state_->ClearParsed();
+    VDFamosKeyParser parser(*state_->file, state_->file->GetFileSize(), state_->header);
+    if (!parser.Run())
+        return false;
+
+    const auto& groups = state_->header.groups;
+    if (groups.size() != 1 || groups[0]->components.size() != 1)
+        return true;
+    const VDFamosComponent& component = *groups[0]->components[0];
+    if (component.numberFormat != VVTimeStampedFormat)
+        return true;
+    state_->isTimeStamped = true;
+    VDTimecode start;
+    start.SetVDTime(groups[0]->scaling.triggerTime);
+    state_->startTime = start.GetUTCTimeInMicroSeconds();
+    state_->frameTimeFactor = component.factor;
+    state_->frameTimeOffset = component.offset;
+    return DetermineTimeStampChannels();
+}
+
+bool VDFamosUtil::GetChannelCount(unsigned long* count) const
+{
+    if (count == nullptr)
+        return false;
+    *count = 0;
+    if (state_->isTimeStamped) {
+        *count = state_->timeStampChans.size();
+        return true;
+    }
+    for (const auto& group : state_->header.groups)
+        for (const auto& component : group->components)
+            *count += component->channelNames.size();
+    return true;
+}
+
+bool VDFamosUtil::IsTimeStamped() const
+{
+    return state_->isTimeStamped;
+}
+
+const VDFamosHeader& VDFamosUtil::GetHeader() const
+{
+    return state_->header;
+}
+
+VDCanFrameTypeList& VDFamosUtil::GetFrameTypes() const
+{
+    return state_->frameTypes;
+}
+
+const std::vector<std::unique_ptr<VDFamosTimeStampChan>>& VDFamosUtil::GetTimeStampChans() const
+{
+    return state_->timeStampChans;
+}

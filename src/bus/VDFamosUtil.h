@@ -1,0 +1,49 @@
+#pragma once
+
+#include "FamosRecords.h"
+
+#include <memory>
+
+/// Reads what a file in the imc Famos format declares: groups, components, channel names, buffers and data blocks. A
+/// recording of time-stamped bus frames (one group, with one component of number format 10) is scanned whole, and its
+/// channels follow from its frames and from a CAN database, if one is given. Samples are not read.
+class VDFamosUtil
+{
+public:
+    VDFamosUtil();
+    ~VDFamosUtil();
+    VDFamosUtil(const VDFamosUtil&) = delete;
+    VDFamosUtil& operator=(const VDFamosUtil&) = delete;
+
+    /// Opens and reads a file, which must have the extension "dat" or "raw" in any case. What it declares stays until the
+    /// next `Open`.
+    /// @param dbcFile  a CAN database for time-stamped recordings; empty or "** NO NAME **" for none
+    /// @return false, recorded; the file is closed then
+    bool Open(const VDString& filename, const VDString& dbcFile);
+    /// Closes the file if it is open, and empties its name.
+    bool Close();
+
+    /// The number of channel names of the file, or of channels that a time-stamped recording gives. False for a null pointer.
+    bool GetChannelCount(unsigned long* count) const;
+
+    bool IsTimeStamped() const;
+    const VDFamosHeader& GetHeader() const;
+    /// The frames of a time-stamped recording. They and what they point to stay this object's.
+    VDCanFrameTypeList& GetFrameTypes() const;
+    const std::vector<std::unique_ptr<VDFamosTimeStampChan>>& GetTimeStampChans() const;
+
+private:
+    struct State;
+
+    bool OpenFile(const VDString& filename, const VDString& dbcFile);
+    bool ParseFile();
+    bool ParseKeys();
+    bool DetermineTimeStampChannels();
+    bool InitTimeStampRead();
+    bool ScanFrames();
+    void AddByteChannels(VDCanFrameType* type);
+    bool AddDatabaseChannels();
+    void SortTimeStampChans();
+
+    std::unique_ptr<State> state_;
+};

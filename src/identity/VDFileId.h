@@ -1,0 +1,185 @@
+#pragma once
+
+#include "VDFileIdRecord.h"
+#include "VFGive.h"
+
+#include "daxlib/FID.h"
+
+#include <memory>
+
+/// One test: its name, its format, its channels, and how far these are known. The operations that the `FID` functions
+/// forward to have the function's name without the prefix; FID.h says what each does.
+class VDFileId final : public VDCompBase
+{
+public:
+    static constexpr std::int32_t HandleId = DaxHandleId::FileId;
+    static constexpr bool GuardedHandle = true;
+
+    VDFileId();
+    ~VDFileId() override;
+
+    /// What the id says at present, with no lazy step made.
+    const VDFileIdRecord& GetRecord() const { return record_; }
+
+    /// @name Life and copying (VDFileId.cpp)
+    /// @{
+    /// Becomes a copy of the other id as a whole.
+    void Assign(const VDFileId& source);
+    int Copy(VDFileId* source, std::uint32_t mask);
+    int Clear();
+    int SetExtraDataObject(VDCompBase* object) { return record_.extraData.Set(object); }
+    int GetExtraDataObject(VDCompBase** object) const;
+    int GetPreferences(char create, VDFileIdPreferences** preferences);
+    /// @}
+
+    /// @name Name (VDFileIdNames.cpp)
+    /// @{
+    int SetFilename(int nameForm, const char* filename, const char* extension);
+    int GetFilename(VDString* filename, VDString* extension) const;
+    int GetNameForm(int* nameForm) const { return VFGive(nameForm, record_.nameForm); }
+    int SetTestname(const char* name, const char* keyword, const char* extension);
+    int SetTestTitle(const char* title);
+    int GetTestTitle(VDString* title) const { return VFGive(title, record_.title); }
+    int SetRunNumber(int run);
+    int GetRunNumber(int* run) const { return VFGive(run, record_.run); }
+    int SetBurstNumber(int burst);
+    int GetBurstNumber(int* burst) const { return VFGive(burst, record_.burst); }
+    int SetModeNumber(int mode, const char* title);
+    int GetModeNumber(int* mode, VDString* title) const { return VFGiveTwo(mode, record_.mode, title, record_.modeTitle); }
+    int SetExtraMetadataFilename(const char* filename);
+    int GetExtraMetadataFilename(VDString* filename) const { return VFGive(filename, record_.extraMetadataFilename); }
+    int SetAssociatedFilename(const char* filename);
+    int GetAssociatedFilename(VDString* filename) const { return VFGive(filename, record_.associatedFilename); }
+    int SetOriginalExtension(const char* extension);
+    int GetOriginalExtension(VDString* extension) const { return VFGive(extension, record_.originalExtension); }
+    int SetNumChanDigits(int digits);
+    int GetNumChanDigits(int* digits) const { return VFGive(digits, record_.chanDigits); }
+    int SetDataSource(int source);
+    int GetDataSource(int* source) const { return VFGive(source, record_.dataSource); }
+    int SetDataPath(const char* path);
+    int GetDataPath(VDString* path) const { return VFGive(path, record_.dataPath); }
+    int SetObjectReference(const char* reference);
+    int GetObjectReference(VDString* reference) const { return VFGive(reference, record_.objectReference); }
+    int SetChanSep(const VDChanSep* chanSep);
+    int SetFolderTest();
+    int SetFolderTestManual(char folderTest);
+    int GetFolderTest(char* folderTest) const { return VFGive(folderTest, record_.folderTest); }
+    /// @}
+
+    /// @name Format and flags (VDFileIdFormat.cpp)
+    /// @{
+    int SetFileId(int fileId, int subId);
+    int GetFileId(int* fileId, int* subId) const { return VFGiveTwo(fileId, record_.fileId, subId, record_.subId); }
+    int SetVer(int version, int subVersion);
+    int GetVer(int* version, int* subVersion);
+    int SetOpSys(int opSys);
+    int GetOpSys(int* opSys);
+    int GetFileTypeDesc(char withVersion, VDString* description);
+    int GetAccessInfo(int* accessType, VDString* accessClass, VDString* description);
+    int IsTemporary(char* temporary) const;
+    int SetSelected(char selected) { return SetFlag(record_.selected, selected); }
+    int GetSelected(char* selected) const { return VFGive(selected, record_.selected); }
+    int SetShowChannels(char show) { return SetFlag(record_.showChannels, show); }
+    int GetShowChannels(char* show) const { return VFGive(show, record_.showChannels); }
+    int SetIdentified(char identified) { return SetFlag(record_.identified, identified); }
+    int GetIdentified(char* identified) const { return VFGive(identified, record_.identified); }
+    int SetInIdent(char inIdent) { return SetFlag(inIdent_, inIdent); }
+    int GetInIdent(char* inIdent) const { return VFGive(inIdent, inIdent_); }
+    int SetIdentByExtension(char byExtension);
+    int GetIdentByExtension(char* byExtension) const;
+    int SetLoadInfoWhenNeeded() { return SetFlag(record_.loadInfoWhenNeeded, 1); }
+    int GetLoadInfoWhenNeeded(char* whenNeeded) const { return VFGive(whenNeeded, record_.loadInfoWhenNeeded); }
+    int SetInfoLoaded(char loaded);
+    int GetInfoLoaded(char* loaded) const { return VFGive(loaded, record_.infoLoaded); }
+    /// @}
+
+    /// @name Channels (VDFileIdChans.cpp)
+    /// @{
+    int AddChannel(int number, int* index);
+    int AddChannelByTitle(const VDString* title, int* index);
+    int GetNumChans(int* count);
+    int GetChanIndex(int number, int* index);
+    int GetChanNumber(int index, int* number);
+    int SetChanNumber(int index, int number);
+    int GetFileChanNumber(int index, int* number);
+    int SetFileChanNumber(int index, int number);
+    int GetChanType(int index, int* type);
+    int SetChanType(int index, int type);
+    int GetChanSelected(int index, char* selected);
+    int SetChanSelect(int index, char selected);
+    int GetChanTitle(int index, VDString* title);
+    int SetChanTitle(int index, const char* title);
+    int GetChanUnits(int index, VDString* units);
+    int SetChanUnits(int index, const char* units);
+    int SetChanFilename(int index, const char* filename);
+    int SetAllChanSelect(char selected);
+    int GetSomeChansSelected(char* some);
+    int GetAllChansSelected(char* all);
+    int GetChans(VDArrayWithSort<long>* numbers);
+    int GetSelectedChanList(VDArrayWithSort<long>* numbers);
+    int GetChanSelText(int maxLength, VDString* text);
+    int SortChans(char ascending);
+    int RemoveChan(int index);
+    int ClearAllChans();
+    int RemoveAllSelectedChans(char selected);
+    /// @}
+
+    /// @name Lazy steps (VDFileIdLazy.cpp)
+    /// @{
+    /// Brings the id up to date as far as it was told that it may: identifies a test that is known by its extension only,
+    /// loads the channels, and does what was put off until they are there. A step that fails leaves the id as it was.
+    /// @param loadInfo  false leaves the channels to a later call
+    /// @return 0, recorded, on failure
+    int CheckIdentLoad(bool loadInfo);
+    /// @}
+
+    /// @name Descriptor (VDFileIdDescriptor.cpp)
+    /// @{
+    int GetTestDescriptor(int type, VDString* text);
+    /// @}
+
+    /// @name The test on disk (VDFileIdDisk.cpp)
+    /// @{
+    int GetChanFilename(int index, VDString* filename);
+    int CompareTestNames(VDFileId* other, char* same);
+    int DeleteTest();
+    /// @}
+
+private:
+    static int SetFlag(bool& flag, char value);
+
+    /// Records a failure of an operation under "VDFileId::" and its name.
+    /// @param text  the message; empty for the catalogue text of the code
+    /// @return 0 always
+    int ReportWithStem(int code, const char* operation, const VDString& text = {}) const;
+    /// Whether there is a channel of this index; if not, that is reported for the operation.
+    bool CheckIndex(int index, const char* operation) const;
+    /// The two in one: the channel of this index is known by now. Null, recorded, if not.
+    const VDFileIdChanInfo* LoadChannel(int index, const char* operation);
+    /// The channel of this index for a change; null, recorded, if there is none.
+    VDFileIdChanInfo* EditChannel(int index, const char* operation);
+
+    void UpdateFullPathName();
+
+    bool IsTemporaryType() const;
+    /// Becomes the first id of a temporary test.
+    void StartTemporaryTest();
+    /// Leaves the present temporary test, if any, and shares in that of the other id, if any. Comes before any change of the
+    /// names, as the last id of a test deletes the files by them.
+    void JoinTemporaryTest(const VDFileId& other);
+    void LeaveTemporaryTest();
+
+    bool Identify(bool loadInfo);
+    bool LoadInfo();
+    bool IsChannelListToCome() const;
+
+    bool WriteDescriptor(int type, VDString& text);
+    bool FindOriginalExtension(const VDFileIdChanInfo& channel);
+
+    VDFileIdRecord record_;
+    bool inIdent_ = false;       ///< this id is being identified
+    bool checkRunning_ = false;  ///< guards `CheckIdentLoad` against plug-ins that ask the id while they fill it
+
+    struct VDTemporaryTest;
+    std::shared_ptr<VDTemporaryTest> temporaryTest_;  ///< its holders are the test's ids
+};

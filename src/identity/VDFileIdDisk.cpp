@@ -1,0 +1,118 @@
+#include "SidecarName.h"
+#include "SpecialFormats.h"
+#include "VDFileId.h"
+
+#include "daxlib/DaxHandle.h"
+#include "frame/VFDaxReport.h"
+
+#include "vdbase/VDFileSystem.h"
+#include "vdbase/VFFilename.h"
+
+#include <memory>
+#include <optional>
+
+namespace {
+
+/// The name of a folder test's channel: its title, unless its file has another name.
+VDString ChannelName(const VDFileIdChanInfo& channel)
+{
+    VDString name = channel.filename.IsEmpty() ? channel.title : channel.filename;
+    if (name.IsEmpty())
+        name.Format("Channel_%d", channel.number);
+    return name;
+}
+
+bool AreTypesAlike(const VDFileIdRecord& left, const VDFileIdRecord& right)
+{
+    if (left.fileId != right.fileId)
+        return false;
+    return left.subId == right.subId ||
+           (left.fileId == DaxStorageFileId && VFAreStorageSubIdsAlike(left.subId, right.subId));
+}
+
+bool AreSameTest(const VDFileIdRecord& left, const VDFileIdRecord& right)
+{
+    if (left.nameForm != right.nameForm)
+        return false;
+    const auto hasType = [](const VDFileIdRecord& record) { return record.identified || record.identByExtension; };
+    if (hasType(left) && hasType(right) &&
+        (!AreTypesAlike(left, right) || left.run != right.run || left.burst != right.burst || left.mode != right.mode))
+        return false;
+    if (left.fullPathName != right.fullPathName || left.dataSource != right.dataSource)
+        return false;
+    const bool isStored = left.dataSource == VTDataSourceStore1 || left.dataSource == VTDataSourceStore2;
+    return !isStored || (left.dataPath == right.dataPath && left.objectReference == right.objectReference);
+}
+
+}  // namespace
+
+int VDFileId::GetChanFilename(int index, VDString* filename)
+{
+    if (record_.filename.IsEmpty())
+        return VFDaxReportError(DaxError::FilenameNotSet, "VDFileId::GetChanFilename");
+    if (record_.nameForm == VTNameFormFile)
+        return VFGive(filename, record_.filename);
+    if (record_.channels.IsEmpty())
+        return VFDaxReportError(DaxError::NoChannelsConfigured, "VDFileId::GetChanFilename");
+    int number = 0;
+    if (GetChanNumber(index, &number) == 0)
+        return 0;
+    if (!record_.folderTest) {
+        VDString name;
+        name.Format("%s%0*d.%s", record_.filename.c_str(), record_.chanDigits, number, record_.extension.c_str());
+        return VFGive(filename, VFBuildFilename("", name));
+    }
+    const VDFileIdChanInfo& channel = record_.channels[index];
+    if (record_.originalExtension.IsEmpty() && !FindOriginalExtension(channel))
+        return 0;
+    return VFGive(filename, VFBuildFilename(record_.filename, ChannelName(channel), record_.originalExtension));
+}
+
+bool VDFileId::FindOriginalExtension(const VDFileIdChanInfo& channel)
+{
+    if (record_.fileId == SpecialFormat::SigChannels)
+        record_.originalExtension = "sig";
+    if (record_.fileId == SpecialFormat::ExtensionFromDisk) {
+        const VDString& name = channel.filename.IsEmpty() ? channel.title : channel.filename;
+        const VDString pattern = VFBuildFilename(VFMakePath(record_.filename), name, "*");
+        const std::unique_ptr<VDStringArray> files(name.IsEmpty() ? nullptr
+                                                                  : VDFileSystem::GetFileList(pattern, VDFileSystem::Files));
+        if (files && !files->IsEmpty())
+            VFSplitFilename((*files)[0], nullptr, nullptr, &record_.originalExtension);
+    }
+    if (!record_.originalExtension.IsEmpty())
+        return true;
+    const VDFileInfoHandle info(FINFCreate());
+    return info &&
+           FINFGetDefaultExtension(info.Get(), nullptr, record_.fileId, record_.subId, "", &record_.originalExtension) != 0;
+}
+
+int VDFileId::CompareTestNames(VDFileId* other, char* same)
+{
+    return VFGive(same, AreSameTest(record_, other->record_));
+}
+
+int VDFileId::DeleteTest()
+{
+    constexpr const char* Routine = "VDFileId::DeleteTest";
+    if (record_.dataSource != VTDataSourceDisk)
+        return VFDaxReportError(DaxError::NonDiskDelete, Routine);
+    if (VDString sidecar; VFSidecarFilename(this, &sidecar) && VDFileSystem::FileExists(sidecar)) {
+        const VDErrorMute mute;
+        VDFileSystem::DelFile(sidecar);
+    }
+    if (record_.nameForm == VTNameFormFile)
+        return VDFileSystem::DelFile(record_.filename) || VFDaxReport(DaxError::DeleteTest, Routine, {.chain = 1}) != 0;
+
+    // Every file is tried, and the first failure is the one to be told.
+    const VDString name = record_.filename + " (" + record_.extension + ")";
+    std::optional<VDErrorMute> muteAfterFailure;
+    for (int index = 0; index < record_.channels.GetSize(); ++index) {
+        VDString filename;
+        if ((GetChanFilename(index, &filename) != 0 && VDFileSystem::DelFile(filename)) || muteAfterFailure)
+            continue;
+        VFDaxReport(DaxError::DeleteTest, Routine, {.appended = name, .chain = 1});
+        muteAfterFailure.emplace();
+    }
+    return !muteAfterFailure;
+}

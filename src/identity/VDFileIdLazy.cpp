@@ -1,0 +1,74 @@
+#include "VDFileId.h"
+#include "VDFlagGuard.h"
+
+#include "daxlib/DaxHandle.h"
+#include "frame/VFDaxReport.h"
+
+#include <utility>
+
+int VDFileId::CheckIdentLoad(bool loadInfo)
+{
+    if (checkRunning_)
+        return 1;
+    const VDFlagGuard running(checkRunning_);
+
+    if (record_.identByExtension && !record_.identified && !Identify(loadInfo))
+        return 0;
+    if (loadInfo && record_.identified && !record_.infoLoaded && record_.loadInfoWhenNeeded && !LoadInfo())
+        return 0;
+
+    // What was put off waits on while the list does: a question for the version alone must not use it up.
+    if (record_.identified && !record_.infoLoaded && record_.channels.IsEmpty())
+        return 1;
+    const VDPendingRequests due = std::exchange(record_.pending, {});
+    if (due.sort)
+        record_.channels.Sort(due.sortAscending);
+    if (due.select)
+        record_.channels.SelectAll(due.selectValue);
+    return 1;
+}
+
+bool VDFileId::Identify(bool loadInfo)
+{
+    // Plug-ins write to this id while they try.
+    VDFileIdRecord before = record_;
+    const VDPendingRequests pending = record_.pending;
+    const auto fail = [&] {
+        record_ = std::move(before);
+        return false;
+    };
+    const VDFileInfoHandle info(FINFCreate());
+    VDFileIdArrayHandle tests;
+    VDFileId* const self = this;
+    if (!info || FINFIdentifyFile(info.Get(), self, loadInfo, tests.Out()) == 0)
+        return fail();
+    int count = 0;
+    if (FIAGetSize(tests.Get(), &count) == 0)
+        return fail();
+    if (count != 1) {
+        const VDString name = before.filename + " (" + before.extension + ")";
+        VFDaxReport(DaxError::IdentByExtension, "VDFileId::CheckIdentLoad", {.appended = name});
+        return fail();
+    }
+    VDFileIdHandle test;
+    if (FIAGetAt(tests.Get(), 0, test.Out()) == 0)
+        return fail();
+    Assign(*test.Get());
+    record_.pending = pending;
+    return true;
+}
+
+bool VDFileId::LoadInfo()
+{
+    VDFileIdRecord before = record_;
+    const VDFileInfoHandle info(FINFCreate());
+    if (info && FINFLoadInfo(info.Get(), this) != 0)
+        return true;
+    record_ = std::move(before);
+    return false;
+}
+
+bool VDFileId::IsChannelListToCome() const
+{
+    return (record_.identByExtension || (record_.identified && !record_.infoLoaded)) && record_.channels.IsEmpty();
+}

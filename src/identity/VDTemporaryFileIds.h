@@ -1,0 +1,26 @@
+#pragma once
+
+#include <list>
+
+class VDFileId;
+
+/// The live file ids that share in a temporary test. No lock guards it: temporary ids are made, copied and destroyed on one
+/// thread.
+class VDTemporaryFileIds
+{
+public:
+    VDTemporaryFileIds() = default;
+    /// Traces an error if ids are left, for then their tests' files stay on disk.
+    ~VDTemporaryFileIds();
+    VDTemporaryFileIds(const VDTemporaryFileIds&) = delete;
+    VDTemporaryFileIds& operator=(const VDTemporaryFileIds&) = delete;
+
+    /// Enters the id, once.
+    void Add(VDFileId* id);
+    void Remove(VDFileId* id) { ids_.remove(id); }
+
+private:
+    std::list<VDFileId*> ids_;
+};
+
+extern VDTemporaryFileIds VVAllTemporaryFileIds;

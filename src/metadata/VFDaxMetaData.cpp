@@ -1,0 +1,123 @@
+#include "daxlib/VFDaxMetaData.h"
+
+#include "InputTestInfo.h"
+#include "MetaDataCopy.h"
+#include "MetaDataMerge.h"
+
+#include "vdstore/LQChannelMapper.h"
+
+// The exported functions of metadata copying: each checks its mappers and sets the options of the one implementation.
+
+namespace {
+
+/// Runs the work of an exported function; whatever it throws is a failure.
+template <class Work>
+auto Guarded(Work work) noexcept -> decltype(work())
+{
+    try {
+        return work();
+    } catch (...) {
+        return {};
+    }
+}
+
+bool CopyAll(LQChannelMapper* source, LQChannelMapper* target, const VDMetaDataCopyOptions& options)
+{
+    return source != nullptr && target != nullptr &&
+           Guarded([&] { return VFCopyMetaDataMapper(*source, *target, options); });
+}
+
+bool CopyOne(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target, int targetIndex,
+             const VDMetaDataCopyOptions& options)
+{
+    return source != nullptr && target != nullptr &&
+           Guarded([&] { return VFCopyMetaDataSlot(*source, sourceIndex, *target, targetIndex, options); });
+}
+
+}  // namespace
+
+bool VFDaxCopyMetaData(LQChannelMapper* source, LQChannelMapper* target, VTMetaDataCopyMode mode)
+{
+    return CopyAll(source, target, {.mode = mode});
+}
+
+bool VFDaxCopyMetaDataOverwrite(LQChannelMapper* source, LQChannelMapper* target, VTMetaDataCopyMode mode, bool overwrite)
+{
+    return CopyAll(source, target, {.mode = mode, .overwrite = overwrite});
+}
+
+bool VFDaxCopyMetaDataOverwriteAttributes(LQChannelMapper* source, LQChannelMapper* target, VTMetaDataCopyMode mode,
+                                          bool overwrite, bool attributes)
+{
+    return CopyAll(source, target, {.mode = mode, .overwrite = overwrite, .attributes = attributes});
+}
+
+bool VFDaxCopyMetaDataOverwriteAttributesTestInfo(LQChannelMapper* source, LQChannelMapper* target, VTMetaDataCopyMode mode,
+                                                  bool overwrite, bool attributes, bool testInfo)
+{
+    return CopyAll(source, target, {.mode = mode, .overwrite = overwrite, .attributes = attributes, .testInfo = testInfo});
+}
+
+bool VFDaxCopySingleMetaData(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target, int targetIndex,
+                             VTMetaDataCopyMode mode)
+{
+    return CopyOne(source, sourceIndex, target, targetIndex, {.mode = mode});
+}
+
+bool VFDaxCopySingleMetaDataOverwrite(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target, int targetIndex,
+                                      VTMetaDataCopyMode mode, bool overwrite)
+{
+    return CopyOne(source, sourceIndex, target, targetIndex, {.mode = mode, .overwrite = overwrite});
+}
+
+bool VFDaxCopySingleMetaDataOverwriteAttributes(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target,
+                                                int targetIndex, VTMetaDataCopyMode mode, bool overwrite, bool attributes)
+{
+    return CopyOne(source, sourceIndex, target, targetIndex,
+                   {.mode = mode, .overwrite = overwrite, .attributes = attributes});
+}
+
+bool VFDaxCopySingleMetaDataOverwriteAttributesTestInfo(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target,
+                                                        int targetIndex, VTMetaDataCopyMode mode, bool overwrite,
+                                                        bool attributes, bool testInfo)
+{
+    return CopyOne(source, sourceIndex, target, targetIndex,
+                   {.mode = mode, .overwrite = overwrite, .attributes = attributes, .testInfo = testInfo});
+}
+
+bool VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets(LQChannelMapper* source, int sourceIndex,
+                                                                    LQChannelMapper* target, int targetIndex,
+                                                                    VTMetaDataCopyMode mode, bool overwrite, bool attributes,
+                                                                    bool testInfo, VDStringArray sets)
+{
+    return VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets2(
+        source, sourceIndex, target, targetIndex, mode, overwrite, attributes, testInfo, false, std::move(sets));
+}
+
+bool VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets2(LQChannelMapper* source, int sourceIndex,
+                                                                     LQChannelMapper* target, int targetIndex,
+                                                                     VTMetaDataCopyMode mode, bool overwrite,
+                                                                     bool attributes, bool testInfo, bool check,
+                                                                     VDStringArray sets)
+{
+    const VDMetaDataCopyOptions options = {
+        .mode = mode, .overwrite = overwrite, .attributes = attributes, .testInfo = testInfo, .check = check, .sets = &sets};
+    const char* const routine = __func__;
+    return source != nullptr && target != nullptr &&
+           Guarded([&] { return VFCopyMetaDataSelectedSets(*source, sourceIndex, *target, targetIndex, options, routine); });
+}
+
+bool VFDaxMergeMetadata(LQChannelMapper* target, LQChannelMapper* source, bool overwrite)
+{
+    return target != nullptr && source != nullptr && Guarded([&] { return VFMergeMetaData(*target, *source, overwrite); });
+}
+
+LQChannelMapper* VFDaxCloneMapper(LQChannelMapper* source)
+{
+    return source == nullptr ? nullptr : Guarded([&] { return VFCloneMapper(*source); }).release();
+}
+
+bool VFDaxAddInputTestInfo(LQChannelMapper* mapper, void* fileId)
+{
+    return mapper != nullptr && Guarded([&] { return VFAddInputTestInfo(*mapper, static_cast<VDFileId*>(fileId)); });
+}

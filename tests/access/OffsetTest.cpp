@@ -1,0 +1,85 @@
+#include "plugins/StandIn.h"
+#include "support/TestTimeSeries.h"
+
+#include "vdarchive/Z4PropertySet.h"
+#include "vdstore/LQChannelMapper.h"
+
+using namespace StandIn;
+
+namespace {
+
+class OffsetTest : public testing::Test
+{
+protected:
+    OffsetTest() { TestWriteFile(TestHomeFolder(), "plugins.toml", Manifests()); }
+
+    std::string Write(const std::string& script) { return folder_.Write("test.sta", "STAND " + script + "\n"); }
+
+    /// The item of the set "Offset" of channel index 0; a value that no test uses if there is none.
+    static double Item(VDTsAcc* acc, const char* name)
+    {
+        LQChannelMapper* mapper = nullptr;
+        EXPECT_TRUE(TSAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
+        double value = -999;
+        if (Z4PropertySet* set = mapper == nullptr ? nullptr : mapper->GetMetaDataSet("Offset", 0))
+            set->GetDouble(name, &value);
+        return value;
+    }
+
+    TestFolder folder_;
+};
+
+}  // namespace
+
+TEST_F(OffsetTest, MetaDataForReadingIsOnePrivateCopy)
+{
+    const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2,7 offset=2.5"));
+    LQChannelMapper* first = nullptr;
+    LQChannelMapper* second = nullptr;
+    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &first)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    EXPECT_TRUE(TSAccGetMetaData(acc.Get(), &second));
+    EXPECT_EQ(first, second);
+    EXPECT_NE(first->GetMetaDataSet("InputTestInfo", LQChannelMapper::GLOBAL), nullptr);
+    EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 2.5);
+}
+
+TEST_F(OffsetTest, AddsMetaDataOffsetsToFloatAndDouble)
+{
+    const VDTsAccHandle acc = OpenTest(Write("channels=1 points=3 caps=2,7 offset=2.5"));
+    EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
+    float values[3] = {};
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 3, nullptr, values)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    EXPECT_EQ(values[2], StandValue<float>(0, 3) + 2.5F);
+    double doubles[3] = {};
+    ASSERT_TRUE(TSAccGetDataDoublePrecision(acc.Get(), 0, 1, 3, nullptr, doubles));
+    EXPECT_EQ(doubles[0], StandValue<double>(0, 1) + 2.5);
+    std::uint32_t digital = 0;
+    ASSERT_TRUE(TSAccGetDataDigital32(acc.Get(), 0, 1, 1, nullptr, &digital));
+    EXPECT_EQ(digital, StandValue<std::uint32_t>(0, 1));
+    EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), 2.5);
+    EXPECT_EQ(Item(acc.Get(), "OffsetValue"), -999);
+}
+
+TEST_F(OffsetTest, LeavesScheduleOffsetsToThePlugin)
+{
+    const VDTsAccHandle acc = OpenTest(Write("fileid=700 subid=1 channels=1 points=3 caps=2,7 schedule=0.5 log=1"));
+    TakeLog();
+    EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
+    EXPECT_NE(TakeLog().find("PutValue22 -1 True"), std::string::npos);
+    float value = 0;
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
+    EXPECT_EQ(value, StandValue<float>(0, 1));
+    EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), 0.5);
+    EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 0));
+    EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 0.5);
+    EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), -999);
+}
+
+TEST_F(OffsetTest, FormatsWithoutMetaDataSayThatItCannotBeRead)
+{
+    const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2"));
+    LQChannelMapper* mapper = nullptr;
+    EXPECT_FALSE(TSAccGetMetaData(acc.Get(), &mapper));
+    ExpectError(-327992, "Function not implemented", "VDTsAcc::GetMetaData");
+    EXPECT_EQ(mapper, nullptr);
+}

@@ -1,0 +1,310 @@
+#include "plugins/StandIn.h"
+#include "support/TestTimeSeries.h"
+
+#include <cstring>
+#include <limits>
+
+using namespace StandIn;
+
+namespace {
+
+class TimeSeriesTest : public testing::Test
+{
+protected:
+    TimeSeriesTest()
+    {
+        TestWriteFile(TestHomeFolder(), "plugins.toml",
+                      Manifests() + Manifest("TimeSeriesFiles", MissingClassId, "MissTS"));
+    }
+
+    std::string Write(const std::string& script) { return folder_.Write("test.sta", "STAND " + script + "\n"); }
+
+    /// An id of a test that is to be written, with channels 1 to `channels`.
+    VDFileIdHandle NewId(int channels)
+    {
+        VDFileIdHandle id(FIDCreate());
+        FIDSetFileId(id.Get(), FileId, SubPlain);
+        FIDSetFilename(id.Get(), VTNameFormFile, folder_.Name("new.sta").c_str(), "");
+        for (int number = 1; number <= channels; ++number) {
+            int index = 0;
+            FIDAddChannel(id.Get(), number, &index);
+        }
+        FIDSetIdentified(id.Get(), 1);
+        FIDSetInfoLoaded(id.Get(), 1);
+        return id;
+    }
+
+    TestFolder folder_;
+};
+
+template <class Value>
+void CheckReading(VDTsAcc* acc, int (*get)(VDTsAcc*, int, std::int64_t, std::int64_t, std::int64_t*, Value*),
+                  int (*getNext)(VDTsAcc*, int, std::int64_t, std::int64_t*, Value*), const char* routine)
+{
+    std::vector<Value> values(100);
+    std::int64_t numRead = -1;
+    ASSERT_TRUE(get(acc, 1, 991, 100, &numRead, values.data()));
+    EXPECT_EQ(numRead, 10);
+    EXPECT_EQ(values[0], StandValue<Value>(1, 991));
+    EXPECT_EQ(values[9], StandValue<Value>(1, 1000));
+
+    EXPECT_TRUE(get(acc, 1, 1001, 1, &numRead, values.data()));
+    EXPECT_EQ(numRead, 0);
+    EXPECT_FALSE(get(acc, 1, 1001, 1, nullptr, values.data()));
+    ExpectError(-327686, "End of file reading data points\nFile :", std::string("VDTsAcc::") + routine);
+    EXPECT_FALSE(get(acc, 1, 0, 1, &numRead, values.data()));
+    ExpectError(-327989, "Invalid point number", std::string("VDTsAcc::") + routine);
+    EXPECT_FALSE(get(acc, 2, 1, 1, &numRead, values.data()));
+    ExpectError(-327995, "Channel index out of range");
+    // Sums of first and count that don't fit 64 bits are cut like any other.
+    EXPECT_TRUE(get(acc, 1, 1000, std::numeric_limits<std::int64_t>::max(), &numRead, values.data()));
+    EXPECT_EQ(numRead, 1);
+
+    ASSERT_TRUE(TSAccPrepareSequential(acc, static_cast<int>(DaxChannel::All), 995, 0));
+    for (const std::int64_t expected : {4, 2, 0, 0}) {
+        ASSERT_TRUE(getNext(acc, 0, 4, &numRead, values.data()));
+        EXPECT_EQ(numRead, expected);
+    }
+    EXPECT_EQ(values[0], StandValue<Value>(0, 999));
+}
+
+}  // namespace
+
+TEST_F(TimeSeriesTest, ReadsEveryDataType)
+{
+    const VDTsAccHandle acc = OpenTest(Write("channels=2 points=1000 rate=50 base=2"));
+    CheckReading<float>(acc.Get(), TSAccGetData, TSAccGetNext, "GetData");
+    CheckReading<double>(acc.Get(), TSAccGetDataDoublePrecision, TSAccGetNextDoublePrecision, "GetDataDoublePrecision");
+    CheckReading<std::uint32_t>(acc.Get(), TSAccGetDataDigital32, TSAccGetNextDigital32, "GetDataDigital32");
+    CheckReading<std::uint64_t>(acc.Get(), TSAccGetDataDigital64, TSAccGetNextDigital64, "GetDataDigital64");
+}
+
+TEST_F(TimeSeriesTest, GivesHeaderValuesAndChannels)
+{
+    const VDTsAccHandle acc = OpenTest(Write("numbers=3,1 points=10 rate=50 base=2 buffer=4096 actual=100"));
+    long count = 0;
+    VDArrayWithSort<long> numbers;
+    EXPECT_TRUE(TSAccGetNumChans(acc.Get(), &count));
+    EXPECT_TRUE(TSAccGetChans(acc.Get(), &numbers));
+    ASSERT_EQ(count, 2);
+    ASSERT_EQ(numbers.GetSize(), 2);
+    EXPECT_EQ(numbers[0], 1);
+    EXPECT_EQ(numbers[1], 3);
+    int index = -1;
+    EXPECT_TRUE(TSAccGetChanIndex(acc.Get(), 3, &index));
+    EXPECT_EQ(index, 1);
+    EXPECT_FALSE(TSAccGetChanIndex(acc.Get(), 2, &index));
+    ExpectErrorText(-328010, "Invalid channel number : 2");
+    char valid = 1;
+    EXPECT_TRUE(TSAccIsValidChan(acc.Get(), 2, &valid));
+    EXPECT_EQ(valid, 0);
+    long number = 0;
+    EXPECT_TRUE(TSAccGetActualChanNumber(acc.Get(), 1, &number));
+    EXPECT_EQ(number, 103);
+
+    long points = 0;
+    EXPECT_TRUE(TSAccGetBufferSize(acc.Get(), &points));
+    EXPECT_EQ(points, 4096);
+    std::int64_t numPoints = 0;
+    EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &numPoints));
+    EXPECT_EQ(numPoints, 10);
+    double value = 0;
+    EXPECT_TRUE(TSAccGetSampleRate(acc.Get(), 0, &value));
+    EXPECT_EQ(value, 50);
+    EXPECT_TRUE(TSAccPointToTime(acc.Get(), 0, 51, &value));
+    EXPECT_EQ(value, 3);
+    for (const auto& [time, point] : {std::pair{2.0, 1}, {2.0099, 1}, {2.0101, 2}, {2.02, 2}, {1.0, -48}}) {
+        EXPECT_TRUE(TSAccTimeToPoint(acc.Get(), 0, time, &numPoints));
+        EXPECT_EQ(numPoints, point) << time;
+    }
+    EXPECT_TRUE(TSAccTimeToPoint(acc.Get(), 0, 1e300, &numPoints));
+    EXPECT_EQ(numPoints, std::numeric_limits<std::int64_t>::max());
+}
+
+TEST_F(TimeSeriesTest, TitlesComeFromTheFormatOrTheId)
+{
+    VDString title;
+    {
+        const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2,9 chantitle=two\\nlines"));
+        EXPECT_TRUE(TSAccGetChanTitle(acc.Get(), 0, &title));
+        EXPECT_STREQ(title, "two lines");
+    }
+    const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2"), VTTsAccOpenUpdate);
+    EXPECT_TRUE(TSAccGetChanTitle(acc.Get(), 0, &title));
+    EXPECT_STREQ(title, "Channel 1");
+    EXPECT_FALSE(TSAccSetChanTitle(acc.Get(), 0, "x"));
+    ExpectError(-327691, "File format does not support a channel title", "VDTsAcc::SetChanTitle");
+}
+
+TEST_F(TimeSeriesTest, WritesInAnyOrderAndInSequence)
+{
+    const VDFileIdHandle id = NewId(2);
+    const VDTsAccHandle acc = BindTest(id.Get(), true);
+    ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    double rate = 0;
+    EXPECT_TRUE(TSAccGetSampleRate(acc.Get(), 1, &rate));
+    EXPECT_EQ(rate, 1.0);
+    EXPECT_FALSE(TSAccSetSampleRate(acc.Get(), 0, 0));
+    ExpectError(-328011, "Sample rate must be greater than zero", "VDTsAcc::SetSampleRate");
+
+    const std::vector<float> block{1, 2, 3, 4};
+    ASSERT_TRUE(TSAccPutData(acc.Get(), 0, 1, 4, block.data()));
+    ASSERT_TRUE(TSAccPutData(acc.Get(), 0, 3, 4, block.data()));
+    std::int64_t points = 0;
+    EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &points));
+    EXPECT_EQ(points, 6);
+    EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 1, 0, block.data()));
+    EXPECT_FALSE(TSAccPutData(acc.Get(), 0, 0, 1, block.data()));
+    ExpectError(-327989, "", "VDTsAcc::PutData");
+
+    ASSERT_TRUE(TSAccPrepareSequential(acc.Get(), 1, 1, 6));
+    EXPECT_TRUE(TSAccPutNext(acc.Get(), 1, 4, block.data()));
+    EXPECT_FALSE(TSAccPutNext(acc.Get(), 1, 4, block.data()));
+    ExpectError(-328007, "Attempt to write past the end of a sequential write chunk", "VDTsAcc::PutNext");
+    EXPECT_TRUE(TSAccPutNext(acc.Get(), 1, 2, block.data()));
+
+    std::vector<float> read(6);
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 6, nullptr, read.data()));
+    EXPECT_EQ(read, (std::vector<float>{1, 2, 1, 2, 3, 4}));
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 1, 1, 6, nullptr, read.data()));
+    EXPECT_EQ(read, (std::vector<float>{1, 2, 3, 4, 1, 2}));
+}
+
+TEST_F(TimeSeriesTest, RefusesWhatTheFormatOrTheModeDoesNotAllow)
+{
+    const float value = 1;
+    {
+        const VDTsAccHandle acc = OpenTest(Write("points=10"));
+        // The write check comes before the count.
+        EXPECT_FALSE(TSAccPutData(acc.Get(), 0, 1, 0, &value));
+        ExpectError(-327998, "Writing is not supported for this file format\nFile :", "VDTsAcc::PutData");
+        EXPECT_FALSE(TSAccSetXTitle(acc.Get(), "x"));
+        ExpectError(-327998, "", "VDTsAcc::SetXTitle");
+    }
+    {
+        const VDTsAccHandle acc = OpenTest(Write("points=10 caps=2"), VTTsAccOpenUpdate);
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 10, 1, &value));
+        EXPECT_FALSE(TSAccPutData(acc.Get(), 0, 11, 1, &value));
+        ExpectError(-327990, "Attempt to append data to file which cannot be extended", "VDTsAcc::PutData");
+        EXPECT_FALSE(TSAccSetNumPoints(acc.Get(), static_cast<int>(DaxChannel::All), 11));
+        ExpectError(-327990, "", "VDTsAcc::SetNumPoints");
+        EXPECT_TRUE(TSAccSetNumPoints(acc.Get(), 0, 10));
+    }
+    const VDTsAccHandle acc = OpenTest(Write("points=2000000000 caps=2,4"), VTTsAccOpenUpdate);
+    EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 2'000'000'000, 1, &value));
+    EXPECT_FALSE(TSAccPutData(acc.Get(), 0, 2'000'000'001, 1, &value));
+    ExpectError(-328006, "Attempt to write a file greater than 2000 million points", "VDTsAcc::PutData");
+}
+
+TEST_F(TimeSeriesTest, KeepsToTheOrderOfItsLife)
+{
+    const VDTsAccHandle acc(TSAccCreate());
+    EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ExpectError(-328009, "SetID must be called before any other function", "VDTsAcc::Open");
+    EXPECT_FALSE(TSAccClose(acc.Get()));
+    ExpectError(-328009, "", "VDTsAcc::Close");
+
+    const VDFileIdHandle empty(FIDCreate());
+    FIDSetFileId(empty.Get(), FileId, SubPlain);
+    EXPECT_FALSE(TSAccSetId(acc.Get(), empty.Get(), 0));
+    ExpectError(-327982, "Empty channel list", "VDTsAcc::SetId");
+
+    const VDFileIdHandle id = IdentifyTest(Write("channels=1 log=1"));
+    ASSERT_TRUE(TSAccSetId(acc.Get(), id.Get(), 0));
+    float value = 0;
+    EXPECT_FALSE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
+    ExpectError(-327993, "File is not yet open", "VDTsAcc::GetData");
+    EXPECT_FALSE(TSAccOpen(acc.Get(), 4));
+    ExpectError(-328005, "Invalid open mode specified ", "VDTsAcc::Open");
+    EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
+    ExpectError(-328017, "File creation argument mis-match between SetId & Open", "VDTsAcc::Open");
+    EXPECT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ExpectError(-328016, "File is already open", "VDTsAcc::Open");
+
+    // A second binding closes the file and gives the first instance back before it makes its own.
+    TakeLog();
+    EXPECT_TRUE(TSAccSetId(acc.Get(), id.Get(), 0));
+    const std::string log = TakeLog();
+    EXPECT_LT(log.find("Close"), log.find("Release"));
+    EXPECT_LT(log.find("Release"), log.find("PutValue0 -1"));
+    EXPECT_LT(log.find("PutValue0 -1"), log.find("GetCapability11"));
+    EXPECT_LT(log.find("GetCapability11"), log.find("SetId 0"));
+    EXPECT_NE(log.find("SetId 0"), std::string::npos);
+    EXPECT_TRUE(TSAccClose(acc.Get()));
+}
+
+TEST_F(TimeSeriesTest, SaysWhichPluginIsMissing)
+{
+    const VDTsAccHandle acc(TSAccCreate());
+    EXPECT_FALSE(TSAccSetId(acc.Get(), IdentifyTest(Write("subid=5 title=Ride")).Get(), 0));
+    ExpectErrorText(-328008, "File format not supported for time series access\nTest name : Ride");
+    EXPECT_FALSE(TSAccSetId(acc.Get(), IdentifyTest(Write("subid=4")).Get(), 0));
+    ExpectErrorText(-327698, "This file IO plugin is currently disabled. It failed to load correctly. Plugin: Stand-in MissTS");
+    // An object without a plug-in refuses calls and survives them.
+    EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ExpectError(-328009);
+}
+
+TEST_F(TimeSeriesTest, AddsPluginsByHand)
+{
+    TestWriteFile(TestHomeFolder(), "plugins.toml", Manifest("FileFormat", "Stand", "StandFF"));
+    const std::string library = TestPluginFolder() + "/libstandin.so";
+    EXPECT_FALSE(TSAccAddPlugin("x", "MissTS", library.c_str(), "Half a plug-in"));
+    ExpectErrorText(-328683, "Error loading FileFormat plug-in. Missing function.\nFunction name: GetDataDigital64  "
+                             "Library name : " + library + "  Description : Half a plug-in");
+    EXPECT_FALSE(TSAccAddPlugin("y", "StandTS", "/no/such.so", ""));
+    ExpectError(-328682, "Error loading FileFormat plug-in library\nLibrary name : /no/such.so", "VDTsAcc::LoadPlugIns");
+    EXPECT_TRUE(TSAccAddPlugin(ClassId, "StandTS", library.c_str(), ""));
+    EXPECT_TRUE(TSAccAddPlugin("stand-ts", "none", "none", ""));
+    const VDTsAccHandle acc = OpenTest(Write("channels=1"));
+}
+
+TEST_F(TimeSeriesTest, ReportsPluginFailures)
+{
+    float value = 0;
+    const auto fail = [&](const std::string& script) {
+        const VDTsAccHandle acc = OpenTest(Write("channels=1 points=5 " + script));
+        EXPECT_FALSE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value)) << script;
+    };
+    fail("tsfail=GetData lasterror=\"disk gone\"");
+    ExpectErrorText(-328020, "disk gone");
+    fail("tsthrow=GetData");
+    ExpectErrorText(-328020, "Stand-in failure");
+    fail("tsthrowint=GetData lasterror=throw");
+    ExpectErrorText(-328020, "");
+    fail("tsfail=GetData lasterror=\"\"");
+    ExpectErrorText(-328020, "");
+    fail("tsfail=GetData lasterror=VARDO");
+    ExpectErrorText(-327690, "Unknown error in access plugin");
+    fail("tsfail=GetData lasterror=VARDO record=-331885");
+    ExpectErrorText(-331885, "Recorded by the stand-in");
+}
+
+TEST_F(TimeSeriesTest, FailedOpenLeavesTheObjectUsable)
+{
+    for (const char* script : {"tsfail=Open", "wrong=1", "wrong=2", "wrong=3", "tsfail=GetValue3"}) {
+        const VDTsAccHandle acc = BindTest(IdentifyTest(Write(std::string("channels=1 ") + script)).Get());
+        EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead)) << script;
+        if (std::string(script).starts_with("wrong"))
+            ExpectError(-328012, "Error retrieving header value from time series file\nFile :", "VDTsAcc::GetPluginValue");
+        EXPECT_TRUE(TSAccClose(acc.Get())) << script;
+    }
+    const VDTsAccHandle acc(TSAccCreate());
+    EXPECT_FALSE(TSAccSetId(acc.Get(), IdentifyTest(Write("subid=6")).Get(), 0));
+    ExpectError(-328020, "", "VDTsAcc::SetId");
+}
+
+TEST_F(TimeSeriesTest, HandsFormatSpecificValuesOver)
+{
+    const VDTsAccHandle acc = OpenTest(Write("channels=1"), VTTsAccOpenUpdate);
+    VDVariant value(1.5);
+    EXPECT_TRUE(TSAccSetFormatSpecificValue(acc.Get(), 0, "Gain", &value));
+    value.Clear();
+    EXPECT_TRUE(TSAccGetFormatSpecificValue(acc.Get(), 0, "Gain", &value));
+    double gain = 0;
+    EXPECT_TRUE(value.GetDouble(&gain));
+    EXPECT_EQ(gain, 1.5);
+    EXPECT_TRUE(TSAccGetFormatSpecificValue(acc.Get(), 0, "Nothing", &value));
+    EXPECT_TRUE(value.IsNull());
+}

@@ -1,0 +1,201 @@
+#include "bus/VDCanFrameTypeList.h"
+#include "support/TestSupport.h"
+
+#include "vdbase/VDPreferenceSystem.h"
+
+#include <cmath>
+#include <map>
+#include <random>
+
+namespace {
+
+VDCanChanDefinition Chan(int startBit, int numBits, bool countsUpward, bool isSigned, int frameBytes, double factor = 1,
+                         double offset = 0, const char* units = "", double maxval = 100)
+{
+    VDCanChanDefinition chan;
+    chan.Init("Sig", 0, 0, 0, startBit, numBits, countsUpward, isSigned, factor, offset, 0, maxval, units, VDStringArray(), frameBytes);
+    return chan;
+}
+
+std::int64_t Value(const VDCanChanDefinition& chan, const std::vector<unsigned char>& frame)
+{
+    // A copy of exactly the frame's size, so that a sanitizer sees a read outside it.
+    const std::vector<unsigned char> data(frame);
+    std::int64_t value = 0;
+    EXPECT_TRUE(chan.GetValueFromFrame(data.data(), &value));
+    return value;
+}
+
+// Collects the signal bit by bit: bit n of the frame is bit n % 8 of byte n / 8.
+std::int64_t Reference(const std::vector<unsigned char>& frame, int startBit, int numBits, bool countsUpward, bool isSigned)
+{
+    std::uint64_t value = 0;
+    int bit = startBit;
+    for (int index = 0; index < numBits; ++index) {
+        const auto byte = static_cast<std::size_t>(bit / 8);
+        const std::uint64_t one = bit >= 0 && byte < frame.size() ? (frame[byte] >> (bit % 8)) & 1u : 0u;
+        if (countsUpward) {
+            value |= one << index;
+            ++bit;
+        } else {
+            value = (value << 1) | one;
+            bit = bit % 8 == 0 ? bit + 15 : bit - 1;
+        }
+    }
+    if (isSigned && numBits > 0 && ((value >> (numBits - 1)) & 1) != 0)
+        value |= ~std::uint64_t{0} << (numBits - 1);
+    return static_cast<std::int64_t>(value);
+}
+
+}  // namespace
+
+TEST(CanDecodingTest, ExtractsKnownValues)
+{
+    const std::vector<unsigned char> frame = {0x10, 0xFF, 0x34, 0x00, 0x80, 0x08, 0xAB, 0xCD};
+    EXPECT_EQ(Value(Chan(8, 8, true, true, 8), frame), -1);
+    EXPECT_EQ(Value(Chan(8, 8, true, false, 8), frame), 255);
+    EXPECT_EQ(Value(Chan(32, 12, true, true, 8), frame), -2048 + 0x80);
+    // The worked pair: the same start bit in both orders.
+    EXPECT_EQ(Value(Chan(12, 8, true, false, 8), frame), 0x4F);
+    EXPECT_EQ(Value(Chan(12, 8, false, false, 8), frame), 0xF9);
+    EXPECT_EQ(Value(Chan(0, 32, true, false, 4), {0xFF, 0xFF, 0xFF, 0xFF}), 4294967295);
+    EXPECT_EQ(Value(Chan(0, 63, true, false, 8), std::vector<unsigned char>(8, 0xFF)), INT64_MAX);
+    EXPECT_EQ(Value(Chan(0, 0, true, true, 8), frame), 0);
+
+    std::int64_t value = 5;
+    EXPECT_FALSE(Chan(0, 64, true, false, 8).GetValueFromFrame(frame.data(), &value));
+    ExpectErrorText(-334409, "Number of bits too large and not supported. Channel: Sig");
+    EXPECT_EQ(value, 5);
+    EXPECT_TRUE(Chan(0, 64, true, false, 8).DecodeMethod2(frame.data(), &value));
+    EXPECT_EQ(static_cast<std::uint64_t>(value), 0xCDAB08800034FF10u);
+}
+
+// Every position and length that fits a frame of any length, in both orders.
+TEST(CanDecodingTest, AgreesWithBitByBitReading)
+{
+    std::mt19937 random(1);
+    for (const int bytes : {1, 2, 3, 5, 7, 8, 12, 16, 64}) {
+        std::vector<unsigned char> frame(static_cast<std::size_t>(bytes));
+        for (auto& byte : frame)
+            byte = static_cast<unsigned char>(random());
+        for (int start = 0; start < bytes * 8; ++start)
+            for (int bits = 1; bits < 64; ++bits)
+                for (const bool upward : {true, false}) {
+                    const int room = upward ? bytes * 8 - start : (bytes - 1 - start / 8) * 8 + start % 8 + 1;
+                    const bool isSigned = (start + bits) % 2 != 0;
+                    if (bits > room)
+                        continue;
+                    ASSERT_EQ(Value(Chan(start, bits, upward, isSigned, bytes), frame),
+                              Reference(frame, start, bits, upward, isSigned))
+                        << bytes << " bytes, start " << start << ", bits " << bits << ", upward " << upward;
+                }
+    }
+}
+
+// A signal that reaches out of its frame: shift modulo 64 up to 8 bytes, missing bits 0 above.
+TEST(CanDecodingTest, StaysInsideTheFrame)
+{
+    const std::vector<unsigned char> frame = {1, 2, 3, 4, 5, 6, 7, 8};
+    EXPECT_EQ(Value(Chan(60, 16, true, false, 8), frame), 0);
+    EXPECT_EQ(Value(Chan(64 + 8, 8, true, false, 8), frame), 2);
+    EXPECT_EQ(Value(Chan(56, 8, false, false, 8), frame), static_cast<std::int64_t>(0x0102030405060708u >> (57 & 63) & 0xFF));
+    const std::vector<unsigned char> longFrame(12, 0xFF);
+    EXPECT_EQ(Value(Chan(92, 8, true, false, 12), longFrame), 0x0F);
+    EXPECT_EQ(Value(Chan(90, 8, false, false, 12), longFrame), 0xE0);
+    EXPECT_EQ(Value(Chan(-4, 8, true, false, 12), longFrame), 0xF0);
+    for (const int start : {INT32_MIN, -1, 96, 1000, INT32_MAX})
+        for (const int bytes : {-1, 0, 3, 8, 12})
+            for (const int bits : {INT32_MIN, 1, 63})
+                for (const bool upward : {true, false})
+                    Value(Chan(start, bits, upward, true, bytes), std::vector<unsigned char>(static_cast<std::size_t>(std::max(bytes, 1))));
+}
+
+TEST(CanDecodingTest, TellsQuantitiesFromStates)
+{
+    EXPECT_FALSE(Chan(0, 1, true, false, 8, 2).IsAnalogue());
+    EXPECT_FALSE(Chan(0, 8, true, false, 8, 0.1, 0, "V", 0).IsAnalogue());
+    EXPECT_FALSE(Chan(0, 8, true, false, 8).IsAnalogue());
+    EXPECT_FALSE(Chan(0, 8, true, false, 8, 1, 0, "tor").IsAnalogue());
+    EXPECT_FALSE(Chan(0, 8, true, false, 8, 1, 0, "NIV").IsAnalogue());
+    EXPECT_TRUE(Chan(0, 8, true, false, 8, 1, 0, "V").IsAnalogue());
+    EXPECT_TRUE(Chan(0, 8, true, false, 8, 2, 0, "TOR").IsAnalogue());
+    EXPECT_TRUE(Chan(0, 8, true, false, 8, std::nan("")).IsAnalogue());
+
+    VDCanChanDefinition chan = Chan(0, 8, true, false, 8);
+    EXPECT_FALSE(chan.IsEnum());
+    VDArrayWithSort<long> values;
+    VDStringArray texts;
+    values.AppendItem(-1);
+    texts.AppendItem("invalid");
+    chan.SetEnumOptions(values, texts);
+    EXPECT_TRUE(chan.IsEnum());
+    VDString text("preset");
+    EXPECT_TRUE(chan.GetEnumText(3, &text));
+    EXPECT_STREQ(text, "preset");
+    EXPECT_TRUE(chan.GetEnumText(0xFFFFFFFF, &text));
+    EXPECT_STREQ(text, "invalid");
+}
+
+TEST(FrameTypeListTest, KeepsFramesSorted)
+{
+    VDCanFrameTypeList list("Famos");
+    for (const unsigned long id : {5ul, 0x80000001ul, 3ul, 9ul, 3ul})
+        EXPECT_TRUE(list.AddFrame(id, static_cast<int>(id % 8)));
+    ASSERT_EQ(list.GetCount(), 4);
+    EXPECT_EQ(list.GetFrameType(0)->frameId, 3u);
+    EXPECT_EQ(list.GetFrameType(0)->count, 2);
+    EXPECT_EQ(list.GetFrameType(1)->frameId, 5u);
+    EXPECT_EQ(list.GetFrameType(3)->frameId, 0x80000001u);
+    EXPECT_EQ(list.Find(static_cast<int>(0x80000001u)), list.GetFrameType(3));
+    EXPECT_EQ(list.Find(4), nullptr);
+    EXPECT_EQ(list.GetFrameType(4), nullptr);
+
+    VDCanFrameType& type = *list.GetFrameType(1);
+    type.readCount = 7;
+    type.switchTotals.SetSize(3);
+    list.ResetCounts();
+    EXPECT_EQ(type.readCount, 0);
+    EXPECT_EQ(type.switchCounts.GetSize(), 3);
+    list.ClearFrames();
+    EXPECT_EQ(list.Find(5), nullptr);
+}
+
+TEST(FrameTypeListTest, StaysSortedWithVeryManyFrames)
+{
+    VDCanFrameTypeList list("Famos");
+    std::mt19937 random(1);
+    std::map<std::uint32_t, std::int64_t> expected;
+    for (int index = 0; index < 40000; ++index) {
+        const auto id = static_cast<std::uint32_t>(random() % 30000 * 100003u);
+        ++expected[id];
+        list.AddFrame(id, 8);
+        ASSERT_EQ(list.Find(static_cast<int>(id))->frameId, id);
+    }
+    ASSERT_EQ(list.GetCount(), static_cast<int>(expected.size()));
+    int position = 0;
+    for (const auto& [id, count] : expected) {
+        ASSERT_EQ(list.GetFrameType(position)->frameId, id);
+        ASSERT_EQ(list.GetFrameType(position++)->count, count);
+    }
+}
+
+TEST(FrameTypeListTest, LooksUpFast)
+{
+    VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Famos/FastFrameIdLookup", true);
+    VDCanFrameTypeList list("Famos");
+    for (const unsigned long id : {5ul, 3ul, 10000ul, 3ul})
+        EXPECT_TRUE(list.AddFrame(id, 8));
+    EXPECT_EQ(list.GetFrameType(0)->frameId, 5u);
+    EXPECT_EQ(list.GetFrameType(1)->count, 2);
+    EXPECT_EQ(list.Find(10000), list.GetFrameType(2));
+    EXPECT_EQ(list.Find(4), nullptr);
+    EXPECT_EQ(list.Find(-1), nullptr);
+    EXPECT_FALSE(list.AddFrame(10001, 8));
+    ExpectError(-334410, "Invalid frame id: 10001. Maximum frame id: 10000", "VDCanFrameTypeList::AddFrame");
+
+    VDPreferenceSystem().OverrideHugeValue("/FileFormats/Other/FrameIdLimitForFastLookup", 1LL << 40);
+    VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Other/FastFrameIdLookup", true);
+    VDCanFrameTypeList other("Other");
+    EXPECT_FALSE(other.AddFrame(0x80000001, 8));
+    EXPECT_EQ(other.GetCount(), 0);
+}

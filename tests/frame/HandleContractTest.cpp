@@ -1,0 +1,137 @@
+#include "ExportedNames.h"
+#include "support/TestSupport.h"
+
+#include "daxlib/daxlib.h"
+
+#include <set>
+
+// Every exported function that takes a handle refuses a null handle and one of another family, before it looks at anything
+// else, and says so under its own name.
+
+namespace {
+
+struct Row
+{
+    const char* name;
+    int (*call)(void* handle);
+    const char* routine = nullptr;  ///< where it isn't the function's own name
+};
+
+template <class Handle, class... Arguments>
+int CallWith(int (*function)(Handle*, Arguments...), void* handle)
+{
+    return function(static_cast<Handle*>(handle), Arguments{}...);
+}
+
+template <auto Function>
+int Call(void* handle)
+{
+    return CallWith(Function, handle);
+}
+
+#define ROW(function) {#function, Call<function>}
+
+const Row VVRows[] = {
+    ROW(FIDAddRef), ROW(FIDRelease), ROW(FIDCopy), ROW(FIDClear),
+    ROW(FIDSetFilename), ROW(FIDGetFilename), ROW(FIDGetNameForm), ROW(FIDSetTestname), ROW(FIDGetTestDescriptor),
+    ROW(FIDSetTestTitle), ROW(FIDGetTestTitle), ROW(FIDSetRunNumber), ROW(FIDGetRunNumber), ROW(FIDSetBurstNumber),
+    ROW(FIDGetBurstNumber), ROW(FIDSetModeNumber), ROW(FIDGetModeNumber), ROW(FIDSetExtraMetadataFilename),
+    ROW(FIDGetExtraMetadataFilename), ROW(FIDSetAssociatedFilename), ROW(FIDGetAssociatedFilename),
+    ROW(FIDSetOriginalExtension), ROW(FIDGetOriginalExtension), ROW(FIDSetNumChanDigits), ROW(FIDGetNumChanDigits),
+    ROW(FIDSetDataSource), ROW(FIDGetDataSource), ROW(FIDSetDataPath), ROW(FIDGetDataPath), ROW(FIDSetObjectReference),
+    ROW(FIDGetObjectReference), ROW(FIDSetChanSep), ROW(FIDSetFolderTest), ROW(FIDSetFolderTestManual),
+    ROW(FIDGetFolderTest), ROW(FIDSetFileId), ROW(FIDGetFileId), ROW(FIDSetVer), ROW(FIDGetVer), ROW(FIDSetOpSys),
+    ROW(FIDGetOpSys), ROW(FIDGetFileTypeDesc), ROW(FIDGetAccessInfo), ROW(FIDIsTemporary), ROW(FIDSetSelected),
+    ROW(FIDGetSelected), ROW(FIDSetShowChannels), ROW(FIDGetShowChannels), ROW(FIDSetIdentified), ROW(FIDGetIdentified),
+    ROW(FIDSetInIdent), ROW(FIDGetInIdent), ROW(FIDSetIdentByExtension), ROW(FIDGetIdentByExtension),
+    ROW(FIDSetLoadInfoWhenNeeded), ROW(FIDGetLoadInfoWhenNeeded), ROW(FIDSetInfoLoaded), ROW(FIDGetInfoLoaded),
+    ROW(FIDAddChannel), ROW(FIDAddChannelByTitle), ROW(FIDGetNumChans), ROW(FIDGetChanIndex), ROW(FIDGetChanNumber),
+    ROW(FIDSetChanNumber), ROW(FIDGetFileChanNumber), ROW(FIDSetFileChanNumber), ROW(FIDGetChanType), ROW(FIDSetChanType),
+    ROW(FIDGetChanSelected), ROW(FIDSetChanSelect), ROW(FIDGetChanTitle), ROW(FIDSetChanTitle), ROW(FIDGetChanUnits),
+    ROW(FIDSetChanUnits), ROW(FIDGetChanFilename), ROW(FIDSetChanFilename), ROW(FIDSetAllChanSelect),
+    ROW(FIDGetSomeChansSelected), ROW(FIDGetAllChansSelected), ROW(FIDGetChans), ROW(FIDGetSelectedChanList),
+    ROW(FIDGetChanSelText), ROW(FIDSortChans), ROW(FIDRemoveChan), ROW(FIDRemoveAllChans), ROW(FIDClearAllChans),
+    ROW(FIDRemoveAllSelectedChans), ROW(FIDSetExtraDataObject), ROW(FIDGetExtraDataObject), ROW(FIDGetPreferences),
+    ROW(FIDCompareTestNames), ROW(FIDDeleteTest),
+
+    ROW(FIAAddRef), ROW(FIARelease), ROW(FIACopy), ROW(FIAGetSize), ROW(FIAClear), ROW(FIAAppendItem), ROW(FIAAppend),
+    ROW(FIAGetAt), ROW(FIARemoveAt), ROW(FIASelectAt), ROW(FIAGetSelectAt), ROW(FIASelectAll), ROW(FIARemoveSelected),
+    ROW(FIAFind), ROW(FIASort),
+
+    ROW(FINFAddRef), ROW(FINFRelease), ROW(FINFIdentifyFile), ROW(FINFIdentifyFiles), ROW(FINFIdentifyFileByExtension),
+    ROW(FINFLoadInfo), ROW(FINFLoadInfoForFiles), ROW(FINFGetNextFileType), ROW(FINFGetAccessClass),
+    ROW(FINFGetFileDescription), ROW(FINFGetNextCapability), ROW(FINFGetCapability), ROW(FINFGetFileFormatKeyword),
+    ROW(FINFGetDefaultExtension), ROW(FINFGetNameForm), ROW(FINFGetFileFormatKeywords), ROW(FINFGetFileIdFromKeyword),
+    ROW(FINFGetAccessDescription),
+
+    ROW(TSAccRelease), {"TSAccSetId", Call<TSAccSetId>, "TSAcc"}, ROW(TSAccOpen), ROW(TSAccClose), ROW(TSAccFlush),
+    ROW(TSAccGetCapability), ROW(TSAccGetBufferSize), ROW(TSAccGetNumChans), ROW(TSAccGetChans), ROW(TSAccGetChanIndex),
+    ROW(TSAccIsValidChan), ROW(TSAccGetActualChanNumber), ROW(TSAccGetChanTitle), ROW(TSAccSetChanTitle),
+    ROW(TSAccGetNumPoints), ROW(TSAccGetNumPointsDoublePrecision), ROW(TSAccGetNumPointsDigital32),
+    ROW(TSAccGetNumPointsDigital64), ROW(TSAccGetSampleRate), ROW(TSAccGetBaseTime), ROW(TSAccGetXTitle),
+    ROW(TSAccGetXUnits), ROW(TSAccGetYTitle), ROW(TSAccGetYUnits), ROW(TSAccGetMaxXTitleLength),
+    ROW(TSAccGetMaxXUnitsLength), ROW(TSAccGetMaxYTitleLength), ROW(TSAccGetMaxYUnitsLength), ROW(TSAccSetSampleRate),
+    ROW(TSAccSetBaseTime), ROW(TSAccSetNumPoints), ROW(TSAccSetXTitle), ROW(TSAccSetXUnits), ROW(TSAccSetYTitle),
+    ROW(TSAccSetYUnits), ROW(TSAccPointToTime), ROW(TSAccTimeToPoint), ROW(TSAccGetData),
+    ROW(TSAccGetDataDoublePrecision), ROW(TSAccGetDataDigital32), ROW(TSAccGetDataDigital64), ROW(TSAccPrepareSequential),
+    ROW(TSAccGetNext), ROW(TSAccGetNextDoublePrecision), ROW(TSAccGetNextDigital32), ROW(TSAccGetNextDigital64),
+    ROW(TSAccPutData), ROW(TSAccPutDataDoublePrecision), ROW(TSAccPutDataDigital32), ROW(TSAccPutDataDigital64),
+    ROW(TSAccPutNext), ROW(TSAccPutNextDigital32), ROW(TSAccPutNextDigital64), ROW(TSAccGetFormatSpecificValue),
+    ROW(TSAccSetFormatSpecificValue), ROW(TSAccGetMetaData), ROW(TSAccSetUseOffset), ROW(TSAccSetProgressObject),
+};
+
+#undef ROW
+
+/// Exported functions of the handle families that take no handle.
+const std::set<std::string> VVWithoutHandle = {
+    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "FINFAddPlugin", "FINFGetValidAccessTypes",
+    "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
+    // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
+    "FINFGetProxyAccessFileId"};
+
+void ExpectRefused(const Row& row, void* handle)
+{
+    VFErrorClear();
+    EXPECT_EQ(row.call(handle), 0) << row.name;
+    ExpectError(-327682, "Invalid handle", row.routine == nullptr ? row.name : row.routine);
+}
+
+}  // namespace
+
+TEST(HandleContractTest, NullAndForeignHandlesAreRefused)
+{
+    VDCompBase foreign(0x12345678);
+    for (const Row& row : VVRows) {
+        ExpectRefused(row, nullptr);
+        ExpectRefused(row, &foreign);
+    }
+}
+
+TEST(HandleContractTest, EveryExportedFunctionHasItsRow)
+{
+    std::set<std::string> rows = VVWithoutHandle;
+    for (const Row& row : VVRows)
+        rows.insert(row.name);
+    for (const std::string& name : ReadExportedNames())
+        for (const char* family : {"FID", "FIA", "FINF", "TSAcc"}) {
+            if (name.starts_with(family)) {
+                EXPECT_EQ(rows.count(name), 1U) << name;
+            }
+        }
+}
+
+TEST(HandleContractTest, ReferencesKeepAnObjectAlive)
+{
+    VDFileId* id = FIDCreate();
+    EXPECT_EQ(FIDAddRef(id), 2);
+    EXPECT_EQ(FIDRelease(id), 1);
+    EXPECT_TRUE(FIDSetRunNumber(id, 7));
+    EXPECT_EQ(FIDRelease(id), 1);
+    // A second handle is checked like the first.
+    const VDFileIdHandle good(FIDCreate());
+    EXPECT_FALSE(FIDCopy(good.Get(), nullptr, 0));
+    ExpectError(-327682, "Invalid handle", "FIDCopy");
+    const VDFileIdArrayHandle array(FIACreate());
+    EXPECT_FALSE(FIAAppendItem(array.Get(), reinterpret_cast<VDFileId*>(array.Get())));
+    ExpectError(-327682, "Invalid handle", "FIAAppendItem");
+}

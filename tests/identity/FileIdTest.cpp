@@ -1,0 +1,476 @@
+#include "IdentityTestSupport.h"
+
+#include "daxlib/VDChanSep.h"
+#include "daxlib/VDFileIdPreferences.h"
+#include "vdbase/VDFileSystem.h"
+
+#include <cstdlib>
+
+namespace {
+
+constexpr int Storage = DaxStorageFileId;
+constexpr int TemporarySubId = 13;
+
+bool Exists(const std::string& filename)
+{
+    return VDFileSystem::FileExists(filename.c_str());
+}
+
+}  // namespace
+
+TEST(FileId, NewAndClearedIdsDifferInTwoValues)
+{
+    VDFileIdHandle id = TestId();
+    EXPECT_EQ(101, (TestGet<int, FIDGetOpSys>(id)));
+    EXPECT_EQ(-1, (TestGet<int, FIDGetRunNumber>(id)));
+    EXPECT_EQ(0, (TestGet<int, FIDGetNumChans>(id)));
+    EXPECT_EQ(1, (TestGet<char, FIDGetAllChansSelected>(id)));
+    EXPECT_EQ(0, (TestGet<char, FIDGetSomeChansSelected>(id)));
+
+    FIDSetNumChanDigits(id.Get(), 5);
+    FIDSetIdentByExtension(id.Get(), 1);
+    FIDSetInIdent(id.Get(), 1);
+    FIDSetRunNumber(id.Get(), 3);
+    FIDSetIdentified(id.Get(), 1);
+    FIDSetInfoLoaded(id.Get(), 1);
+    TestAddChannels(id, {1});
+    EXPECT_EQ(0, (TestGet<char, FIDGetIdentByExtension>(id))) << "identified and loaded";
+    EXPECT_NE(0, FIDClear(id.Get()));
+    EXPECT_EQ(1, (TestGet<char, FIDGetIdentByExtension>(id)));
+    EXPECT_EQ(1, (TestGet<char, FIDGetLoadInfoWhenNeeded>(id)));
+    EXPECT_EQ(1, (TestGet<char, FIDGetInIdent>(id)));
+    EXPECT_EQ(2, (TestGet<int, FIDGetNumChanDigits>(id)));
+    EXPECT_EQ(-1, (TestGet<int, FIDGetRunNumber>(id)));
+    FIDSetIdentByExtension(id.Get(), 0);
+    EXPECT_EQ(0, (TestGet<int, FIDGetOpSys>(id)));
+    EXPECT_EQ(0, (TestGet<int, FIDGetNumChans>(id)));
+}
+
+TEST(FileId, SetFilenameMakesDiskNamesAbsolute)
+{
+    const std::string folder = VDFileSystem::GetCurDirectory().Str();
+    VDFileIdHandle id = TestId("a.dat");
+    VDString extension;
+    EXPECT_EQ(folder + "/a.dat", TestFilename(id, &extension));
+    EXPECT_STREQ("dat", extension);
+
+    // The extension goes behind the name once.
+    FIDSetFilename(id.Get(), VTNameFormFile, "/data/road", "dat");
+    EXPECT_EQ("/data/road.dat", TestFilename(id));
+    FIDSetFilename(id.Get(), VTNameFormFile, "/data/road.dat", "dat");
+    EXPECT_EQ("/data/road.dat", TestFilename(id));
+
+    FIDSetFilename(id.Get(), VTNameFormTestPlusChannels, "road", "dat");
+    EXPECT_EQ(folder + "/road", TestFilename(id, &extension));
+    EXPECT_STREQ("dat", extension);
+
+    FIDSetDataSource(id.Get(), VTDataSourceStore1);
+    FIDSetFilename(id.Get(), VTNameFormFile, "x.mes/a.sig", "");
+    EXPECT_EQ("x.mes/a.sig", TestFilename(id, &extension));
+    EXPECT_STREQ("", extension);
+    EXPECT_EQ(0, (TestGet<char, FIDGetFolderTest>(id)));
+}
+
+TEST(FileId, FailedSetFilenameLeavesNoName)
+{
+    VDFileIdHandle id = TestStemId("/data/road", "dat");
+    EXPECT_EQ(0, FIDSetFilename(id.Get(), 2, "/data/x.dat", ""));
+    ExpectErrorText(-328582, "Invalid NameForm argument");
+    ExpectError(-328582, "", "VDFileId::SetFilename");
+    VDString extension = "x";
+    EXPECT_EQ("", TestFilename(id, &extension));
+    EXPECT_STREQ("", extension);
+    EXPECT_EQ(VTNameFormTestPlusChannels, (TestGet<int, FIDGetNameForm>(id)));
+    EXPECT_EQ(0, FIDSetFilename(id.Get(), 0, "", "dat"));
+    ExpectErrorText(-328583, "Blank Filename argument");
+    EXPECT_EQ(0, FIDSetFilename(id.Get(), 0, nullptr, nullptr));
+}
+
+TEST(FileId, FolderTestsAreKnownByExtensions)
+{
+    const std::vector<std::pair<const char*, int>> cases = {
+        {"/d/run.mes/speed.sig", 1}, {"/d/RUN.MES/speed.SIG", 1}, {"/d/run.mes/speed.dat", 0}, {"/d/run.mes", 1},
+        {"/d/run.xyz/a.mes", 0},     {"/d/run.fsf/a.raw", 1},     {"/d/run.fsf/noext", 0},     {"/a.sig", 1}};
+    VDFileIdHandle id = TestId();
+    for (const auto& [name, expected] : cases) {
+        FIDSetFilename(id.Get(), VTNameFormFile, name, "");
+        EXPECT_EQ(expected, (TestGet<char, FIDGetFolderTest>(id))) << name;
+    }
+    FIDSetFolderTestManual(id.Get(), 0);
+    EXPECT_EQ(VTNameFormFile, (TestGet<int, FIDGetNameForm>(id)));
+    FIDSetFolderTest(id.Get());
+    EXPECT_EQ(1, (TestGet<char, FIDGetFolderTest>(id)));
+    FIDSetFolderTestManual(id.Get(), 1);
+    EXPECT_EQ(VTNameFormTestPlusChannels, (TestGet<int, FIDGetNameForm>(id)));
+    ExpectNoError();
+    EXPECT_EQ(0, FIDGetFolderTest(id.Get(), nullptr));
+    EXPECT_EQ(0, FIDGetOriginalExtension(id.Get(), nullptr));
+    ExpectNoError();
+}
+
+TEST(FileId, RefusesValuesOutOfRange)
+{
+    VDFileIdHandle id = TestId("/data/road.dat");
+    EXPECT_EQ(0, FIDSetOpSys(id.Get(), 0));
+    ExpectErrorText(-328584, "Invalid operating system code\nFile stem :/data/road.dat");
+    ExpectError(-328584, "", "VDFileId::SetOpSys");
+    EXPECT_EQ(0, FIDSetNumChanDigits(id.Get(), 11));
+    ExpectErrorText(-328607, "Invalid argument to VDFileId::SetNumChanDigits");
+    EXPECT_EQ(2, (TestGet<int, FIDGetNumChanDigits>(id)));
+    EXPECT_EQ(0, FIDSetDataSource(id.Get(), -1));
+    ExpectErrorText(-328610, "Invalid argument to VDFileId::SetDataSource");
+    FIDSetFileId(id.Get(), 0, 7);
+    EXPECT_EQ(0, FIDSetTestname(id.Get(), "x", "", ""));
+    ExpectError(-328601, "Must call SetFileId before SetTestname", "VDFileId::SetTestname");
+
+    EXPECT_EQ(0, FIDGetChanIndex(id.Get(), 9, nullptr));
+    ExpectErrorText(-328587, "Channel 9 is not available in this fileset\nFile stem :/data/road.dat");
+    TestAddChannels(id, {5});
+    EXPECT_EQ(0, FIDSetChanTitle(id.Get(), -1, "x"));
+    ExpectErrorText(-328595, "Index out of range \nFile stem :/data/road.dat");
+    ExpectError(-328595, "", "VDFileId::SetChanTitle");
+    VDString text;
+    EXPECT_EQ(0, FIDGetChanUnits(id.Get(), 1, &text));
+    ExpectError(-328595, "", "VDFileId::GetChanUnits");
+    EXPECT_EQ(0, FIDRemoveChan(id.Get(), 1));
+    ExpectError(-328595, "", "VDFileId::RemoveChan");
+}
+
+TEST(FileId, ChannelsAreFoundByNumberAndTitle)
+{
+    VDFileIdHandle id = TestId();
+    TestAddChannels(id, {1, 3, 7, 3});
+    EXPECT_EQ((std::vector<long>{1, 3, 7}), TestNumbers(id));
+    EXPECT_EQ(2, (TestGet<int, FIDGetChanIndex>(id, 7)));
+
+    // A number may come to stand twice and out of order; the first one is found.
+    FIDSetChanNumber(id.Get(), 0, 7);
+    EXPECT_EQ(0, (TestGet<int, FIDGetChanIndex>(id, 7)));
+    EXPECT_EQ(1, (TestGet<int, FIDGetChanIndex>(id, 3)));
+    FIDSortChans(id.Get(), 1);
+    EXPECT_EQ((std::vector<long>{3, 7, 7}), TestNumbers(id));
+    FIDSortChans(id.Get(), 0);
+    EXPECT_EQ((std::vector<long>{7, 7, 3}), TestNumbers(id));
+    EXPECT_EQ(2, (TestGet<int, FIDGetChanIndex>(id, 3)));
+
+    int index = -1;
+    const VDString title = "Speed\r\n";
+    EXPECT_NE(0, FIDAddChannelByTitle(id.Get(), &title, &index));
+    EXPECT_NE(0, FIDAddChannelByTitle(id.Get(), &title, &index));
+    EXPECT_EQ(3, index);
+    EXPECT_EQ(4, (TestGet<int, FIDGetChanNumber>(id, 3)));
+    EXPECT_EQ("Speed  ", TestText<FIDGetChanTitle>(id, 3));
+    EXPECT_EQ(DaxDataType::Float, (TestGet<int, FIDGetChanType>(id, 3)));
+    EXPECT_EQ(-1, (TestGet<int, FIDGetFileChanNumber>(id, 3)));
+
+    FIDRemoveChan(id.Get(), 0);
+    const VDString other = "Other";
+    FIDAddChannelByTitle(id.Get(), &other, &index);
+    EXPECT_EQ((std::vector<long>{7, 3, 4, 4}), TestNumbers(id)) << "numbers are count + 1, not the highest + 1";
+
+    FIDSetChanSelect(id.Get(), 1, 0);
+    FIDRemoveAllSelectedChans(id.Get(), 0);
+    EXPECT_EQ((std::vector<long>{7, 4, 4}), TestNumbers(id));
+    FIDSetInfoLoaded(id.Get(), 1);
+    FIDRemoveAllChans(id.Get());
+    EXPECT_EQ(0, (TestGet<char, FIDGetInfoLoaded>(id)));
+    TestAddChannels(id, {2, 1});
+    EXPECT_EQ((std::vector<long>{2, 1}), TestNumbers(id));
+}
+
+TEST(FileId, SelectionTextIsBounded)
+{
+    VDFileIdHandle id = TestId();
+    EXPECT_EQ("None", TestText<FIDGetChanSelText>(id, 100));
+    TestAddChannels(id, {10, 9, 7, 4, 3, 2, 1, 20, 30});
+    EXPECT_EQ("All", TestText<FIDGetChanSelText>(id, 0));
+    for (const int index : {3, 7})
+        FIDSetChanSelect(id.Get(), index, 0);
+    EXPECT_EQ("1-3,7,9,10,30", TestText<FIDGetChanSelText>(id, 13));
+    EXPECT_EQ("7 Selected", TestText<FIDGetChanSelText>(id, 12));
+    EXPECT_EQ("7 Selected", TestText<FIDGetChanSelText>(id, 0));
+    EXPECT_EQ("7 Selected", TestText<FIDGetChanSelText>(id, -100));
+    EXPECT_EQ("1-3,7,9,10,30", TestText<FIDGetChanSelText>(id, 0x7fffffff));
+    FIDSetAllChanSelect(id.Get(), 0);
+    EXPECT_EQ("None", TestText<FIDGetChanSelText>(id, 100));
+}
+
+TEST(FileId, ChannelFilenames)
+{
+    VDFileIdHandle id = TestId();
+    VDString name;
+    EXPECT_EQ(0, FIDGetChanFilename(id.Get(), 0, &name));
+    ExpectError(-328597, "Filename has not been set in file ID object", "VDFileId::GetChanFilename");
+    FIDSetFilename(id.Get(), VTNameFormFile, "/d/a.dat", "");
+    EXPECT_EQ("/d/a.dat", TestText<FIDGetChanFilename>(id, 99));
+
+    FIDSetFilename(id.Get(), VTNameFormTestPlusChannels, "/d/road", "dat");
+    EXPECT_EQ(0, FIDGetChanFilename(id.Get(), 0, &name));
+    ExpectError(-328598, "No channels configured in file id object");
+    TestAddChannels(id, {7, 123});
+    EXPECT_EQ("/d/road07.dat", TestText<FIDGetChanFilename>(id, 0));
+    EXPECT_EQ("/d/road123.dat", TestText<FIDGetChanFilename>(id, 1));
+    EXPECT_EQ(0, FIDGetChanFilename(id.Get(), 2, &name));
+    ExpectError(-328595, "", "VDFileId::GetChanNumber");
+
+    // A folder test names its files after the channels.
+    FIDSetFolderTestManual(id.Get(), 1);
+    FIDSetOriginalExtension(id.Get(), "qac");
+    EXPECT_EQ("/d/road/Channel_7.qac", TestText<FIDGetChanFilename>(id, 0));
+    FIDSetChanTitle(id.Get(), 0, "Speed");
+    EXPECT_EQ("/d/road/Speed.qac", TestText<FIDGetChanFilename>(id, 0));
+    FIDSetChanFilename(id.Get(), 0, "Speed_2");
+    EXPECT_EQ("/d/road/Speed_2.qac", TestText<FIDGetChanFilename>(id, 0));
+}
+
+TEST(FileId, FolderTestsFindTheExtensionOfTheirFiles)
+{
+    const TestFolder folder;
+    folder.Write("run.fsf/Speed.raw", "x");
+    VDFileIdHandle id = TestStemId(folder.Name("run.fsf"), "fsf");
+    FIDSetFolderTestManual(id.Get(), 1);
+    TestAddChannels(id, {1});
+    FIDSetChanTitle(id.Get(), 0, "Speed");
+    FIDSetFileId(id.Get(), 2400, 1);
+    EXPECT_EQ(folder.Name("run.fsf/Speed.raw"), TestText<FIDGetChanFilename>(id, 0));
+    EXPECT_EQ("raw", TestText<FIDGetOriginalExtension>(id));
+    FIDSetOriginalExtension(id.Get(), "");
+    FIDSetFileId(id.Get(), 2200, 1);
+    EXPECT_EQ(folder.Name("run.fsf/Speed.sig"), TestText<FIDGetChanFilename>(id, 0));
+}
+
+TEST(FileId, ComparesNames)
+{
+    VDFileIdHandle left = TestId("/d/a.dat");
+    VDFileIdHandle right = TestId("/d/../d/a.dat");
+    FIDSetRunNumber(left.Get(), 1);
+    FIDSetRunNumber(right.Get(), 2);
+    const auto same = [&] {
+        char result = 0;
+        EXPECT_NE(0, FIDCompareTestNames(left.Get(), right.Get(), &result));
+        return result != 0;
+    };
+    EXPECT_TRUE(same()) << "runs count only where both are identified";
+    FIDSetFileId(left.Get(), Storage, 4);
+    FIDSetFileId(right.Get(), Storage, 11);
+    EXPECT_FALSE(same());
+    FIDSetRunNumber(right.Get(), 1);
+    EXPECT_TRUE(same()) << "sub ids of one family";
+    FIDSetFileId(right.Get(), Storage, 7);
+    EXPECT_FALSE(same());
+    FIDSetFileId(right.Get(), Storage, 4);
+    for (const auto& id : {left.Get(), right.Get()})
+        FIDSetDataSource(id, VTDataSourceStore2);
+    FIDSetObjectReference(left.Get(), "x");
+    EXPECT_FALSE(same());
+    for (const auto& id : {left.Get(), right.Get()})
+        FIDSetDataSource(id, VTDataSourceStore3);
+    EXPECT_TRUE(same()) << "only stores 1 and 2 have object references";
+}
+
+TEST(FileId, CopyMasks)
+{
+    VDFileIdHandle source = TestId("/d/a.dat");
+    FIDSetFileId(source.Get(), 500, 2);
+    FIDSetVer(source.Get(), 3, 4);
+    FIDSetTestTitle(source.Get(), "Title");
+    FIDSetRunNumber(source.Get(), 5);
+    FIDSetBurstNumber(source.Get(), 6);
+    FIDSetModeNumber(source.Get(), 7, "Idle");
+    FIDSetOpSys(source.Get(), 1);
+    FIDSetInfoLoaded(source.Get(), 1);
+    TestAddChannels(source, {1, 2, 3});
+    FIDSetChanSelect(source.Get(), 1, 0);
+    VDFileIdPreferences* preferences = nullptr;
+    FIDGetPreferences(source.Get(), 0, &preferences);
+    EXPECT_EQ(nullptr, preferences);
+    FIDGetPreferences(source.Get(), 1, &preferences);
+    preferences->SetInt("Gain", 2);
+
+    VDFileIdHandle target = TestId("/d/b.dat");
+    TestAddChannels(target, {9});
+    EXPECT_NE(0, FIDCopy(target.Get(), source.Get(), 0));
+    EXPECT_EQ("/d/b.dat", TestFilename(target));
+    EXPECT_EQ((std::vector<long>{1, 3}), TestNumbers(target));
+    EXPECT_EQ(0, (TestGet<char, FIDGetIdentified>(target)));
+    EXPECT_EQ(1, (TestGet<char, FIDGetInfoLoaded>(target)));
+    int first = -9;
+    int second = -9;
+    FIDGetFileId(target.Get(), &first, &second);
+    EXPECT_EQ(0, first);
+    FIDGetVer(target.Get(), &first, &second);
+    EXPECT_EQ(4, second);
+    EXPECT_EQ("Title", TestText<FIDGetTestTitle>(target));
+    EXPECT_EQ(-1, (TestGet<int, FIDGetRunNumber>(target)));
+    EXPECT_EQ(6, (TestGet<int, FIDGetBurstNumber>(target)));
+    EXPECT_EQ(1, (TestGet<int, FIDGetOpSys>(target)));
+    VDString modeTitle = "?";
+    FIDGetModeNumber(target.Get(), &first, &modeTitle);
+    EXPECT_EQ(-1, first);
+    EXPECT_STREQ("", modeTitle);
+    FIDGetPreferences(target.Get(), 0, &preferences);
+    ASSERT_NE(nullptr, preferences);
+    EXPECT_NE(0, preferences->GetInt("gain", &first));
+    EXPECT_EQ(2, first);
+
+    EXPECT_NE(0, FIDCopy(target.Get(), source.Get(), ~0U));
+    EXPECT_EQ("/d/a.dat", TestFilename(target));
+    EXPECT_EQ((std::vector<long>{1, 2, 3}), TestNumbers(target));
+    EXPECT_EQ(1, (TestGet<char, FIDGetIdentified>(target)));
+    EXPECT_EQ(5, (TestGet<int, FIDGetRunNumber>(target)));
+
+    EXPECT_NE(0, FIDCopy(target.Get(), source.Get(), ~0U & ~(VTFileIdCopyChannels | VTFileIdCopySelectedChannels)));
+    EXPECT_EQ(0, (TestGet<char, FIDGetInfoLoaded>(target)));
+    EXPECT_EQ((std::vector<long>{1, 2, 3}), TestNumbers(target)) << "the target's own stay";
+    EXPECT_NE(0, FIDCopy(target.Get(), target.Get(), 0));
+    EXPECT_EQ(3, (TestGet<int, FIDGetNumChans>(target)));
+}
+
+TEST(FileId, SharesTheHostsObject)
+{
+    struct Host : VDCompBase
+    {
+        explicit Host(bool* gone) : VDCompBase(1), gone_(gone) {}
+        ~Host() override { *gone_ = true; }
+        bool* gone_;
+    };
+    bool gone = false;
+    auto* host = new Host(&gone);
+    VDFileIdHandle id = TestId();
+    EXPECT_NE(0, FIDSetExtraDataObject(id.Get(), host));
+    host->Release();
+    EXPECT_NE(0, FIDSetExtraDataObject(id.Get(), host)) << "the id's own reference alone keeps it";
+    EXPECT_FALSE(gone);
+    VDFileIdHandle copy = TestId();
+    FIDCopy(copy.Get(), id.Get(), VTFileIdCopyExtraData);
+    id.Reset();
+    auto* given = TestGet<VDCompBase*, FIDGetExtraDataObject>(copy);
+    EXPECT_EQ(host, given);
+    FIDClear(copy.Get());
+    EXPECT_FALSE(gone);
+    EXPECT_EQ(nullptr, (TestGet<VDCompBase*, FIDGetExtraDataObject>(copy)));
+    EXPECT_EQ(0, given->Release());
+    delete given;
+    EXPECT_TRUE(gone);
+}
+
+TEST(FileId, DeletesAllFilesOfATest)
+{
+    const TestFolder folder;
+    const std::string sidecar = folder.Write("road_dat_s.vmd", "x");
+    VDFileIdHandle file = TestId(folder.Write("road.dat", "x"));
+    EXPECT_NE(0, FIDDeleteTest(file.Get()));
+    EXPECT_FALSE(Exists(sidecar) || Exists(folder.Name("road.dat")));
+    EXPECT_EQ(0, FIDDeleteTest(file.Get()));
+    ExpectErrorText(-328603, "Error deleting test : ");
+
+    VDFileIdHandle stem = TestStemId(folder.Name("road"), "dat");
+    TestAddChannels(stem, {1, 2, 3});
+    const std::vector<std::string> files = {folder.Write("road02.dat", "x"), folder.Write("road03.dat", "x"),
+                                            folder.Write("road_dat.vmd", "x")};
+    EXPECT_EQ(0, FIDDeleteTest(stem.Get()));
+    ExpectErrorText(-328603, "Error deleting test : " + folder.Name("road") + " (dat)");
+    for (const std::string& name : files)
+        EXPECT_FALSE(Exists(name)) << name;
+    EXPECT_EQ(3, (TestGet<int, FIDGetNumChans>(stem)));
+
+    FIDSetDataSource(stem.Get(), VTDataSourceStore1);
+    EXPECT_EQ(0, FIDDeleteTest(stem.Get()));
+    ExpectErrorText(-328611, "Non disk-based data sources cannot be deleted.");
+}
+
+TEST(FileId, LastIdOfATemporaryTestDeletesItsFiles)
+{
+    const TestFolder folder;
+    const std::string name = folder.Write("t.dat", "x");
+    VDFileIdHandle id = TestId(name);
+    FIDSetFileId(id.Get(), Storage, TemporarySubId);
+    EXPECT_EQ(1, (TestGet<char, FIDIsTemporary>(id)));
+    VDFileIdHandle copy = TestId();
+    FIDCopy(copy.Get(), id.Get(), ~0U);
+    VDFileIdArrayHandle array(FIACreate());
+    FIAAppendItem(array.Get(), copy.Get());
+    VDFileIdArrayHandle arrayCopy(FIACreate());
+    FIACopy(arrayCopy.Get(), array.Get());
+    id.Reset();
+    copy.Reset();
+    array.Reset();
+    EXPECT_TRUE(Exists(name)) << "the copied array still has an id of its own";
+    arrayCopy.Reset();
+    EXPECT_FALSE(Exists(name));
+}
+
+TEST(FileId, ATemporaryTestIsLeftUnderItsOwnName)
+{
+    const TestFolder folder;
+    const auto makeTemporary = [&folder](const char* entry) {
+        VDFileIdHandle id = TestId(folder.Write(entry, "x"));
+        FIDSetFileId(id.Get(), Storage, TemporarySubId);
+        return id;
+    };
+    VDFileIdHandle plain = TestId(folder.Write("plain.dat", "x"));
+    VDFileIdHandle target = makeTemporary("copied.dat");
+    FIDCopy(target.Get(), plain.Get(), ~0U);
+    EXPECT_FALSE(Exists(folder.Name("copied.dat")));
+
+    VDFileIdHandle cleared = makeTemporary("cleared.dat");
+    FIDClear(cleared.Get());
+    EXPECT_FALSE(Exists(folder.Name("cleared.dat")));
+
+    VDFileIdHandle marked = makeTemporary("marked.dat");
+    FIDSetFileId(marked.Get(), Storage, 4);
+    EXPECT_TRUE(Exists(folder.Name("marked.dat"))) << "another type leaves the share alone";
+    FIDSetFileId(marked.Get(), Storage, 16);
+    EXPECT_FALSE(Exists(folder.Name("marked.dat"))) << "marking it again starts a new test";
+
+    VDFileIdHandle shared = makeTemporary("shared.dat");
+    VDFileIdHandle second = TestId();
+    FIDCopy(second.Get(), shared.Get(), ~0U);
+    FIDCopy(second.Get(), shared.Get(), ~0U);
+    second.Reset();
+    EXPECT_TRUE(Exists(folder.Name("shared.dat")));
+    VFErrorClear();
+    target.Reset();
+    cleared.Reset();
+    marked.Reset();
+    ExpectNoError();
+    EXPECT_TRUE(Exists(folder.Name("plain.dat")));
+}
+
+TEST(FileIdDeathTest, LeftTemporaryIdsAreTracedAtExit)
+{
+    const auto leave = [](int subId) {
+        setenv("DAX_TRACE", "1", 1);
+        static VDFileId* const left = FIDCreate();
+        FIDSetFileId(left, Storage, subId);
+        std::exit(0);
+    };
+    const char* const line = "^ERROR: VVAllTemporaryFileIds is not empty at app exit in VDFileId in daxlib\n$";
+    EXPECT_EXIT(leave(TemporarySubId), testing::ExitedWithCode(0), line);
+    EXPECT_EXIT(leave(4), testing::ExitedWithCode(0), "^$");
+}
+
+TEST(FileId, Preferences)
+{
+    VDFileIdPreferences preferences;
+    preferences.SetString("Gain", "two");
+    preferences.SetInt("Offset", -3);
+    preferences.SetString("gain", "");
+    EXPECT_EQ(2, preferences.GetCount());
+    EXPECT_STREQ("", preferences.GetKeyAt(2));
+    VDString text = "x";
+    EXPECT_EQ(0, preferences.GetString("Gain", &text));
+    ExpectErrorText(-334081, "File id preference keyword not found: Gain");
+    ExpectError(-334081, "", "VDFileIdPreferences::GetString");
+    int number = 5;
+    EXPECT_NE(0, preferences.GetInt("OFFSET", &number));
+    EXPECT_EQ(-3, number);
+    EXPECT_EQ(0, preferences.GetInt("None", &number));
+    EXPECT_EQ(0, number);
+    ExpectError(-334081, "None", "VDFileIdPreferences::GetInt");
+    const VDFileIdPreferences copy = preferences;
+    preferences.Clear();
+    VDString descriptor = "a";
+    copy.AppendToTestDescriptor(descriptor);
+    EXPECT_STREQ("a;pGain=;pOffset=-3", descriptor);
+}

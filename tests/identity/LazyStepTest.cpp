@@ -1,0 +1,171 @@
+#include "IdentityTestSupport.h"
+
+#include "daxlib/VDFileIdPreferences.h"
+#include "plugins/StandIn.h"
+
+/// File ids that fetch what they lack through a FileFormat plug-in.
+class LazyStep : public testing::Test
+{
+protected:
+    LazyStep() { TestWriteFile(TestHomeFolder(), "plugins.toml", StandIn::Manifests()); }
+
+    /// An id of a stand-in file that is known by its extension only.
+    VDFileIdHandle MakeId(const std::string& script) const
+    {
+        VDFileIdHandle id = TestId(folder_.Write("a.sta", "STAND " + script + "\n"));
+        FIDSetIdentByExtension(id.Get(), 1);
+        FIDSetFileId(id.Get(), 77, 0);
+        return id;
+    }
+
+    TestFolder folder_;
+};
+
+TEST_F(LazyStep, IdentifiesAndLoadsOnFirstUse)
+{
+    VDFileIdHandle id = MakeId("channels=3");
+    EXPECT_EQ(0, (TestGet<char, FIDGetIdentified>(id)));
+    TestGet<int, FIDGetOpSys>(id);
+    EXPECT_EQ(1, (TestGet<char, FIDGetIdentified>(id)));
+    EXPECT_EQ(0, (TestGet<char, FIDGetInfoLoaded>(id))) << "nobody asked for channels";
+    EXPECT_EQ(3, (TestGet<int, FIDGetNumChans>(id)));
+    EXPECT_EQ(0, (TestGet<char, FIDGetIdentByExtension>(id)));
+
+    VDFileIdHandle quiet = TestId(folder_.Name("a.sta"));
+    FIDSetFileId(quiet.Get(), StandIn::FileId, 1);
+    EXPECT_EQ(0, (TestGet<int, FIDGetNumChans>(quiet))) << "not allowed to load";
+    FIDSetLoadInfoWhenNeeded(quiet.Get());
+    EXPECT_EQ(3, (TestGet<int, FIDGetNumChans>(quiet)));
+}
+
+TEST_F(LazyStep, DoesWhatWasPutOff)
+{
+    VDFileIdHandle id = MakeId("numbers=3,1,7");
+    FIDSortChans(id.Get(), 0);
+    FIDSetAllChanSelect(id.Get(), 0);
+    TestGet<int, FIDGetOpSys>(id);
+    EXPECT_EQ((std::vector<long>{7, 3, 1}), TestNumbers(id)) << "the first question was not for the channels";
+    EXPECT_EQ(0, (TestGet<char, FIDGetSomeChansSelected>(id)));
+    FIDSortChans(id.Get(), 1);
+    FIDSetChanNumber(id.Get(), 0, 99);
+    EXPECT_EQ((std::vector<long>{99, 3, 7}), TestNumbers(id)) << "now there is a list, and it is sorted at once";
+}
+
+TEST_F(LazyStep, AFailedStepLeavesTheIdAsItWas)
+{
+    VDFileIdHandle several = MakeId("tests=2");
+    int count = -1;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        VFErrorClear();
+        EXPECT_EQ(0, FIDGetNumChans(several.Get(), &count));
+        ExpectError(-328612, "\nFile: " + folder_.Name("a.sta") + " (sta)", "VDFileId::CheckIdentLoad");
+    }
+    VDFileIdHandle unknown = MakeId("decline=1");
+    // The first file of a process that no plug-in claims fails without a message where no types are configured.
+    EXPECT_EQ(0, FIDGetNumChans(unknown.Get(), &count));
+    EXPECT_EQ(0, FIDGetNumChans(unknown.Get(), &count));
+    ExpectError(-328688);
+    int fileId = 0;
+    FIDGetFileId(unknown.Get(), &fileId, nullptr);
+    EXPECT_EQ(77, fileId);
+
+    VDFileIdHandle broken = MakeId("infofail=1");
+    FIDSortChans(broken.Get(), 1);
+    EXPECT_EQ(0, FIDGetNumChans(broken.Get(), &count));
+    ExpectError(-328689, "Stand-in failure");
+    folder_.Write("a.sta", "STAND numbers=2,1\n");
+    EXPECT_EQ((std::vector<long>{1, 2}), TestNumbers(broken)) << "the next question tries again";
+}
+
+TEST_F(LazyStep, AsksTheFormat)
+{
+    VDFileIdHandle id = TestId();
+    FIDSetFileId(id.Get(), StandIn::FileId, 1);
+    EXPECT_NE(0, FIDSetTestname(id.Get(), "/d/out", "", ""));
+    EXPECT_EQ("/d/out.sta", TestFilename(id));
+    EXPECT_NE(0, FIDSetTestname(id.Get(), "/d/out", "", "xyz"));
+    EXPECT_EQ("/d/out.xyz", TestFilename(id));
+    EXPECT_NE(0, FIDSetTestname(id.Get(), "/d/out.abc", "", "xyz"));
+    EXPECT_EQ("/d/out.abc", TestFilename(id));
+    EXPECT_EQ("Stand-in type StandA", TestText<FIDGetFileTypeDesc>(id, char(1)));
+    FIDSetVer(id.Get(), 0, 2);
+    EXPECT_EQ("Stand-in type StandA Ver 0.2", TestText<FIDGetFileTypeDesc>(id, char(1)));
+    EXPECT_EQ("Stand-in type StandA", TestText<FIDGetFileTypeDesc>(id, char(0)));
+    int accessType = 0;
+    VDString accessClass;
+    VDString description;
+    EXPECT_NE(0, FIDGetAccessInfo(id.Get(), &accessType, &accessClass, &description));
+    EXPECT_EQ(VTFileAccessTimeSeries, accessType);
+    EXPECT_STREQ(StandIn::ClassId, accessClass);
+    EXPECT_STREQ("Time series", description);
+
+    FIDSetFileId(id.Get(), StandIn::ChannelsFileId, 1);
+    EXPECT_NE(0, FIDSetTestname(id.Get(), "/d/out", "", ""));
+    EXPECT_EQ("/d/out", TestFilename(id));
+    EXPECT_EQ(VTNameFormTestPlusChannels, (TestGet<int, FIDGetNameForm>(id)));
+    FIDSetFileId(id.Get(), 4711, 1);
+    EXPECT_EQ(0, FIDSetTestname(id.Get(), "/d/other", "", ""));
+    ExpectError(-328692);
+    EXPECT_EQ("/d/out", TestFilename(id)) << "a failure before the name is set leaves it";
+}
+
+TEST_F(LazyStep, WritesDescriptors)
+{
+    VDFileIdHandle id = TestId("/data/road.dat");
+    FIDSetFileId(id.Get(), StandIn::FileId, StandIn::SubPlain);
+    TestAddChannels(id, {10, 1, 2, 3, 7, 9});
+    EXPECT_EQ("/data/road.dat;ats;c1-3,7,9,10", TestDescriptor(id, VTTestDescSelected));
+    FIDSetChanSelect(id.Get(), 4, 0);
+    EXPECT_EQ("/data/road.dat;ats;c1-3,9,10", TestDescriptor(id, VTTestDescSelected));
+    EXPECT_EQ("/data/road.dat;ats;c1-3,7,9,10", TestDescriptor(id, VTTestDescAll));
+    FIDSetRunNumber(id.Get(), 2);
+    FIDSetModeNumber(id.Get(), 1, nullptr);
+    FIDSetExtraMetadataFilename(id.Get(), "/m/extra.txt");
+    FIDSetAssociatedFilename(id.Get(), "** NO NAME **");
+    VDFileIdPreferences* preferences = nullptr;
+    FIDGetPreferences(id.Get(), 1, &preferences);
+    preferences->SetString("Gain", "2");
+    EXPECT_EQ("/data/road.dat;r2;m1;d/m/extra.txt;ats;c1-3,9,10;pGain=2", TestDescriptor(id, VTTestDescSelected));
+    FIDSetAllChanSelect(id.Get(), 0);
+    FIDSetAssociatedFilename(id.Get(), "/m/b.txt");
+    EXPECT_EQ("/data/road.dat;r2;m1;d/m/extra.txt;n/m/b.txt;ats;pGain=2", TestDescriptor(id, VTTestDescRelative));
+
+    VDFileIdHandle hist = TestId("/data/hist.dat");
+    FIDSetFileId(hist.Get(), StandIn::HistFileId, 1);
+    TestAddChannels(hist, {1, 2, 1});
+    FIDSetChanNumber(hist.Get(), 0, 2);
+    EXPECT_EQ("/data/hist.dat;r-1;ahs;c2", TestDescriptor(hist, VTTestDescSelected)) << "doubles are told once";
+
+    VDFileIdHandle stem = TestStemId("/data/road", "dat");
+    FIDSetFileId(stem.Get(), StandIn::ChannelsFileId, 1);
+    TestAddChannels(stem, {1, 2, 3, 4});
+    EXPECT_EQ("/data/road;xdat;ats;c1-4", TestDescriptor(stem, VTTestDescSelected));
+
+    VDFileIdHandle unknown = TestId("/data/u.dat");
+    TestAddChannels(unknown, {1});
+    EXPECT_EQ("/data/u.dat", TestDescriptor(unknown, VTTestDescAll)) << "no file type, no channel field";
+    FIDSetFileId(unknown.Get(), 0, 3);
+    EXPECT_EQ("/data/u.dat;c1", TestDescriptor(unknown, VTTestDescAll));
+
+    VDString text;
+    EXPECT_EQ(0, FIDGetTestDescriptor(unknown.Get(), 9, &text));
+    ExpectErrorText(-328608, "Invalid Type argument to VDFileId::GetTestDescriptor");
+    ExpectError(-328608, "", "VDFileId::GetTestTitle");
+}
+
+TEST_F(LazyStep, DescriptorsOfManyChannelsAndOfTheFormatsOwn)
+{
+    VDFileIdHandle many = TestId("/data/many.dat");
+    FIDSetFileId(many.Get(), StandIn::FileId, 1);
+    for (int number = 10001; number > 0; --number)
+        TestAddChannels(many, {number});
+    EXPECT_EQ("/data/many.dat;ats;c2-10001", TestDescriptor(many, VTTestDescAll)) << "the first 10000 of the list";
+
+    VDFileIdHandle own = MakeId("channels=1 desc=vdindex:7");
+    EXPECT_EQ("vdindex:7", TestDescriptor(own, VTTestDescSelected));
+    EXPECT_EQ("a", TestDescriptor(own, VTTestDescShortName)) << "short names are the library's own";
+    VDFileIdHandle failing = MakeId("channels=1 descfail=1");
+    VDString text;
+    EXPECT_EQ(0, FIDGetTestDescriptor(failing.Get(), VTTestDescAll, &text));
+    ExpectError(-328689, "Stand-in failure");
+}

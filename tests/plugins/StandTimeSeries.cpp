@@ -1,0 +1,305 @@
+#include "StandTimeSeries.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+STAND_API void StandTSTakeLog(VDString* text);
+STAND_API int StandTSTakeMaxInFlight();
+
+namespace {
+
+/// What the instances of a process share.
+struct StandShared
+{
+    std::mutex lock;
+    std::condition_variable changed;
+    std::string log;
+    int inFlight = 0;
+    int maxInFlight = 0;
+    int meetings = 0;  ///< how often a second call joined a first
+    std::map<std::string, StandTest> closed;
+};
+
+StandShared& Shared()
+{
+    static StandShared shared;
+    return shared;
+}
+
+/// Holds the call until a second one is under way as well, at most for the time given.
+void Overlap(int milliseconds)
+{
+    StandShared& shared = Shared();
+    std::unique_lock guard(shared.lock);
+    shared.maxInFlight = std::max(shared.maxInFlight, ++shared.inFlight);
+    const int before = shared.meetings;
+    if (shared.inFlight > 1) {
+        ++shared.meetings;
+        shared.changed.notify_all();
+    } else {
+        shared.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), [&] { return shared.meetings != before; });
+    }
+    --shared.inFlight;
+}
+
+std::string Text(const VDVariant& value)
+{
+    VDString text;
+    if (value.GetType() != VTVariantList)
+        return value.ConvertToString(&text) ? text.Str() : "type" + std::to_string(value.GetType());
+    std::string all;
+    for (int index = 0; index < value.GetNumItems(); ++index)
+        all += (index == 0 ? "" : ",") + Text(value[index]);
+    return all;
+}
+
+VDVariant Pair(VDVariant first, VDVariant second)
+{
+    VDVariant list;
+    list.AppendItem(std::move(first));
+    list.AppendItem(std::move(second));
+    return list;
+}
+
+}  // namespace
+
+void StandTSTakeLog(VDString* text)
+{
+    const std::lock_guard guard(Shared().lock);
+    *text = std::exchange(Shared().log, {});
+}
+
+int StandTSTakeMaxInFlight()
+{
+    const std::lock_guard guard(Shared().lock);
+    return std::exchange(Shared().maxInFlight, 0);
+}
+
+StandTimeSeries::~StandTimeSeries()
+{
+    Enter("Release");
+    if (id_ != nullptr)
+        FIDRelease(id_);
+}
+
+int StandTimeSeries::Enter(const std::string& name, const std::string& arguments)
+{
+    log_ += name + (arguments.empty() ? "" : " ") + arguments + "\n";
+    if (script_.Has("log")) {
+        const std::lock_guard guard(Shared().lock);
+        Shared().log += std::exchange(log_, {});
+    }
+    if (script_.Lists("tsthrow", name))
+        StandThrow("1");
+    if (script_.Lists("tsthrowint", name))
+        StandThrow("int");
+    return script_.Lists("tsfail", name) ? StandFail(script_, ("StandTS" + name).c_str()) : 1;
+}
+
+int StandTimeSeries::EnterData(const char* routine, long channel, std::int64_t first, std::int64_t count)
+{
+    if (script_.Has("overlap"))
+        Overlap(script_.Int("overlap"));
+    return Enter(routine, std::to_string(channel) + " " + std::to_string(first) + " " + std::to_string(count));
+}
+
+bool StandTimeSeries::HasCapability(int capability) const
+{
+    if (capability == DaxTimeSeries::NoSerialisation)
+        return !serial_;
+    return script_.Lists("caps", std::to_string(capability), "0,2,4,5");
+}
+
+int StandTimeSeries::SetId(VDFileId* id, char create)
+{
+    if (id_ != nullptr)
+        FIDRelease(id_);
+    id_ = id;
+    FIDAddRef(id_);
+    VDString filename;
+    FIDGetChanFilename(id_, 0, &filename);
+    filename_ = filename.Str();
+    script_ = StandScript::OfFile(filename);
+    quiet_ = true;
+    for (const char* key : {"log", "overlap", "tsfail", "tsthrow", "tsthrowint"})
+        quiet_ = quiet_ && !script_.Has(key);
+    return Enter("SetId", std::to_string(create));
+}
+
+double StandTimeSeries::ListedNumber(const std::string& key, std::size_t index, double otherwise) const
+{
+    const std::vector<std::string> items = script_.List(key);
+    return index < items.size() ? std::strtod(items[index].c_str(), nullptr) : otherwise;
+}
+
+int StandTimeSeries::Open(int mode)
+{
+    if (!Enter("Open", std::to_string(mode)))
+        return 0;
+    mode_ = mode;
+    const std::lock_guard guard(Shared().lock);
+    const auto known = Shared().closed.find(filename_);
+    if (mode <= 2 && known != Shared().closed.end()) {
+        test_ = known->second;
+        return 1;
+    }
+    int count = 0;
+    FIDGetNumChans(id_, &count);
+    test_ = {};
+    test_.channels.resize(static_cast<std::size_t>(count));
+    for (StandChannel& channel : test_.channels) {
+        channel.title = script_.Text("chantitle");
+        if (mode > 2)
+            continue;
+        const auto index = static_cast<std::size_t>(&channel - test_.channels.data());
+        channel.rate = ListedNumber("rates", index, script_.Number("rate", 100.0));
+        channel.base = script_.Number("base");
+        channel.points = static_cast<std::int64_t>(ListedNumber("lengths", index, script_.Number("points", 1000.0)));
+        channel.initialPoints = channel.points;
+    }
+    return 1;
+}
+
+int StandTimeSeries::Close()
+{
+    if (!Enter("Close"))
+        return 0;
+    const std::lock_guard guard(Shared().lock);
+    if (mode_ >= 2)
+        Shared().closed[filename_] = test_;
+    mode_ = 0;
+    return 1;
+}
+
+int StandTimeSeries::GetCapability(int capability, char* answer)
+{
+    *answer = HasCapability(capability);
+    return Enter("GetCapability" + std::to_string(capability));
+}
+
+VDVariant StandTimeSeries::FileValue(int key) const
+{
+    switch (key) {
+    case DaxTimeSeries::MaxXTitle:
+    case DaxTimeSeries::MaxYTitle:
+        return VDVariant(40L);
+    case DaxTimeSeries::MaxXUnits:
+    case DaxTimeSeries::MaxYUnits:
+        return VDVariant(20L);
+    case DaxTimeSeries::XTitle:
+        return VDVariant(test_.xTitle);
+    case DaxTimeSeries::XUnits:
+        return VDVariant(test_.xUnits);
+    case DaxTimeSeries::BufferSize:
+        return VDVariant(static_cast<long>(script_.Int("buffer", 4096)));
+    default:
+        return {};
+    }
+}
+
+VDVariant StandTimeSeries::ChannelValue(long index, int key) const
+{
+    const StandChannel& channel = test_.channels[static_cast<std::size_t>(index)];
+    int number = 0;
+    switch (key) {
+    case DaxTimeSeries::SampleRate:
+        return VDVariant(channel.rate);
+    case DaxTimeSeries::BaseTime:
+        return VDVariant(channel.base);
+    case DaxTimeSeries::NumPoints:
+        return VDVariant::FromHuge(channel.points);
+    case DaxTimeSeries::YTitle:
+        return VDVariant(channel.yTitle);
+    case DaxTimeSeries::YUnits:
+        return VDVariant(channel.yUnits);
+    case DaxTimeSeries::Statistics:
+        return channel.statistics;
+    case DaxTimeSeries::FullScale:
+        return channel.fullScale;
+    case DaxTimeSeries::ChanTitle:
+        return VDVariant(channel.title);
+    case DaxTimeSeries::ActualChanNumber:
+        FIDGetChanNumber(id_, static_cast<int>(index), &number);
+        return VDVariant(static_cast<long>(number + script_.Int("actual")));
+    case DaxTimeSeries::FullScaleValid:
+        return VDVariant(!channel.fullScale.IsNull());
+    case DaxTimeSeries::ScheduleOffset:
+        return Pair(VDVariant(script_.Has("schedule")), VDVariant(static_cast<float>(script_.Number("schedule"))));
+    default:
+        return {};
+    }
+}
+
+int StandTimeSeries::GetValue(long channel, int key, VDVariant* value)
+{
+    if (!Enter("GetValue" + std::to_string(key), std::to_string(channel)))
+        return 0;
+    if (script_.Lists("wrong", std::to_string(key))) {
+        *value = VDVariant(true);
+    } else if (key == DaxTimeSeries::FormatSpecific) {
+        VDString name;
+        (*value)[0].GetString(&name);
+        const auto known = test_.specific.find(name.Str());
+        if (known != test_.specific.end())
+            value->AppendItem(known->second);
+    } else if (channel == DaxChannel::WholeFile) {
+        *value = FileValue(key);
+    } else if (channel >= 0 && channel < static_cast<long>(test_.channels.size())) {
+        *value = ChannelValue(channel, key);
+    }
+    return 1;
+}
+
+int StandTimeSeries::PutValue(long index, int key, const VDVariant& value)
+{
+    // The pointers of keys 0 and 21 are no text.
+    if (!Enter("PutValue" + std::to_string(key), std::to_string(index) + " " + Text(value)))
+        return 0;
+    if (key == DaxTimeSeries::FormatSpecific) {
+        VDString name;
+        value[0].GetString(&name);
+        test_.specific[name.Str()] = value[1];
+        return 1;
+    }
+    if (key == DaxTimeSeries::XTitle)
+        return value.GetString(&test_.xTitle);
+    if (key == DaxTimeSeries::XUnits)
+        return value.GetString(&test_.xUnits);
+    for (std::size_t at = 0; at < test_.channels.size(); ++at) {
+        const bool common = key <= DaxTimeSeries::NumPoints && HasCapability(DaxTimeSeries::CommonHeader);
+        if (static_cast<long>(at) != index && !common)
+            continue;
+        StandChannel& channel = test_.channels[at];
+        switch (key) {
+        case DaxTimeSeries::SampleRate:
+            value.GetDouble(&channel.rate);
+            break;
+        case DaxTimeSeries::BaseTime:
+            value.GetDouble(&channel.base);
+            break;
+        case DaxTimeSeries::NumPoints:
+            value.GetHuge(&channel.points);
+            break;
+        case DaxTimeSeries::YTitle:
+            value.GetString(&channel.yTitle);
+            break;
+        case DaxTimeSeries::YUnits:
+            value.GetString(&channel.yUnits);
+            break;
+        case DaxTimeSeries::Statistics:
+        case DaxTimeSeries::StatisticsDouble:
+            channel.statistics = value;
+            break;
+        case DaxTimeSeries::FullScale:
+            channel.fullScale = value;
+            break;
+        case DaxTimeSeries::ChanTitle:
+            value.GetString(&channel.title);
+            break;
+        default:
+            break;
+        }
+    }
+    return 1;
+}

@@ -1,0 +1,12 @@
+#include "support/TestSupport.h"
+
+#include <cstdlib>
+
+int main(int argc, char** argv)
+{
+    const TestFolder configuration;
+    setenv("DAX_HOME", configuration.Name("home/").c_str(), 1);
+    setenv("DAX_SYS", configuration.Name("sys/").c_str(), 1);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
