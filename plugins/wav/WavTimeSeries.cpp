@@ -1,0 +1,324 @@
+#include "WavTimeSeries.h"
+
+#include "WavReport.h"
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr long VVBlockPoints = 16384;
+constexpr double VVMaxRate = 2147483647.0;
+
+struct FormatText
+{
+    const char* name;
+    int kind;
+};
+
+/// Texts of a file that a host may ask for as format-specific values, besides "Encoding" and "Damage".
+constexpr std::array VVTexts = {
+    FormatText{"Title", SF_STR_TITLE},       FormatText{"Copyright", SF_STR_COPYRIGHT},
+    FormatText{"Software", SF_STR_SOFTWARE}, FormatText{"Artist", SF_STR_ARTIST},
+    FormatText{"Comment", SF_STR_COMMENT},   FormatText{"Date", SF_STR_DATE},
+    FormatText{"Album", SF_STR_ALBUM},       FormatText{"License", SF_STR_LICENSE},
+    FormatText{"Genre", SF_STR_GENRE},       FormatText{"TrackNumber", SF_STR_TRACKNUMBER},
+};
+
+VDVariant Pair(VDVariant first, VDVariant second)
+{
+    VDVariant list;
+    list.AppendItem(std::move(first));
+    list.AppendItem(std::move(second));
+    return list;
+}
+
+}  // namespace
+
+WavTimeSeries::~WavTimeSeries()
+{
+    Close();
+}
+
+bool WavTimeSeries::Fail(int code, const char* routine, const std::string& detail) const
+{
+    return WavReport(code, routine, filename_, detail) != 0;
+}
+
+bool WavTimeSeries::SetId(VDFileId* id)
+{
+    int fileId = 0;
+    int subId = 0;
+    VDString filename;
+    if (!FIDGetFileId(id, &fileId, &subId) || !FIDGetChanFilename(id, 0, &filename))
+        return false;
+    id_ = id;
+    filename_ = filename.Str();
+    type_ = WavFormat::Find(fileId, subId);
+    return type_ != nullptr || Fail(WavError::InvalidFileId, "WavTS::SetId");
+}
+
+bool WavTimeSeries::Open(int mode)
+{
+    constexpr const char* routine = "WavTS::Open";
+    if (type_ == nullptr)
+        return Fail(WavError::InvalidFileId, routine);
+    int channels = 0;
+    if (!FIDGetNumChans(id_, &channels))
+        return false;
+    if (channels < 1)
+        return Fail(WavError::NoChannels, routine);
+    if (mode == 1)
+        reader_ = WavReader::Open(filename_.c_str(), routine);
+    else if (mode == 2)
+        writer_ = WavWriter::Update(filename_.c_str(), routine);
+    else
+        writer_ = WavWriter::Create(filename_.c_str(), *type_, channels, routine);
+    if (!reader_ && !writer_)
+        return false;
+    WavFrames& frames = reader_ ? static_cast<WavFrames&>(*reader_) : *writer_;
+    floats_.emplace(frames);
+    doubles_.emplace(frames);
+    announced_ = 0;
+    fileChannels_.resize(static_cast<std::size_t>(channels));
+    for (int index = 0; index < channels; ++index)
+        fileChannels_[static_cast<std::size_t>(index)] = index;
+    if (mode > 2 || MapChannels(routine))
+        return true;
+    Close();
+    return false;
+}
+
+/// An id of a file that exists may name some of its channels only, in any order.
+bool WavTimeSeries::MapChannels(const char* routine)
+{
+    const int present = reader_ ? reader_->GetNumChannels() : writer_->GetNumChannels();
+    for (int index = 0; index < static_cast<int>(fileChannels_.size()); ++index) {
+        int number = -1;
+        if (!FIDGetFileChanNumber(id_, index, &number) || (number < 1 && !FIDGetChanNumber(id_, index, &number)))
+            return false;
+        if (number < 1 || number > present)
+            return Fail(WavError::ChannelMismatch, routine,
+                        "The file holds channels 1 to " + std::to_string(present) + ", not " + std::to_string(number) + ".");
+        fileChannels_[static_cast<std::size_t>(index)] = number - 1;
+    }
+    return true;
+}
+
+bool WavTimeSeries::Flush(const char* routine)
+{
+    if (!writer_)
+        return true;
+    return floats_->Flush(routine) && writer_->Extend(announced_, routine) && writer_->Flush(routine);
+}
+
+bool WavTimeSeries::Close()
+{
+    constexpr const char* routine = "WavTS::Close";
+    const bool flushed = Flush(routine);
+    const bool closed = !writer_ || writer_->Close(routine);
+    floats_.reset();
+    doubles_.reset();
+    reader_.reset();
+    writer_.reset();
+    return flushed && closed;
+}
+
+bool WavTimeSeries::GetCapability(int capability) const
+{
+    switch (capability) {
+    case DaxTimeSeries::OneChannelAtATime:
+        return fileChannels_.size() == 1;
+    case DaxTimeSeries::LargeFiles:
+        return type_ != nullptr && type_->subId != WavFormat::Wav;
+    case DaxTimeSeries::Writable:
+    case DaxTimeSeries::CommonHeader:
+    case DaxTimeSeries::Extendable:
+    case DaxTimeSeries::NoSerialisation:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::int64_t WavTimeSeries::GetNumPoints() const
+{
+    return std::max(floats_->GetNumFrames(), announced_);
+}
+
+std::optional<std::string> WavTimeSeries::GetFormatText(const VDString& name) const
+{
+    if (!reader_)
+        return {};
+    if (name.CompareNoCase("Encoding") == 0)
+        return reader_->GetEncoding();
+    if (name.CompareNoCase("Damage") == 0)
+        return reader_->GetLayout().GetDamage();
+    for (const FormatText& text : VVTexts)
+        if (name.CompareNoCase(text.name) == 0)
+            return reader_->GetText(text.kind);
+    return {};
+}
+
+VDVariant WavTimeSeries::GetFileValue(int key) const
+{
+    switch (key) {
+    case DaxTimeSeries::MaxXTitle:
+    case DaxTimeSeries::MaxXUnits:
+    case DaxTimeSeries::MaxYTitle:
+    case DaxTimeSeries::MaxYUnits:
+        return VDVariant(0L);
+    case DaxTimeSeries::XTitle:
+        return VDVariant("Time");
+    case DaxTimeSeries::XUnits:
+        return VDVariant("s");
+    case DaxTimeSeries::BufferSize:
+        return VDVariant(floats_ ? std::min(VVBlockPoints, static_cast<long>(floats_->GetCapacity())) : VVBlockPoints);
+    default:
+        return {};
+    }
+}
+
+VDVariant WavTimeSeries::GetChannelValue(long channel, int key) const
+{
+    const bool scaled = reader_ && reader_->IsScaled();
+    switch (key) {
+    case DaxTimeSeries::SampleRate:
+        return VDVariant(static_cast<double>(reader_ ? reader_->GetSampleRate() : writer_->GetSampleRate()));
+    case DaxTimeSeries::BaseTime:
+        return VDVariant(0.0);
+    case DaxTimeSeries::NumPoints:
+        return VDVariant::FromHuge(GetNumPoints());
+    case DaxTimeSeries::YTitle:
+    case DaxTimeSeries::YUnits:
+        return VDVariant("");
+    case DaxTimeSeries::FullScale:
+        return scaled ? Pair(VDVariant(-1.0F), VDVariant(1.0F)) : VDVariant();
+    case DaxTimeSeries::FullScaleValid:
+        return VDVariant(scaled);
+    case DaxTimeSeries::ActualChanNumber:
+        return VDVariant(static_cast<long>(fileChannels_[static_cast<std::size_t>(channel)]) + 1);
+    case DaxTimeSeries::ScheduleOffset:
+        return Pair(VDVariant(false), VDVariant(0.0F));
+    default:
+        return {};
+    }
+}
+
+bool WavTimeSeries::GetValue(long channel, int key, VDVariant& value) const
+{
+    if (key == DaxTimeSeries::FormatSpecific) {
+        VDString name;
+        value[0].GetString(&name);
+        if (const auto text = GetFormatText(name))
+            value.AppendItem(VDVariant(text->c_str()));
+        return true;
+    }
+    if (channel == DaxChannel::WholeFile) {
+        value = GetFileValue(key);
+        return true;
+    }
+    if (!CheckRange(channel, 1, 0, "WavTS::GetValue"))
+        return false;
+    value = GetChannelValue(channel, key);
+    return true;
+}
+
+bool WavTimeSeries::PutSampleRate(double rate)
+{
+    if (!(rate >= 1.0 && rate <= VVMaxRate) || rate != std::floor(rate)) {
+        VDString text;
+        text.Format("A WAV file holds sample rates of whole numbers from 1 to %.0f, not %.17g.", VVMaxRate, rate);
+        return Fail(WavError::Write, "WavTS::PutValue", text.Str());
+    }
+    writer_->SetSampleRate(static_cast<std::uint32_t>(rate));
+    return true;
+}
+
+bool WavTimeSeries::PutBaseTime(double time) const
+{
+    if (time == 0.0)
+        return true;
+    VDString text;
+    text.Format("A WAV file begins at time 0 and can't hold a base time of %.17g.", time);
+    return Fail(WavError::Write, "WavTS::PutValue", text.Str());
+}
+
+bool WavTimeSeries::PutNumPoints(std::int64_t points)
+{
+    if (points < floats_->GetNumFrames())
+        return Fail(WavError::Write, "WavTS::PutValue",
+                    "The channels have " + std::to_string(floats_->GetNumFrames()) + " points already, more than " +
+                        std::to_string(points) + ".");
+    if (!writer_->CheckNumFrames(points, "WavTS::PutValue"))
+        return false;
+    announced_ = points;
+    return true;
+}
+
+bool WavTimeSeries::PutValue(long channel, int key, const VDVariant& value)
+{
+    double number = 0.0;
+    std::int64_t points = 0;
+    switch (key) {
+    case DaxTimeSeries::SampleRate:
+    case DaxTimeSeries::BaseTime:
+    case DaxTimeSeries::NumPoints:
+    case DaxTimeSeries::FormatSpecific:
+        break;
+    default:
+        // Titles, units, limits and time stamps find no room in the file. The longest text that it holds is given as 0,
+        // and a get afterwards shows that nothing was kept.
+        return true;
+    }
+    if (!writer_)
+        return Fail(WavError::NotWritable, "WavTS::PutValue");
+    if (key != DaxTimeSeries::FormatSpecific && !CheckRange(channel, 1, 0, "WavTS::PutValue"))
+        return false;
+    if (key == DaxTimeSeries::SampleRate && value.GetDouble(&number))
+        return PutSampleRate(number);
+    if (key == DaxTimeSeries::BaseTime && value.GetDouble(&number))
+        return PutBaseTime(number);
+    if (key == DaxTimeSeries::NumPoints && value.GetHuge(&points))
+        return PutNumPoints(points);
+    return Fail(WavError::Write, "WavTS::PutValue", "A WAV file can't hold this value.");
+}
+
+bool WavTimeSeries::CheckRange(long channel, std::int64_t first, std::int64_t count, const char* routine) const
+{
+    if (!floats_)
+        return Fail(WavError::Open, routine, "The file isn't open.");
+    const bool known = channel >= 0 && channel < static_cast<long>(fileChannels_.size());
+    return (known && first >= 1 && count >= 0) || Fail(WavError::ChannelMismatch, routine);
+}
+
+bool WavTimeSeries::GetData(long channel, std::int64_t first, std::int64_t count, float* values)
+{
+    constexpr const char* routine = "WavTS::GetData";
+    return CheckRange(channel, first, count, routine) &&
+           floats_->Get(fileChannels_[static_cast<std::size_t>(channel)], first - 1, count, values, routine);
+}
+
+bool WavTimeSeries::GetData(long channel, std::int64_t first, std::int64_t count, double* values)
+{
+    constexpr const char* routine = "WavTS::GetDataDoublePrecision";
+    return CheckRange(channel, first, count, routine) && floats_->Flush(routine) &&
+           doubles_->Get(fileChannels_[static_cast<std::size_t>(channel)], first - 1, count, values, routine);
+}
+
+template <class T>
+bool WavTimeSeries::PutData(long channel, std::int64_t first, std::int64_t count, const T* values)
+{
+    constexpr const char* routine = "WavTS::PutData";
+    if (!CheckRange(channel, first, count, routine))
+        return false;
+    if (!writer_)
+        return Fail(WavError::NotWritable, routine);
+    if (!writer_->CheckNumFrames(first - 1 + count, routine))
+        return false;
+    doubles_->Forget();
+    return floats_->Put(fileChannels_[static_cast<std::size_t>(channel)], first - 1, count, values, routine);
+}
+
+template bool WavTimeSeries::PutData(long, std::int64_t, std::int64_t, const float*);
+template bool WavTimeSeries::PutData(long, std::int64_t, std::int64_t, const double*);

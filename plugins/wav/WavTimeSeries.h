@@ -1,0 +1,56 @@
+#pragma once
+
+#include "WavReader.h"
+#include "WavWindow.h"
+#include "WavWriter.h"
+
+#include "daxlib/FID.h"
+#include "daxlib/TimeSeriesPlugin.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// One WAV, RF64 or W64 test that is open for time-series access. Every failure is recorded.
+class WavTimeSeries
+{
+public:
+    ~WavTimeSeries();
+
+    bool SetId(VDFileId* id);
+    bool Open(int mode);
+    bool Close();
+    bool Flush() { return Flush("WavTS::Flush"); }
+    bool GetCapability(int capability) const;
+    bool GetValue(long channel, int key, VDVariant& value) const;
+    bool PutValue(long channel, int key, const VDVariant& value);
+    bool GetData(long channel, std::int64_t first, std::int64_t count, float* values);
+    bool GetData(long channel, std::int64_t first, std::int64_t count, double* values);
+    /// Doubles are narrowed.
+    template <class T>
+    bool PutData(long channel, std::int64_t first, std::int64_t count, const T* values);
+    bool Fail(int code, const char* routine, const std::string& detail = {}) const;
+
+private:
+    bool MapChannels(const char* routine);
+    bool CheckRange(long channel, std::int64_t first, std::int64_t count, const char* routine) const;
+    std::int64_t GetNumPoints() const;
+    bool Flush(const char* routine);
+    VDVariant GetFileValue(int key) const;
+    VDVariant GetChannelValue(long channel, int key) const;
+    std::optional<std::string> GetFormatText(const VDString& name) const;
+    bool PutSampleRate(double rate);
+    bool PutBaseTime(double time) const;
+    bool PutNumPoints(std::int64_t points);
+
+    VDFileId* id_ = nullptr;
+    const WavFormat::Type* type_ = nullptr;
+    std::string filename_;
+    // One of the two is there while the test is open.
+    std::unique_ptr<WavReader> reader_;
+    std::unique_ptr<WavWriter> writer_;
+    std::optional<WavWindow<float>> floats_;
+    std::optional<WavWindow<double>> doubles_;
+    std::vector<int> fileChannels_;  ///< position in a frame, from 0, of each channel of the id
+    std::int64_t announced_ = 0;     ///< number of points that was set and may be still to come
+};

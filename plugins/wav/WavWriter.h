@@ -1,0 +1,52 @@
+#pragma once
+
+#include "WavFrames.h"
+#include "WavLayout.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A 32-bit float file open for reading and writing in place. libsndfile makes the header of a new file; from then on the
+/// frames go straight to their place, so that the chunks of a file that something else wrote stay as they are and each
+/// float is in the file bit for bit. The header is brought up to date by `Flush`. A file whose writer was killed has the
+/// header of its last flush; the reader finds what stands behind it when that header says 0.
+class WavWriter final : public WavFrames
+{
+public:
+    /// Makes a new file; what stands under this name is replaced.
+    /// @return null, recorded, on failure
+    static std::unique_ptr<WavWriter> Create(const char* filename, const WavFormat::Type& type, int channels,
+                                             const char* routine);
+    /// Opens an existing file, which must be of 32-bit float values.
+    /// @return null, recorded, on failure
+    static std::unique_ptr<WavWriter> Update(const char* filename, const char* routine);
+
+    int GetNumChannels() const override { return layout_.GetNumChannels(); }
+    std::uint32_t GetSampleRate() const override { return rate_; }
+    std::int64_t GetNumFrames() const override { return frames_; }
+    bool Read(std::int64_t first, std::int64_t count, float* values, const char* routine) override;
+    bool Read(std::int64_t first, std::int64_t count, double* values, const char* routine) override;
+    bool Write(std::int64_t first, std::int64_t count, const float* values, const char* routine) override;
+
+    void SetSampleRate(std::uint32_t rate);
+    /// Whether the file may come to hold this many frames; a refusal is recorded.
+    bool CheckNumFrames(std::int64_t frames, const char* routine) const;
+    /// Lengthens the file with zeros.
+    bool Extend(std::int64_t frames, const char* routine);
+    bool Flush(const char* routine);
+    bool Close(const char* routine);
+
+private:
+    explicit WavWriter(const char* filename) : io_(filename) {}
+    bool Open(const char* routine);
+    bool Fail(int code, const char* routine, const std::string& detail, int chain = 0) const;
+    std::int64_t Offset(std::int64_t frame) const { return layout_.GetDataOffset() + frame * layout_.GetFrameBytes(); }
+
+    VDIo io_;
+    WavLayout layout_;
+    std::uint32_t rate_ = 0;
+    std::int64_t frames_ = 0;
+    bool headerIsOld_ = false;
+    std::vector<float> narrow_;  ///< what a read of doubles takes from the file
+};
