@@ -19,3 +19,6 @@
 #include "daxlib/VDGeneralFiles.h"
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
+
+// Failures are recorded in the error system of `vdbase`, which every host reads.
+#include "vdbase/VFError.h"

@@ -1,0 +1,52 @@
+#!/bin/sh
+# The main job from end to end: identifies a recording, shows its channels, reads its samples and copies it.
+#
+#   scripts/demo.sh [FILE]
+#
+# Without FILE it takes a recording that the package alsa-utils ships. Any step that fails ends the script with its status.
+set -eu
+
+recording=/usr/share/sounds/alsa/Front_Center.wav
+if [ $# -gt 0 ]; then
+    [ -f "$1" ] || { echo "demo.sh: no such file: $1" >&2; exit 1; }
+    recording=$(realpath "$1")
+fi
+cd "$(dirname "$0")/.."
+
+log=$(mktemp)
+work=$(mktemp -d)
+trap 'rm -rf "$log" "$work"' EXIT
+
+# The steps that build speak only when they fail.
+quietly() {
+    "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
+}
+
+# Says what is done and why, shows the command, and runs it.
+step() {
+    printf '\n# %s\n$' "$1"
+    shift
+    printf ' %s' "$@"
+    printf '\n'
+    "$@"
+}
+
+. scripts/common.sh
+echo "Setting up and building; the first time this takes some minutes."
+quietly scripts/setup.sh
+quietly build_preset release dax daxwav
+
+PATH=$PWD/build/release/bin:$PATH
+export PATH
+copy=$work/copy.${recording##*.}
+
+step "What is this file?" dax identify "$recording"
+step "Which channels does it hold?" dax info "$recording"
+step "Its samples, from point 1001 on" dax read "$recording" --first 1001 --count 8
+step "The same channels in a new file, and what the format couldn't hold" dax copy "$recording" "$copy"
+
+printf '\n# Are the samples of the copy the same?\n'
+dax read "$recording" --out "$work/recording.csv" >/dev/null
+dax read "$copy" --out "$work/copy.csv" >/dev/null
+cmp "$work/recording.csv" "$work/copy.csv"
+echo "Yes: $(($(wc -l <"$work/copy.csv") - 1)) rows, time and values, agree."

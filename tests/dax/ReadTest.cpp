@@ -1,0 +1,207 @@
+#include "DaxProgram.h"
+#include "plugins/StandIn.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+class DaxRead : public testing::Test
+{
+protected:
+    /// Makes the stand-in plug-ins known to the program.
+    void UseStandIns() const { TestWriteFile(TestHomeFolder(), "plugins.toml", StandIn::Manifests()); }
+
+    TestFolder folder_;
+    DaxProgram dax_;
+    const std::string stereo_ = folder_.Write("stereo.wav", MakeWav16(8000, 2, {0, 16384, -32768, 8192, 16384, -16384}));
+};
+
+TEST_F(DaxRead, TypesNamesTheFormatsWithTheirExtensions)
+{
+    const DaxResult result = dax_.Run({"types", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    bool found = false;
+    const auto document = result.Json();
+    for (const auto& type : document["types"])
+        if (type["keyword"] == "WAV") {
+            found = true;
+            EXPECT_EQ(type["accessType"], "Time series");
+            EXPECT_EQ(type["readable"], true);
+            EXPECT_EQ(type["writable"], true);
+            EXPECT_EQ(type["extensions"], nlohmann::json({"wav"}));
+        }
+    EXPECT_TRUE(found);
+    EXPECT_NE(dax_.Run({"types"}).out.find("WAV"), std::string::npos);
+}
+
+TEST_F(DaxRead, IdentifySaysWhatEachFileIsAndGoesOnAfterAFailure)
+{
+    const DaxResult one = dax_.Run({"identify", "--json", stereo_});
+    ASSERT_EQ(one.status, 0) << one.err;
+    const auto file = one.Json()["files"][0];
+    EXPECT_EQ(file["path"], stereo_);
+    EXPECT_EQ(file["keyword"], "WAV");
+    EXPECT_EQ(file["accessType"], "Time series");
+    EXPECT_EQ(file["identifiedBy"], "content");
+    EXPECT_TRUE(file["fileId"].is_number_integer() && file["subId"].is_number_integer());
+
+    const DaxResult both = dax_.Run({"identify", "--json", folder_.Name("none.wav"), stereo_});
+    EXPECT_EQ(both.status, 1);
+    EXPECT_EQ(both.Json()["files"][0]["errors"].back()["code"], -328684);
+    EXPECT_EQ(both.Json()["files"][1]["keyword"], "WAV");
+    EXPECT_EQ(both.Codes().back(), -328684);
+}
+
+TEST_F(DaxRead, FilesOfSeveralTestsAreListedAndOneIsChosen)
+{
+    UseStandIns();
+    const std::string file = folder_.Write("runs.sta", "STAND tests=2 points=3 units=kN");
+    const auto tests = dax_.Run({"identify", "--json", file}).Json()["files"];
+    ASSERT_EQ(tests.size(), 2U);
+    EXPECT_EQ(tests[1]["run"], 2);
+    EXPECT_EQ(dax_.Run({"info", "--json", file}).Codes(), std::vector<int>{-900003});
+    EXPECT_EQ(dax_.Run({"info", "--json", file, "--test", "3"}).Codes(), std::vector<int>{-900004});
+    EXPECT_EQ(dax_.Run({"info", "--json", file, "--test", "2"}).Json()["run"], 2);
+}
+
+TEST_F(DaxRead, InfoDescribesTheChannels)
+{
+    const DaxResult result = dax_.Run({"info", "--json", stereo_});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto document = result.Json();
+    EXPECT_EQ(document["path"], stereo_);
+    EXPECT_EQ(document["keyword"], "WAV");
+    ASSERT_EQ(document["channels"].size(), 2U);
+    const auto channel = document["channels"][1];
+    EXPECT_EQ(channel["index"], 1);
+    EXPECT_EQ(channel["number"], 2);
+    EXPECT_EQ(channel["type"], "float");
+    EXPECT_EQ(channel["sampleRate"], 8000.0);
+    EXPECT_EQ(channel["baseTime"], 0.0);
+    EXPECT_EQ(channel["points"], 3);
+    EXPECT_TRUE(channel.contains("title") && channel.contains("units"));
+    EXPECT_NE(dax_.Run({"info", stereo_}).out.find("8000"), std::string::npos);
+}
+
+TEST_F(DaxRead, ReadPrintsARowForEachPoint)
+{
+    const std::vector<std::string> all = Lines(dax_.Run({"read", stereo_}).out);
+    ASSERT_EQ(all.size(), 4U);
+    EXPECT_EQ(all[0].substr(0, 4), "time");
+    EXPECT_EQ(all[1], "0,0,0.5");
+    EXPECT_EQ(all[2], "0.000125,-1,0.25");
+    EXPECT_EQ(all[3], "0.00025,0.5,-0.5");
+
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"read", stereo_, "--chan", "2", "--first", "2", "--count", "1"},
+          {"read", "--chan", "2", stereo_, "--first", "2", "--count", "1"}}) {
+        const std::vector<std::string> part = Lines(dax_.Run(arguments).out);
+        ASSERT_EQ(part.size(), 2U);
+        EXPECT_EQ(part[1], "0.000125,0.25");
+    }
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"read", stereo_, "--chan", "1", "2"},
+                                                      {"read", stereo_, "--chan", "1-2"},
+                                                      {"read", stereo_, "--chan", "2", "--chan", "1"}})
+        EXPECT_EQ(Lines(dax_.Run(arguments).out), all);
+    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--chan", "1,3"}).Codes(), std::vector<int>{-900002});
+    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--first", "4"}).Codes(), std::vector<int>{-900006});
+
+    const auto document = dax_.Run({"read", "--json", stereo_, "--first", "2"}).Json();
+    EXPECT_EQ(document["channels"][0]["values"], nlohmann::json({-1, 0.5}));
+    EXPECT_EQ(document["channels"][1]["first"], 2);
+}
+
+TEST_F(DaxRead, ValuesReadBackAsTheSameBits)
+{
+    std::vector<float> values = {-0.0F,
+                                 std::numeric_limits<float>::denorm_min(),
+                                 std::numeric_limits<float>::max(),
+                                 16777216.0F,
+                                 0.1F,
+                                 -1e-30F,
+                                 std::nextafter(1.0F, 2.0F)};
+    std::uint32_t bits = 0x12345678;
+    while (values.size() < 3000) {
+        bits = bits * 1664525 + 1013904223;
+        float value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value))
+            values.push_back(value);
+    }
+    const std::string file = folder_.Write("bits.wav", MakeWavFloat(48000, 1, values));
+    const std::vector<std::string> lines = Lines(dax_.Run({"read", file}).out);
+    ASSERT_EQ(lines.size(), values.size() + 1);
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        const std::string& line = lines[index + 1];
+        const float value = std::strtof(line.c_str() + line.find(',') + 1, nullptr);
+        ASSERT_EQ(std::memcmp(&value, &values[index], sizeof value), 0) << line;
+        ASSERT_EQ(std::strtod(line.c_str(), nullptr), static_cast<double>(index) / 48000.0);
+    }
+}
+
+TEST_F(DaxRead, ChannelsOfDifferentRatesAreNeverJoined)
+{
+    UseStandIns();
+    const std::string file = folder_.Write("mixed.sta", "STAND channels=3 rates=100,50,100 lengths=3,2,1 units=kN");
+    const DaxResult refused = dax_.Run({"read", file});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.out.empty());
+    EXPECT_EQ(refused.err.find("dax: error -900007: "), 0U) << refused.err;
+
+    const DaxResult written = dax_.Run({"read", "--json", file, "--out", folder_.Name("mixed.csv")});
+    ASSERT_EQ(written.status, 0) << written.out;
+    EXPECT_EQ(TestReadFile(folder_.Name("mixed_ch1_3.csv")),
+              "time [s],Channel 1 [kN],Channel 3 [kN]\n0,1,2001\n0.01,2,\n0.02,3,\n");
+    EXPECT_EQ(TestReadFile(folder_.Name("mixed_ch2.csv")), "time [s],Channel 2 [kN]\n0,1001\n0.02,1002\n");
+    EXPECT_EQ(written.Json()["files"].size(), 2U);
+    EXPECT_EQ(access(folder_.Name("mixed.csv").c_str(), F_OK), -1);
+    EXPECT_EQ(dax_.Run({"read", "--json", file}).Json()["channels"][1]["values"], nlohmann::json({1001, 1002}));
+}
+
+TEST_F(DaxRead, AnOutputFileIsNotReplacedUnasked)
+{
+    const std::string csv = folder_.Write("out.csv", "earlier");
+    const DaxResult refused = dax_.Run({"read", "--json", stereo_, "--out", csv});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.Codes(), std::vector<int>{-900008});
+    EXPECT_EQ(TestReadFile(csv), "earlier");
+    EXPECT_EQ(dax_.Run({"read", stereo_, "--out", csv, "--overwrite"}).status, 0);
+    EXPECT_EQ(Lines(TestReadFile(csv)).size(), 4U);
+    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--out", folder_.Path() + "/none/out.csv"}).Codes(),
+              std::vector<int>{-900010});
+    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--out", stereo_, "--overwrite"}).Codes(), std::vector<int>{-900009});
+}
+
+TEST_F(DaxRead, AReaderThatGoesAwayIsNoError)
+{
+    const std::string file = folder_.Write("long.wav", MakeWav16(8000, 1, std::vector<std::int16_t>(200000, 1)));
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
+    posix_spawn_file_actions_addclose(&actions, ends[0]);
+    posix_spawn_file_actions_addopen(&actions, 2, folder_.Name("err").c_str(), O_WRONLY | O_CREAT, 0600);
+    const char* const argv[] = {"dax", "read", file.c_str(), nullptr};
+    unsetenv("DAX_SYS");
+    pid_t process = -1;
+    ASSERT_EQ(posix_spawn(&process, DAX_PROGRAM, &actions, nullptr, const_cast<char* const*>(argv), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    char byte = 0;
+    EXPECT_EQ(read(ends[0], &byte, 1), 1);
+    close(ends[0]);
+    int status = 0;
+    waitpid(process, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(TestReadFile(folder_.Name("err")), "");
+}
+
+}  // namespace

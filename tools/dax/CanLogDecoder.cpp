@@ -1,0 +1,188 @@
+#include "CanLogDecoder.h"
+
+#include "Json.h"
+#include "NumberText.h"
+
+#include "vdbase/VDUnicodeString.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+/// Distinct unknown ids that are counted one by one; a log of noise has any number of them.
+constexpr std::size_t VVMaxUnknown = 100'000;
+
+std::string CsvField(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (const char byte : text)
+        quoted += byte == '"' ? std::string("\"\"") : std::string(1, byte);
+    return quoted + '"';
+}
+
+std::string IdText(unsigned long id)
+{
+    char text[32];
+    const bool extended = (id & VDCanDatabase::ExtendedBit) != 0;
+    std::snprintf(text, sizeof text, extended ? "%08lX" : "%03lX", id & ~VDCanDatabase::ExtendedBit);
+    return text;
+}
+
+}  // namespace
+
+VDCanLogDecoder::VDCanLogDecoder(const VDCanDatabase& database, bool json, VDTextSink& out)
+    : database_(database), json_(json), out_(out), states_(database.GetFrames().size())
+{
+    if (!json_)
+        out_.Write("time,id,frame,signal,raw,physical,units,text\n");
+    for (std::size_t index = 0; index < states_.size(); ++index) {
+        const VDCanFrame& frame = database.GetFrames()[index];
+        for (const VDCanChanDefinition* signal : frame.signals)
+            states_[index].signals.push_back(MakeText(frame, *signal));
+    }
+}
+
+std::string VDCanLogDecoder::Quoted(const VDString& text) const
+{
+    const std::string utf8 = VFTextAsUtf8(text).Str();
+    return json_ ? VFJsonText(VDJson(utf8), -1) : CsvField(utf8);
+}
+
+VDCanLogDecoder::SignalText VDCanLogDecoder::MakeText(const VDCanFrame& frame, const VDCanChanDefinition& signal) const
+{
+    const std::string id = std::to_string(frame.definition->GetFrameId());
+    const std::string name = Quoted(frame.definition->GetFrameName());
+    const std::string title = Quoted(signal.GetTitle());
+    const std::string units = Quoted(signal.GetUnits());
+    SignalText text;
+    if (json_) {
+        text.front = ",\"id\":" + id + ",\"frame\":" + name + ",\"signal\":" + title + ",\"raw\":";
+        text.units = ",\"units\":" + units + ",\"text\":";
+    } else {
+        text.front = "," + id + "," + name + "," + title + ",";
+        text.units = "," + units + ",";
+    }
+    VDArrayWithSort<long> values;
+    VDStringArray names;
+    signal.GetEnumOptions(&values, &names);
+    for (int index = 0; index < values.GetSize(); ++index)
+        text.names.try_emplace(static_cast<std::uint32_t>(values[index]), Quoted(names[index]));
+    return text;
+}
+
+void VDCanLogDecoder::AddLine(std::string_view line)
+{
+    if (!VFReadCanLogLine(line, &log_)) {
+        ++noFrame_;
+        return;
+    }
+    const VDCanFrame* const frame = database_.Find(log_.id);
+    if (frame == nullptr) {
+        if (unknown_.size() < VVMaxUnknown || unknown_.contains(log_.id))
+            ++unknown_[log_.id];
+        else
+            ++unknownOthers_;
+        return;
+    }
+    if (log_.isRemote) {
+        ++remote_;
+        return;
+    }
+    FrameState& state = states_[static_cast<std::size_t>(frame - database_.GetFrames().data())];
+    if (log_.numBytes < frame->GetNumBytes()) {
+        ++state.tooShort;
+        ++tooShort_;
+        return;
+    }
+    ++state.matched;
+    ++matched_;
+    NoteSwitch(*frame, state, log_.data.data());
+    VDCanDatabase::Decode(*frame, log_.data.data(), &values_);
+    for (const VDCanValue& value : values_)
+        WriteValue(*frame, state.signals[value.signal], value);
+}
+
+void VDCanLogDecoder::NoteSwitch(const VDCanFrame& frame, FrameState& state, const unsigned char* data)
+{
+    std::int64_t value = 0;
+    if (frame.switchSignal == nullptr || !VDCanDatabase::IsDecodable(*frame.switchSignal))
+        return;
+    // Only values that the database knows are kept: a switch may be wide.
+    if (frame.switchSignal->GetValueFromFrame(data, &value))
+        for (const VDCanChanDefinition* signal : frame.signals)
+            if (signal->IsMultiplexed() && signal->GetMultiplexId() == value) {
+                state.seenSwitchValues.insert(value);
+                break;
+            }
+}
+
+void VDCanLogDecoder::WriteValue(const VDCanFrame& frame, const SignalText& text, const VDCanValue& value)
+{
+    const double physical = VDCanDatabase::GetPhysical(*frame.signals[value.signal], value.raw);
+    const auto number = [this](auto figure) {
+        char* const at = out_.Reserve(NumberTextSize);
+        out_.Commit(VFPutNumber(at, figure));
+    };
+    if (json_)
+        out_.Write("{\"time\":");
+    out_.Write(log_.time);
+    out_.Write(text.front);
+    number(value.raw);
+    out_.Write(json_ ? ",\"physical\":" : ",");
+    if (json_ && !std::isfinite(physical))
+        out_.Write("null");
+    else
+        number(physical);
+    out_.Write(text.units);
+    const auto name = text.names.find(static_cast<std::uint32_t>(value.raw));
+    if (name != text.names.end())
+        out_.Write(name->second);
+    else if (json_)
+        out_.Write("\"\"");
+    out_.Write(json_ ? "}\n" : "\n");
+}
+
+std::string VDCanLogDecoder::GetCoverage() const
+{
+    std::int64_t unknownFrames = unknownOthers_;
+    for (const auto& [id, count] : unknown_)
+        unknownFrames += count;
+    std::string text = "Frames matched: " + std::to_string(matched_) + "\n";
+    text += "Frames with unknown ids: " + std::to_string(unknownFrames) + "\n";
+    for (const auto& [id, count] : unknown_)
+        text += "  " + IdText(id) + ": " + std::to_string(count) + "\n";
+    if (unknownOthers_ > 0)
+        text += "  others: " + std::to_string(unknownOthers_) + "\n";
+    text += "Frames too short: " + std::to_string(tooShort_) + "\n";
+    std::string unseen;
+    std::int64_t undecodable = 0;
+    for (std::size_t index = 0; index < states_.size(); ++index) {
+        const VDCanFrame& frame = database_.GetFrames()[index];
+        const FrameState& state = states_[index];
+        const std::string label = "  " + IdText(frame.definition->GetFrameId()) + " " + frame.definition->GetFrameName().Str() + ":";
+        if (state.tooShort > 0)
+            text += label + " " + std::to_string(state.tooShort) + "\n";
+        std::set<int> missing;
+        for (const VDCanChanDefinition* signal : frame.signals) {
+            undecodable += VDCanDatabase::IsDecodable(*signal) ? 0 : 1;
+            if (state.matched > 0 && signal->IsMultiplexed() && !state.seenSwitchValues.contains(signal->GetMultiplexId()))
+                missing.insert(signal->GetMultiplexId());
+        }
+        if (missing.empty())
+            continue;
+        unseen += label;
+        for (const int id : missing)
+            unseen += " " + std::to_string(id);
+        unseen += "\n";
+    }
+    text += "Multiplexer values never seen:" + (unseen.empty() ? " none\n" : "\n" + unseen);
+    text += "Lines that are no frame: " + std::to_string(noFrame_) + "\n";
+    if (remote_ > 0)
+        text += "Remote frames: " + std::to_string(remote_) + "\n";
+    if (undecodable > 0)
+        text += "Signals of 64 bits or more, left out: " + std::to_string(undecodable) + "\n";
+    return text;
+}

@@ -1,0 +1,212 @@
+#include "DbcCommand.h"
+
+#include "CanLog.h"
+#include "CanLogDecoder.h"
+#include "NumberText.h"
+#include "TextTable.h"
+#include "ToolError.h"
+
+#include "vdbase/VDTextIo.h"
+#include "vdbase/VDUnicodeString.h"
+
+#include <charconv>
+#include <cstdio>
+
+namespace {
+
+constexpr const char* VVRoutine = "VDDbcCommand::Run";
+/// A longer line of a log is no frame.
+constexpr int VVMaxLogLine = 4096;
+
+std::string Text(const VDString& text)
+{
+    return VFTextAsUtf8(text).Str();
+}
+
+std::vector<std::string> Receivers(const VDCanChanDefinition& signal)
+{
+    std::vector<std::string> names;
+    for (const VDString& name : signal.GetReceivers())
+        names.push_back(Text(name));
+    return names;
+}
+
+VDJson SignalJson(const VDCanChanDefinition& signal)
+{
+    VDArrayWithSort<long> values;
+    VDStringArray texts;
+    signal.GetEnumOptions(&values, &texts);
+    VDJson enums = VDJson::array();
+    for (int index = 0; index < values.GetSize(); ++index)
+        enums.push_back({{"value", values[index]}, {"text", Text(texts[index])}});
+    return {{"title", Text(signal.GetTitle())},
+            {"startBit", signal.GetStartBit()},
+            {"numBits", signal.GetNumBits()},
+            {"bigEndian", signal.GetBigEndian() != 0},
+            {"signed", signal.GetIsSigned() != 0},
+            {"factor", signal.GetFactor()},
+            {"offset", signal.GetOffset()},
+            {"min", signal.GetMinval()},
+            {"max", signal.GetMaxval()},
+            {"units", Text(signal.GetUnits())},
+            {"multiplexSwitch", signal.IsMultiplexSwitch() != 0},
+            {"multiplexed", signal.IsMultiplexed() != 0},
+            {"multiplexId", signal.GetMultiplexId()},
+            {"receivers", Receivers(signal)},
+            {"description", Text(signal.GetDescription())},
+            {"enums", enums}};
+}
+
+VDJson FrameJson(const VDCanFrame& frame)
+{
+    const VDCanFrameDefinition& definition = *frame.definition;
+    VDJson signals = VDJson::array();
+    for (const VDCanChanDefinition* signal : frame.signals)
+        signals.push_back(SignalJson(*signal));
+    return {{"id", definition.GetFrameId()},
+            {"name", Text(definition.GetFrameName())},
+            {"bytes", definition.GetNumBytes()},
+            {"transmitter", Text(definition.GetTransmitterName())},
+            {"description", Text(definition.GetDescription())},
+            {"transmissionMode", Text(definition.GetTransmissionMode())},
+            {"samplePeriod", definition.GetSamplePeriod()},
+            {"signals", std::move(signals)}};
+}
+
+std::string MultiplexText(const VDCanChanDefinition& signal)
+{
+    if (signal.IsMultiplexSwitch())
+        return "M";
+    return signal.IsMultiplexed() ? "m" + std::to_string(signal.GetMultiplexId()) : "";
+}
+
+/// An id in decimal or, behind "0x", in hexadecimal.
+bool ReadId(std::string_view text, unsigned long* id)
+{
+    const bool hex = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(hex ? 2 : 0);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *id, hex ? 16 : 10);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+}  // namespace
+
+CLI::App* VDDbcCommand::Register(CLI::App& program)
+{
+    CLI::App* command = program.add_subcommand("dbc", "Show a CAN database, or decode frames with it");
+    command->add_option("FILE", filename_, "The database, in the DBC format")->required();
+    CLI::Option* decode =
+        command->add_option("--decode", decode_, "Decode one frame: its id (decimal, or 0x and hexadecimal) and its bytes")
+            ->expected(2)
+            ->type_name("ID HEXBYTES");
+    command->add_option("--frames", log_, "Decode the frames of a candump log to CSV, or with --json to an object a line")
+        ->type_name("LOG")
+        ->excludes(decode);
+    return command;
+}
+
+VDJson VDDbcCommand::Run(VDCommandContext& context)
+{
+    const VDCanDatabase database(filename_);
+    if (!decode_.empty())
+        return DecodeOne(context, database);
+    return log_.empty() ? Show(context, database) : DecodeLog(context, database);
+}
+
+VDJson VDDbcCommand::Show(VDCommandContext& context, const VDCanDatabase& database) const
+{
+    if (context.IsJson()) {
+        VDJson frames = VDJson::array();
+        for (const VDCanFrame& frame : database.GetFrames())
+            frames.push_back(FrameJson(frame));
+        return {{"frames", std::move(frames)}};
+    }
+    for (const VDCanFrame& frame : database.GetFrames()) {
+        const VDCanFrameDefinition& definition = *frame.definition;
+        std::string heading = std::to_string(definition.GetFrameId()) + " " + Text(definition.GetFrameName()) + ": " +
+                              std::to_string(definition.GetNumBytes()) + " bytes";
+        const std::pair<const char*, std::string> details[] = {{"from ", Text(definition.GetTransmitterName())},
+                                                               {"mode ", Text(definition.GetTransmissionMode())},
+                                                               {"", Text(definition.GetDescription())}};
+        for (const auto& [label, text] : details)
+            heading += text.empty() ? "" : ", " + (label + text);
+        if (definition.GetSamplePeriod() != 0)
+            heading += ", period " + VFNumberText(definition.GetSamplePeriod());
+        context.Out().Write(VFPrintable(heading) + "\n");
+        VDTextTable table("lrrllrrrrlll");
+        table.Add({"SIGNAL", "START", "BITS", "ORDER", "SIGN", "FACTOR", "OFFSET", "MIN", "MAX", "UNITS", "MUX", "DESCRIPTION"});
+        for (const VDCanChanDefinition* signal : frame.signals)
+            table.Add({Text(signal->GetTitle()), std::to_string(signal->GetStartBit()), std::to_string(signal->GetNumBits()),
+                       signal->GetBigEndian() ? "1" : "0", signal->GetIsSigned() ? "-" : "+", VFNumberText(signal->GetFactor()),
+                       VFNumberText(signal->GetOffset()), VFNumberText(signal->GetMinval()), VFNumberText(signal->GetMaxval()),
+                       Text(signal->GetUnits()), MultiplexText(*signal), Text(signal->GetDescription())});
+        table.Print(context.Out(), 2);
+        context.Out().Write("\n");
+    }
+    return {};
+}
+
+VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& database) const
+{
+    unsigned long id = 0;
+    VDCanLogFrame data;
+    if (!ReadId(decode_[0], &id))
+        VFFail(DaxToolError::Usage, "'" + decode_[0] + "' is no frame id", VVRoutine);
+    if (!VFReadHexBytes(decode_[1], &data))
+        VFFail(DaxToolError::Usage, "'" + decode_[1] + "' isn't up to 64 hexadecimal bytes", VVRoutine);
+    const VDCanFrame* const frame = database.Find(id);
+    if (frame == nullptr)
+        VFFail(DaxToolError::UnknownFrame, "The database has no frame " + decode_[0], VVRoutine);
+    if (data.numBytes < frame->GetNumBytes())
+        VFFail(DaxToolError::FrameTooShort,
+               "The frame has " + std::to_string(frame->GetNumBytes()) + " bytes, and there are only " +
+                   std::to_string(data.numBytes),
+               VVRoutine);
+
+    std::vector<VDCanValue> values;
+    VDCanDatabase::Decode(*frame, data.data.data(), &values);
+    // Those that can't be decoded are left out, and named.
+    for (const VDCanChanDefinition* signal : frame->signals) {
+        std::int64_t unused = 0;
+        if (!VDCanDatabase::IsDecodable(*signal) && !signal->GetValueFromFrame(data.data.data(), &unused)) {
+            const std::vector<VDErrorReport> reports = VFTakeErrors();
+            context.errors.insert(context.errors.end(), reports.begin(), reports.end());
+        }
+    }
+
+    VDJson list = VDJson::array();
+    VDTextTable table("lrrll");
+    table.Add({"SIGNAL", "RAW", "PHYSICAL", "UNITS", "TEXT"});
+    for (const VDCanValue& value : values) {
+        const VDCanChanDefinition& signal = *frame->signals[value.signal];
+        const double physical = VDCanDatabase::GetPhysical(signal, value.raw);
+        VDString text;
+        signal.GetEnumText(value.raw, &text);
+        list.push_back({{"signal", Text(signal.GetTitle())},
+                        {"raw", value.raw},
+                        {"physical", physical},
+                        {"units", Text(signal.GetUnits())},
+                        {"text", Text(text)}});
+        table.Add({Text(signal.GetTitle()), VFNumberText(value.raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
+    }
+    if (context.IsJson())
+        return {{"id", frame->definition->GetFrameId()}, {"frame", Text(frame->definition->GetFrameName())}, {"signals", list}};
+    table.Print(context.Out());
+    return {};
+}
+
+VDJson VDDbcCommand::DecodeLog(VDCommandContext& context, const VDCanDatabase& database) const
+{
+    VDTextIo log(log_.c_str());
+    VFCheck(log.Open(VTOpenRead));
+    VDCanLogDecoder decoder(database, context.IsJson(), context.Out());
+    VDString line;
+    while (log.ReadString(&line, VVMaxLogLine, nullptr))
+        decoder.AddLine(line.View());
+    const std::vector<VDErrorReport> problems = VFTakeErrors();
+    context.errors.insert(context.errors.end(), problems.begin(), problems.end());
+    context.Out().Flush();
+    std::fputs(decoder.GetCoverage().c_str(), stderr);
+    context.documentWritten = context.IsJson() && problems.empty();
+    return {};
+}

@@ -1,0 +1,96 @@
+#include "Registry.h"
+
+#include "ToolError.h"
+
+#include "daxlib/VDGeneralFiles.h"
+#include "vdbase/VFFilename.h"
+
+namespace {
+
+/// The configured file types as the files declare them: the registry doesn't give out their extensions.
+VDGeneralFiles VFReadConfiguredTypes()
+{
+    const std::pair<const char*, const char*> files[] = {
+        {"vdsys", "GeneralFiles"}, {"vdsys", "GeneralFiles_custom"}, {"home", "GeneralFiles_custom"}};
+    VDGeneralFiles configured;
+    for (const auto& [folder, stem] : files)
+        configured.MergeConfigurationFile(VFBuildFilename(VFTranslateName(folder), stem, "sys"));
+    return configured;
+}
+
+}  // namespace
+
+VDRegistry::VDRegistry()
+{
+    VFErrorClear();
+    info_.Reset(FINFCreate());
+    VFCheck(static_cast<bool>(info_));
+    // The first question loads the plug-ins. Those that fail stay out without making it fail, and what they reported would
+    // be gone with the next report.
+    int index = 0;
+    int fileId = 0;
+    int subId = 0;
+    char more = 0;
+    VFCheck(FINFGetNextFileType(info_.Get(), &index, &fileId, &subId, &more));
+    loadProblems_ = VFTakeErrors();
+    // The first load of the configured types fails where there are none, and whoever causes it fails without a report.
+    VDArray<VTFileAccessType> accessTypes;
+    FINFGetValidAccessTypes(&accessTypes);
+    VFErrorClear();
+}
+
+std::vector<VDFileType> VDRegistry::GetFileTypes() const
+{
+    std::vector<VDFileType> types;
+    int index = 0;
+    int fileId = 0;
+    int subId = 0;
+    char more = 0;
+    for (VFCheck(FINFGetNextFileType(Get(), &index, &fileId, &subId, &more)); more != 0;
+         VFCheck(FINFGetNextFileType(Get(), &index, &fileId, &subId, &more)))
+        types.push_back(Describe(fileId, subId));
+    return types;
+}
+
+VDFileType VDRegistry::Describe(int fileId, int subId) const
+{
+    VDFileType type;
+    type.fileId = fileId;
+    type.subId = subId;
+    VDString text;
+    VFCheck(FINFGetFileFormatKeyword(Get(), nullptr, fileId, subId, &text));
+    type.keyword = text.Str();
+    VFCheck(FINFGetFileDescription(Get(), nullptr, fileId, subId, &text));
+    type.description = text.Str();
+    VFCheck(FINFGetAccessClass(Get(), nullptr, fileId, subId, &type.accessType, &text));
+    FINFGetAccessDescription(Get(), type.accessType, &text);  // an unknown type has a text too
+    type.accessName = text.Str();
+    type.readable = HasCapability(fileId, subId, "Readable");
+    type.writable = HasCapability(fileId, subId, "Writable");
+    type.extensions = GetExtensions(type);
+    return type;
+}
+
+bool VDRegistry::HasCapability(int fileId, int subId, const char* name) const
+{
+    int value = 0;
+    char found = 0;
+    return FINFGetCapability(Get(), nullptr, fileId, subId, name, &value, &found) != 0 && found != 0 && value != 0;
+}
+
+std::vector<std::string> VDRegistry::GetExtensions(const VDFileType& type) const
+{
+    std::vector<std::string> extensions;
+    if (type.IsConfigured()) {
+        static VDGeneralFiles configured = VFReadConfiguredTypes();
+        if (VDGeneralFileType* entry = configured.GetFileTypeFromFileId(type.fileId))
+            for (int index = 0; index < entry->GetNumExtensions(); ++index)
+                extensions.push_back(entry->GetExtension(index).Str());
+        return extensions;
+    }
+    const VDErrorMute mute;  // a plug-in may have none
+    VDString extension;
+    if (FINFGetDefaultExtension(Get(), nullptr, type.fileId, type.subId, nullptr, &extension) != 0 && !extension.IsEmpty())
+        extensions.push_back(extension.Str());
+    return extensions;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "daxlib/DaxHandle.h"
+#include "vdbase/VFError.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One file type of the registry.
+struct VDFileType
+{
+    int fileId = 0;
+    int subId = 0;
+    std::string keyword;
+    std::string description;
+    int accessType = VTFileAccessUnknown;
+    std::string accessName;
+    bool readable = false;
+    bool writable = false;
+    std::vector<std::string> extensions;
+
+    /// Known by its extension alone, through the configuration.
+    bool IsConfigured() const
+    {
+        return accessType >= VTFileAccessFirstConfigured && accessType <= VTFileAccessLastConfigured;
+    }
+};
+
+/// The format registry as the program uses it.
+class VDRegistry
+{
+public:
+    /// Brings the registry up; throws if that fails.
+    VDRegistry();
+
+    VDFileInfo* Get() const { return info_.Get(); }
+    /// Plug-ins that couldn't be loaded. The registry works without them.
+    const std::vector<VDErrorReport>& GetLoadProblems() const { return loadProblems_; }
+
+    std::vector<VDFileType> GetFileTypes() const;
+    /// Throws for a type that nobody serves.
+    VDFileType Describe(int fileId, int subId) const;
+
+private:
+    bool HasCapability(int fileId, int subId, const char* name) const;
+    std::vector<std::string> GetExtensions(const VDFileType& type) const;
+
+    VDFileInfoHandle info_;
+    std::vector<VDErrorReport> loadProblems_;
+};

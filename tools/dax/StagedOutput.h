@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Interrupt.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// Output files that appear under their names only when they are whole. They are written into a folder of their own beside
+/// the place where they belong, with their own names, and renamed into it at the end; a program that is killed at any time
+/// leaves earlier files of these names as they were.
+class VDStagedOutput
+{
+public:
+    /// Checks what can be checked before anything is written: throws for an output that exists and may not be replaced, that
+    /// is an input or no plain file, or whose folder can't be written.
+    /// @param names      the files that will be written, all in one folder
+    /// @param inputs     files that are read meanwhile, which are never replaced
+    /// @param overwrite  other existing files may be
+    VDStagedOutput(const std::vector<std::string>& names, const std::vector<std::string>& inputs, bool overwrite);
+    /// Removes what wasn't published.
+    ~VDStagedOutput();
+    VDStagedOutput(const VDStagedOutput&) = delete;
+    VDStagedOutput& operator=(const VDStagedOutput&) = delete;
+
+    /// Where to write the file that is to have this name.
+    std::string StagedName(const std::string& name) const;
+    /// Removes what is staged so far.
+    void Discard();
+    /// Brings everything that is staged to the disk and under its name; files that the format added come along.
+    void Publish();
+
+    /// The name that is written for an output name: what a link leads to, so that the link stays.
+    static std::string ResolveName(const std::string& name);
+
+private:
+    void CheckTarget(const std::filesystem::path& target) const;
+    void PublishFile(const std::filesystem::path& staged) const;
+
+    VDInterruptGuard interrupts_;
+    bool overwrite_;
+    std::filesystem::path folder_;
+    std::filesystem::path staging_;
+};

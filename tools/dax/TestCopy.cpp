@@ -1,0 +1,183 @@
+#include "TestCopy.h"
+
+#include "Interrupt.h"
+#include "TestMetaData.h"
+#include "ToolError.h"
+#include "Values.h"
+
+#include "daxlib/TimeSeriesPlugin.h"
+#include "vdstore/LQChannelMapper.h"
+
+#include <algorithm>
+
+namespace {
+
+/// One channel on its way.
+struct Stream
+{
+    VDChannel channel;
+    VDValues values;
+    int target = 0;  ///< its index in the target
+    VTValueForm form;
+    bool formKnown = false;
+
+    Stream(const VDChannel& source, std::int64_t block, int index)
+        : channel(source), values(VFValueForm(source.type), block), target(index), form(values.GetForm())
+    {
+    }
+};
+
+/// A target whose channels share one header holds channels that agree only: anything else would put values at wrong times.
+void VFCheckCommonHeader(const VDCopyPlan& plan)
+{
+    const VDChannel& first = plan.channels.front();
+    for (const VDChannel& channel : plan.channels)
+        if (channel.sampleRate != first.sampleRate || channel.baseTime != first.baseTime || channel.points != first.points)
+            VFFail(DaxToolError::CommonHeader,
+                   "All channels of a " + plan.format.keyword +
+                       " file have the same sample rate, base time and length, but channels " +
+                       std::to_string(first.number) + " and " + std::to_string(channel.number) +
+                       " differ; copy them apart with --chan",
+                   "VFWriteTest");
+}
+
+bool VFCan(VDTsAcc* acc, int capability)
+{
+    char answer = 0;
+    VFCheck(TSAccGetCapability(acc, capability, &answer));
+    return answer != 0;
+}
+
+/// Writes all that stands in front of the values. Texts and base time may be more than the format can hold: what it kept is
+/// read back later. A sample rate or a length that it refuses ends the copy.
+void VFWriteHeader(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t limit)
+{
+    const bool growing = VFCan(acc, DaxTimeSeries::Extendable);
+    TSAccSetXTitle(acc, plan.source.GetXTitle().c_str());
+    TSAccSetXUnits(acc, plan.source.GetXUnits().c_str());
+    for (int index = 0; index < static_cast<int>(plan.channels.size()); ++index) {
+        const VDChannel& channel = plan.channels[static_cast<std::size_t>(index)];
+        VFCheck(TSAccSetSampleRate(acc, index, channel.sampleRate));
+        if (!growing)
+            VFCheck(TSAccSetNumPoints(acc, index, std::min(channel.points, limit)));
+        TSAccSetBaseTime(acc, index, channel.baseTime);
+        TSAccSetYTitle(acc, index, channel.title.c_str());
+        TSAccSetYUnits(acc, index, channel.units.c_str());
+    }
+    VFErrorClear();
+}
+
+/// Hands the metadata over as far as the target keeps any.
+void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
+{
+    const LQChannelMapper* from = VFGetMetaData(plan.source.Get());
+    LQChannelMapper* to = from != nullptr ? VFGetMetaData(acc) : nullptr;
+    if (to == nullptr)
+        return;
+    VFCopyItems(*from, LQChannelMapper::GLOBAL, *to, LQChannelMapper::GLOBAL);
+    for (const VDChannel& channel : plan.channels) {
+        const int fromSlot = from->IndexFromNumber(channel.number, false);
+        const int toSlot = to->IndexFromNumber(channel.number, false);
+        if (fromSlot >= 0 && toSlot >= 0)
+            VFCopyItems(*from, fromSlot, *to, toSlot);
+    }
+}
+
+/// Writes the first block in the most exact form that the target takes, which is then the form of the whole channel.
+void VFWriteFirstBlock(Stream& stream, VDTsAcc* acc, std::int64_t point)
+{
+    if (stream.values.Write(acc, stream.target, point, stream.form)) {
+        stream.formKnown = true;
+        return;
+    }
+    const VDArray<VDErrorReport> reports = VFErrorGetReports(VFGetBaseLibError());
+    const VTValueForm others[] = {VTValueForm::Digital64, VTValueForm::Double, VTValueForm::Float};
+    for (const VTValueForm form : others) {
+        const bool toInteger = form == VTValueForm::Digital64;
+        if (form == stream.form || (toInteger ? stream.form != VTValueForm::Digital32 : form < stream.form))
+            continue;
+        if (stream.values.Write(acc, stream.target, point, form)) {
+            stream.form = form;
+            stream.formKnown = true;
+            return;
+        }
+    }
+    // None fits, so the first refusal is what has to be said.
+    VFErrorClear();
+    for (const VDErrorReport& report : reports)
+        VFErrorSet(report.code, report.text, report.routine, 1);
+    throw VDFailure();
+}
+
+void VFCopyValues(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t block, std::int64_t limit, VDProgressBar& progress)
+{
+    std::int64_t last = 0;
+    std::vector<Stream> streams;
+    for (const VDChannel& channel : plan.channels) {
+        streams.emplace_back(channel, block, static_cast<int>(streams.size()));
+        last = std::max(last, std::min(channel.points, limit));
+    }
+    // Block by block over all channels, which suits files that hold their channels side by side.
+    for (std::int64_t point = 1; point <= last; point += block) {
+        for (Stream& stream : streams) {
+            VDInterruptGuard::Check();
+            const std::int64_t count = std::min(block, std::min(stream.channel.points, limit) - point + 1);
+            if (count < 1)
+                continue;
+            if (stream.values.Read(plan.source.Get(), stream.channel.index, point, count) != count)
+                VFFail(DaxToolError::Incomplete, "The file ends before the points that it states", "VFWriteTest");
+            if (!stream.formKnown)
+                VFWriteFirstBlock(stream, acc, point);
+            else if (!stream.values.Write(acc, stream.target, point, stream.form))
+                throw VDFailure();
+            progress.Advance(count);
+        }
+    }
+}
+
+}  // namespace
+
+VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name)
+{
+    VDFileIdHandle id(FIDCreate());
+    VFCheck(static_cast<bool>(id));
+    VFCheck(FIDSetFileId(id.Get(), plan.format.fileId, plan.format.subId));
+    VFCheck(FIDSetTestname(id.Get(), name.c_str(), plan.format.keyword.c_str(), ""));
+    VDString title;
+    VFCheck(FIDGetTestTitle(plan.source.GetId(), &title));
+    VFCheck(FIDSetTestTitle(id.Get(), title));
+    for (std::size_t position = 0; position < plan.channels.size(); ++position) {
+        const VDChannel& channel = plan.channels[position];
+        int index = 0;
+        VFCheck(FIDAddChannel(id.Get(), channel.number, &index));
+        if (index != static_cast<int>(position))
+            VFFail(DaxToolError::UnknownChannel,
+                   "Channel number " + std::to_string(channel.number) + " occurs more than once, which can't be copied",
+                   "VFMakeTargetId");
+        VFCheck(FIDSetChanTitle(id.Get(), index, channel.title.c_str()));
+        VFCheck(FIDSetChanUnits(id.Get(), index, channel.units.c_str()));
+        VFCheck(FIDSetChanType(id.Get(), index, channel.type));
+    }
+    VFCheck(FIDSetInfoLoaded(id.Get(), 1));
+    return id;
+}
+
+void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress)
+{
+    const VDTsAccHandle acc(TSAccCreate());
+    VFCheck(static_cast<bool>(acc));
+    VFCheck(TSAccSetId(acc.Get(), target, 1));
+    if (VFCan(acc.Get(), DaxTimeSeries::CommonHeader))
+        VFCheckCommonHeader(plan);
+    VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
+    VFWriteHeader(plan, acc.Get(), limit);
+    VFWriteMetaData(plan, acc.Get());
+    // The larger of the two sides' blocks, as far as the channels' buffers together stay small.
+    constexpr auto memory = std::int64_t{16} << 20;
+    long targetBlock = 0;
+    VFCheck(TSAccGetBufferSize(acc.Get(), &targetBlock));
+    const auto wanted = std::max<std::int64_t>(targetBlock, plan.source.GetBlockSize());
+    const auto room = memory / (static_cast<std::int64_t>(plan.channels.size() * sizeof(double)));
+    VFCopyValues(plan, acc.Get(), std::clamp<std::int64_t>(wanted, 1, std::max<std::int64_t>(room, 1)), limit, progress);
+    VFCheck(TSAccClose(acc.Get()));
+}

@@ -1,0 +1,38 @@
+#include "TypesCommand.h"
+
+#include "TextTable.h"
+
+CLI::App* VDTypesCommand::Register(CLI::App& program)
+{
+    return program.add_subcommand("types", "List the file types that are known");
+}
+
+VDJson VDTypesCommand::Run(VDCommandContext& context)
+{
+    const std::vector<VDFileType> types = context.Registry().GetFileTypes();
+    if (context.IsJson()) {
+        VDJson list = VDJson::array();
+        for (const VDFileType& type : types)
+            list.push_back({{"keyword", type.keyword},
+                            {"description", type.description},
+                            {"fileId", type.fileId},
+                            {"subId", type.subId},
+                            {"accessType", type.accessName},
+                            {"accessTypeId", type.accessType},
+                            {"readable", type.readable},
+                            {"writable", type.writable},
+                            {"extensions", type.extensions}});
+        return {{"types", list}};
+    }
+    VDTextTable table("llrrllll");
+    table.Add({"KEYWORD", "DESCRIPTION", "FILE ID", "SUB ID", "ACCESS TYPE", "READ", "WRITE", "EXTENSIONS"});
+    for (const VDFileType& type : types) {
+        std::string extensions;
+        for (const std::string& extension : type.extensions)
+            extensions += (extensions.empty() ? "" : " ") + extension;
+        table.Add({type.keyword, type.description, std::to_string(type.fileId), std::to_string(type.subId), type.accessName,
+                   type.readable ? "yes" : "no", type.writable ? "yes" : "no", extensions});
+    }
+    table.Print(context.Out());
+    return {};
+}

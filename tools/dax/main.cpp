@@ -1,0 +1,21 @@
+#include "CopyCommand.h"
+#include "DbcCommand.h"
+#include "IdentifyCommand.h"
+#include "InfoCommand.h"
+#include "ReadCommand.h"
+#include "TypesCommand.h"
+
+#include "Program.h"
+
+/// The subcommands, in the order of the help.
+int main(int argc, char** argv)
+{
+    std::vector<std::unique_ptr<VDCommand>> commands;
+    commands.push_back(std::make_unique<VDTypesCommand>());
+    commands.push_back(std::make_unique<VDIdentifyCommand>());
+    commands.push_back(std::make_unique<VDInfoCommand>());
+    commands.push_back(std::make_unique<VDReadCommand>());
+    commands.push_back(std::make_unique<VDCopyCommand>());
+    commands.push_back(std::make_unique<VDDbcCommand>());
+    return VFRunProgram(commands, {argv + 1, argv + argc});
+}

@@ -1,0 +1,81 @@
+#include "FamosInspect.h"
+
+#include "bus/VDFamosUtil.h"
+
+#include "vdbase/VDUnicodeString.h"
+
+#include <sstream>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json Blocks(const VDFamosHeader& header)
+{
+    Json blocks = Json::array();
+    for (const VDFamosDataBlock& block : header.dataBlocks)
+        blocks.push_back({{"index", block.index}, {"start", block.start}, {"length", block.length}});
+    return blocks;
+}
+
+Json Buffers(const VDFamosHeader& header)
+{
+    Json buffers = Json::array();
+    for (const auto& description : header.bufferDescriptions)
+        for (const auto& buffer : description->buffers)
+            buffers.push_back({{"fields", buffer->integers}, {"times", buffer->times}});
+    return buffers;
+}
+
+}  // namespace
+
+bool FamosInspect(const std::string& filename, const std::string& database, Json* document)
+{
+    VDFamosUtil famos;
+    unsigned long count = 0;
+    if (!famos.Open(VDString(filename), VDString(database)) || !famos.GetChannelCount(&count))
+        return false;
+    const VDFamosHeader& header = famos.GetHeader();
+    std::size_t components = 0;
+    Json channels = Json::array();
+    for (const auto& group : header.groups) {
+        components += group->components.size();
+        for (const auto& component : group->components)
+            for (const auto& name : component->channelNames)
+                channels.push_back(VFTextAsUtf8(name->name).Str());
+    }
+    Json& out = *document;
+    out["groups"] = header.groups.size();
+    out["components"] = components;
+    out["channels"] = std::move(channels);
+    out["channelCount"] = count;
+    out["buffers"] = Buffers(header);
+    out["dataBlocks"] = Blocks(header);
+    out["timeStamped"] = famos.IsTimeStamped();
+    if (!famos.IsTimeStamped())
+        return true;
+    Json& types = out["frameTypes"] = Json::array();
+    for (int index = 0; index < famos.GetFrameTypes().GetCount(); ++index) {
+        const VDCanFrameType& type = *famos.GetFrameTypes().GetFrameType(index);
+        types.push_back({{"id", type.frameId}, {"bytes", type.numBytes}, {"count", type.count}});
+    }
+    Json& titles = out["timeStampChannels"] = Json::array();
+    for (const auto& chan : famos.GetTimeStampChans())
+        titles.push_back(VFTextAsUtf8(chan->title).Str());
+    return true;
+}
+
+std::string FamosInspectText(const Json& document)
+{
+    std::ostringstream text;
+    for (const auto& [key, value] : document.items()) {
+        if (!value.is_array()) {
+            text << key << ": " << value.dump() << '\n';
+            continue;
+        }
+        text << key << ":\n";
+        for (const Json& item : value)
+            text << "  " << (item.is_string() ? item.get<std::string>() : item.dump()) << '\n';
+    }
+    return text.str();
+}
