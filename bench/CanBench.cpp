@@ -60,8 +60,9 @@ public:
     {
         for (int index = 0; index < 8; ++index) {
             const bool upward = index % 2 == 0;
-            channels_[static_cast<std::size_t>(index)].Init("Signal", 0, 0, 0, upward ? index * 8 : index * 8 + 7, 6 + index % 3, upward,
-                                                            index % 4 < 2, 0.25, -10, 0, 100, "V", VDStringArray(), 8);
+            channels_[static_cast<std::size_t>(index)].Init("Signal", 0, 0, 0, upward ? index * 8 : index * 8 + 7,
+                                                            6 + index % 3, upward, index % 4 < 2, 0.25, -10, 0, 100, "V",
+                                                            VDStringArray(), 8);
         }
     }
     const std::array<VDCanChanDefinition, 8>& Get() const { return channels_; }

@@ -15,7 +15,8 @@ class FuzzFile
 public:
     explicit FuzzFile(const char* extension)
         : name_((std::filesystem::temp_directory_path() / ("daxfuzz" + std::to_string(getpid()) + extension)).string())
-    {}
+    {
+    }
     ~FuzzFile() { unlink(name_.c_str()); }
     FuzzFile(const FuzzFile&) = delete;
     FuzzFile& operator=(const FuzzFile&) = delete;

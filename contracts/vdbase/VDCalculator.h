@@ -8,7 +8,8 @@
 /// Evaluates expressions of numbers, booleans ("true", "false") and texts in double quotes, with the usual operators,
 /// comparisons and mathematical functions. A variable stands between two "#" signs, and its name may contain "#" inside
 /// brackets ("#chan?(#A#==1).B#"). Names are resolved through the virtual operations, which a derived class overrides. The
-/// plain class has no variables. An expression may be at most `MaxExpression` bytes long. One thread uses an object at a time.
+/// plain class has no variables. An expression may be at most `MaxExpression` bytes long. One thread uses an object at a
+/// time.
 class VDBASE_API VDCalculator
 {
 public:

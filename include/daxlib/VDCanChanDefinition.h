@@ -29,9 +29,9 @@ public:
     /// Sets everything but the description and the enumeration.
     /// @param bigEndian   true for the digit 1 in the database, see above
     /// @param frameBytes  length of the frame in bytes: `GetValueFromFrame` reads so many
-    void Init(const VDString& title, char isSwitch, char isMultiplexed, int multiplexId, int startBit, int numBits, char bigEndian,
-              char isSigned, double factor, double offset, double minval, double maxval, const VDString& units,
-              const VDStringArray& receivers, const int& frameBytes);
+    void Init(const VDString& title, char isSwitch, char isMultiplexed, int multiplexId, int startBit, int numBits,
+              char bigEndian, char isSigned, double factor, double offset, double minval, double maxval,
+              const VDString& units, const VDStringArray& receivers, const int& frameBytes);
 
     const VDString& GetTitle() const;
     /// Whether the raw value of this channel says which multiplexed channels the frame holds.
@@ -78,8 +78,6 @@ public:
     bool GetEnumText(std::int64_t value, VDString* text) const;
 
 private:
-    __attribute__((noinline)) bool GetValueFromAnyFrame(const unsigned char* data, std::int64_t* value) const;
-
     struct State;
     std::unique_ptr<State> state_;
 };

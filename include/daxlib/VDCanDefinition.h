@@ -5,8 +5,8 @@
 
 /// A CAN database in the DBC text format: its frames with their channels, in file order. Copies are deep.
 ///
-/// The reader takes the line types `BU_`, `BO_`, `SG_`, `CM_`, `BA_`, `BA_DEF_DEF_` and `VAL_`, line by line, and passes over
-/// everything else. Texts are taken as the bytes of the file, or, with the preference `/FileFormats/DBC/DBCIsUtf8`
+/// The reader takes the line types `BU_`, `BO_`, `SG_`, `CM_`, `BA_`, `BA_DEF_DEF_` and `VAL_`, line by line, and passes
+/// over everything else. Texts are taken as the bytes of the file, or, with the preference `/FileFormats/DBC/DBCIsUtf8`
 /// (default false), turned from UTF-8 into the library's one-byte encoding; the preference is read by the constructor.
 class DAX_API VDCanDefinition
 {
@@ -17,7 +17,8 @@ public:
     VDCanDefinition& operator=(const VDCanDefinition& other);
 
     /// Reads a database and adds its frames to those that are there. Frames without a channel are left out.
-    /// @return false on a failure, which is recorded (-334381 to -334404 as their texts say). A failure that lies in a line is
+    /// @return false on a failure, which is recorded (-334381 to -334404 as their texts say). A failure that lies in a line
+    /// is
     ///         followed by a second report, -334400, with the line number and the file. The frames read until then stay.
     bool ReadDatabase(const char* filename);
     void ClearFrames();

@@ -62,7 +62,8 @@ class UserFunction : public mup::ICallback
 public:
     UserFunction(VDCalculator* calculator, const std::string& name)
         : ICallback(mup::cmFUNC, name.c_str(), -1), calculator_(calculator), name_(name)
-    {}
+    {
+    }
 
     void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override
     {

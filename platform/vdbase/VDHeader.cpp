@@ -54,8 +54,7 @@ bool VDHeader::SetHeader(const void* bytes, const char* filename)
     if (std::memcmp(header, Magic, sizeof Magic) != 0 || size_ != Size)
         return false;
     const int opSys = header[OpSysOffset];
-    damaged_ = !VFIsValidOpSys(opSys) ||
-               GetNumber(header + ChecksumOffset, 8, opSys) != VFChecksum(header, ChecksumOffset);
+    damaged_ = !VFIsValidOpSys(opSys) || GetNumber(header + ChecksumOffset, 8, opSys) != VFChecksum(header, ChecksumOffset);
     if (damaged_)
         return VFReportFile(VDBaseError::FileRead, filename, "its header is damaged", "VDHeader::SetHeader");
     const int type = GetLong(header + TypeOffset, opSys);

@@ -2,12 +2,12 @@
 
 namespace {
 
-constexpr DbcByteSet VVBlanks(" \t\r\n");
-constexpr DbcByteSet VVSeparators(" :;\"");
+constexpr VDByteSet VVBlanks(" \t\r\n");
+constexpr VDByteSet VVSeparators(" :;\"");
 
 }  // namespace
 
-std::string_view DbcTrim(std::string_view text)
+std::string_view VFDbcTrim(std::string_view text)
 {
     const auto isBlank = [](char byte) { return byte == ' ' || byte == '\t'; };
     while (!text.empty() && isBlank(text.front()))
@@ -17,7 +17,7 @@ std::string_view DbcTrim(std::string_view text)
     return text;
 }
 
-VDString DbcSqueeze(std::string_view text)
+VDString VFDbcSqueeze(std::string_view text)
 {
     VDString squeezed(text);
     if (VVBlanks.FindIn(text) < text.size())
@@ -56,14 +56,14 @@ bool VDDbcTokens::ReadOne()
             }
             rest_ = closed ? rest_.substr(close + 1) : std::string_view();
             if (!closed)
-                token = DbcTrim(token);
+                token = VFDbcTrim(token);
             if (!closed && token.empty())
                 return false;
             tokens_.push_back(token);
             return true;
         }
         rest_.remove_prefix(std::min(stop + 1, rest_.size()));
-        const std::string_view token = DbcTrim(plain);
+        const std::string_view token = VFDbcTrim(plain);
         if (!token.empty()) {
             tokens_.push_back(token);
             return true;

@@ -12,15 +12,15 @@
 /// and `VFAscToNum` do on a string.
 
 /// `VFSqueeze` with mode 3.
-std::string_view DbcTrim(std::string_view text);
+std::string_view VFDbcTrim(std::string_view text);
 /// `VFSqueeze` with mode 8.
-VDString DbcSqueeze(std::string_view text);
+VDString VFDbcSqueeze(std::string_view text);
 
 /// A set of bytes to look for. Faster on short texts than what the string library offers, which asks anew for each byte.
-class DbcByteSet
+class VDByteSet
 {
 public:
-    constexpr explicit DbcByteSet(std::string_view bytes)
+    constexpr explicit VDByteSet(std::string_view bytes)
     {
         for (const char byte : bytes)
             has_[static_cast<unsigned char>(byte)] = true;
@@ -40,7 +40,7 @@ private:
 
 /// `VFAscToNum`; a text with a zero byte in it is no number.
 template <class Number>
-bool DbcNumber(std::string_view text, Number* value)
+bool VFDbcNumber(std::string_view text, Number* value)
 {
     constexpr std::size_t usual = 48;
     if (text.find('\0') != std::string_view::npos)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "daxlib/VDCanFrameDefinition.h"
 #include "VDCanFrameTypeList.h"
+#include "daxlib/VDCanFrameDefinition.h"
 
 #include "vdbase/VDTime.h"
 
@@ -121,14 +121,16 @@ struct VDFamosHeader
     std::vector<VDFamosDataBlock> dataBlocks;
 };
 
-/// A channel that follows from the frames of a time-stamped recording. It owns nothing it points to.
+/// A channel that follows from the frames of a time-stamped recording. It owns nothing it points to. A recording of many ids
+/// without a database has very many of these, so that they hold no texts.
 struct VDFamosTimeStampChan
 {
-    VDString title;
-    VDString units;
     VDCanFrameDefinition* frame = nullptr;  ///< null without a database
     VDCanChanDefinition* chan = nullptr;    ///< null without a database
     VDCanFrameType* frameType = nullptr;
-    int byteIndex = 0;                      ///< 0 with a database
-    VDString sortKey;
+    int byteIndex = 0;  ///< 0 with a database
+
+    /// Title of the signal; without a database for instance "FrameId 100 Byte 8".
+    VDString GetTitle() const;
+    VDString GetUnits() const;
 };

@@ -19,9 +19,9 @@ struct VDFamosUtil::State
     bool isTimeStamped = false;
     VDString dbcFile;
     VDCanDefinition database;
-    std::vector<std::unique_ptr<VDFamosTimeStampChan>> timeStampChans;
-    bool timeInSeconds;       ///< preference, for readers of the samples
-    int enumChannelHandling;  ///< preference, for readers of the samples
+    std::vector<VDFamosTimeStampChan> timeStampChans;
+    bool timeInSeconds;          ///< preference, for readers of the samples
+    int enumChannelHandling;     ///< preference, for readers of the samples
     std::int64_t startTime = 0;  ///< of a time-stamped recording: UTC, microseconds since 1970
     double frameTimeFactor = 0;
     double frameTimeOffset = 0;

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int FirstUnsupportedNumBits = 64;
+constexpr int VVFirstUnsupportedNumBits = 64;
 
 }  // namespace
 
@@ -30,13 +30,24 @@ struct VDCanChanDefinition::State
     VDStringArray receivers;
     VDStringArray enumTexts;
     VDArrayWithSort<long> enumValues;
+
+    // What `GetValueFromFrame` does for the rarer signals. Kept apart, so that the common case needs no stack.
+    __attribute__((noinline)) bool GetSlowly(const unsigned char* data, std::int64_t* value) const
+    {
+        if (numBits >= VVFirstUnsupportedNumBits)
+            return VFDaxReport(DaxError::SignalTooLong, "VDCanChanDefinition::GetValueFromFrame", {.appended = title}) != 0;
+        *value = bits.Extract(data);
+        return true;
+    }
 };
 
 VDCanChanDefinition::VDCanChanDefinition() : state_(std::make_unique<State>()) {}
 
 VDCanChanDefinition::~VDCanChanDefinition() = default;
 
-VDCanChanDefinition::VDCanChanDefinition(const VDCanChanDefinition& other) : state_(std::make_unique<State>(*other.state_)) {}
+VDCanChanDefinition::VDCanChanDefinition(const VDCanChanDefinition& other) : state_(std::make_unique<State>(*other.state_))
+{
+}
 
 VDCanChanDefinition& VDCanChanDefinition::operator=(const VDCanChanDefinition& other)
 {
@@ -44,9 +55,9 @@ VDCanChanDefinition& VDCanChanDefinition::operator=(const VDCanChanDefinition& o
     return *this;
 }
 
-void VDCanChanDefinition::Init(const VDString& title, char isSwitch, char isMultiplexed, int multiplexId, int startBit, int numBits,
-                               char bigEndian, char isSigned, double factor, double offset, double minval, double maxval,
-                               const VDString& units, const VDStringArray& receivers, const int& frameBytes)
+void VDCanChanDefinition::Init(const VDString& title, char isSwitch, char isMultiplexed, int multiplexId, int startBit,
+                               int numBits, char bigEndian, char isSigned, double factor, double offset, double minval,
+                               double maxval, const VDString& units, const VDStringArray& receivers, const int& frameBytes)
 {
     State& state = *state_;
     state.bits = VDSignalBits(frameBytes, startBit, numBits, bigEndian != 0, isSigned != 0);
@@ -171,16 +182,7 @@ bool VDCanChanDefinition::GetValueFromFrame(const unsigned char* data, std::int6
         *value = bits.ExtractFast(data);
         return true;
     }
-    return GetValueFromAnyFrame(data, value);
-}
-
-// Kept apart, so that the common case needs no stack.
-bool VDCanChanDefinition::GetValueFromAnyFrame(const unsigned char* data, std::int64_t* value) const
-{
-    if (state_->numBits < FirstUnsupportedNumBits)
-        return DecodeMethod2(data, value);
-    VFDaxReport(DaxError::SignalTooLong, "VDCanChanDefinition::GetValueFromFrame", {.appended = state_->title});
-    return false;
+    return state_->GetSlowly(data, value);
 }
 
 bool VDCanChanDefinition::DecodeMethod2(const unsigned char* data, std::int64_t* value) const

@@ -4,8 +4,13 @@ struct VDCanFrameDefinition::State
 {
     State() = default;
     State(const State& other)
-        : id(other.id), name(other.name), numBytes(other.numBytes), transmitter(other.transmitter), description(other.description),
-          transmissionMode(other.transmissionMode), samplePeriod(other.samplePeriod)
+        : id(other.id),
+          name(other.name),
+          numBytes(other.numBytes),
+          transmitter(other.transmitter),
+          description(other.description),
+          transmissionMode(other.transmissionMode),
+          samplePeriod(other.samplePeriod)
     {
         chans.Reserve(other.chans.GetSize());
         for (const auto& chan : other.chans)
@@ -27,7 +32,10 @@ VDCanFrameDefinition::VDCanFrameDefinition() : state_(std::make_unique<State>())
 
 VDCanFrameDefinition::~VDCanFrameDefinition() = default;
 
-VDCanFrameDefinition::VDCanFrameDefinition(const VDCanFrameDefinition& other) : state_(std::make_unique<State>(*other.state_)) {}
+VDCanFrameDefinition::VDCanFrameDefinition(const VDCanFrameDefinition& other)
+    : state_(std::make_unique<State>(*other.state_))
+{
+}
 
 VDCanFrameDefinition& VDCanFrameDefinition::operator=(const VDCanFrameDefinition& other)
 {

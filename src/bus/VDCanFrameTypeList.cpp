@@ -48,7 +48,8 @@ bool VDCanFrameTypeList::AddNewFrame(std::uint32_t id, int numBytes)
     const std::int64_t limit = std::min(frameIdLimit_, VVLargestFastId);
     if (fastLookup_ != 0 && id > limit) {
         VDString text;
-        text.FormatRuntime(VFDaxText(DaxError::FrameIdLimit), VFFormat64(id, 10, 0).c_str(), VFFormat64(limit, 10, 0).c_str());
+        text.FormatRuntime(VFDaxText(DaxError::FrameIdLimit), VFFormat64(id, 10, 0).c_str(),
+                           VFFormat64(limit, 10, 0).c_str());
         return VFDaxReport(DaxError::FrameIdLimit, "VDCanFrameTypeList::AddFrame", {.text = text}) != 0;
     }
     auto frame = std::make_unique<VDCanFrameType>();

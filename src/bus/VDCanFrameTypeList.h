@@ -12,9 +12,9 @@
 struct VDCanFrameType
 {
     unsigned long frameId = 0;
-    int numBytes = 0;             ///< data length where the id was first seen
-    std::int64_t count = 1;       ///< frames seen in the scan
-    std::int64_t readCount = 0;   ///< frames read since the last reset
+    int numBytes = 0;                           ///< data length where the id was first seen
+    std::int64_t count = 1;                     ///< frames seen in the scan
+    std::int64_t readCount = 0;                 ///< frames read since the last reset
     VDCanChanDefinition* switchChan = nullptr;  ///< multiplex switch of the frame; not owned
     VDArray<std::int64_t> switchTotals{10};     ///< sized by whoever sets up multiplexing, one element per switch value
     VDArray<std::int64_t> switchCounts{10};     ///< frames read since the last reset by switch value
@@ -98,7 +98,7 @@ private:
     /// Sorted mode: records of a list that has grown long, which are merged in many at a time. A recording of millions of
     /// ids (no real one has them) would otherwise move the whole list for each.
     std::map<std::uint32_t, std::unique_ptr<VDCanFrameType>> late_;
-    std::vector<int> index_;          ///< fast mode: position of an id in `frames_`, or -1
+    std::vector<int> index_;  ///< fast mode: position of an id in `frames_`, or -1
     /// Sorted mode: what was found last for ids of the same remainder, so that most frames need no search.
     mutable std::array<Recent, 256> recent_{};
     char fastLookup_;

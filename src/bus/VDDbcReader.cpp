@@ -1,6 +1,6 @@
 #include "VDDbcReader.h"
 
-#include "DbcSignal.h"
+#include "VDDbcSignal.h"
 #include "VFDaxReport.h"
 
 #include "vdbase/VDTextIo.h"
@@ -67,7 +67,7 @@ bool VDDbcReader::ReadLines(const char* filename, bool isUtf8)
     for (int number = 1; file.ReadString(&line, VVMaxLineLength, nullptr); ++number) {
         if (isUtf8)
             ConvertFromUtf8(&line);
-        const int code = ReadLine(DbcTrim(line.View()));
+        const int code = ReadLine(VFDbcTrim(line.View()));
         if (code == 0)
             continue;
         VFDaxReport(code, VVReadRoutine, {.appended = VDString(detail_)});
@@ -116,12 +116,12 @@ int VDDbcReader::ReadFrame()
     if (tokens.size() < 5)
         return DaxError::DbcFrameLine;
     std::int64_t id = 0;
-    if (!DbcNumber(tokens[1], &id))
+    if (!VFDbcNumber(tokens[1], &id))
         return DaxError::DbcFrameId;
     if (!frameNames_.emplace(tokens[2]).second)
         hasDuplicateNames_ = true;
     int numBytes = 0;
-    if (!DbcNumber(tokens[3], &numBytes))
+    if (!VFDbcNumber(tokens[3], &numBytes))
         return DaxError::DbcFrameBytes;
     auto frame = std::make_unique<VDCanFrameDefinition>();
     frame->Init(static_cast<unsigned long>(id), VDString(tokens[2]), numBytes,
@@ -136,16 +136,16 @@ int VDDbcReader::ReadSignal(std::string_view line)
 {
     if (current_ == nullptr)
         return DaxError::DbcSignalBeforeFrame;
-    DbcSignal signal;
-    if (const int code = DbcReadSignal(line, &signal); code != 0)
+    VDDbcSignal signal;
+    if (const int code = VFReadDbcSignal(line, &signal); code != 0)
         return code;
     VDStringArray receivers;
     if (const int code = ReadReceivers(signal.receivers, &receivers); code != 0)
         return code;
     auto chan = std::make_unique<VDCanChanDefinition>();
-    chan->Init(VDString(signal.title), signal.isSwitch, signal.isMultiplexed, signal.multiplexId, signal.startBit, signal.numBits,
-               signal.bigEndian, signal.isSigned, signal.factor, signal.offset, signal.minval, signal.maxval, signal.units,
-               receivers, current_->GetNumBytes());
+    chan->Init(VDString(signal.title), signal.isSwitch, signal.isMultiplexed, signal.multiplexId, signal.startBit,
+               signal.numBits, signal.bigEndian, signal.isSigned, signal.factor, signal.offset, signal.minval, signal.maxval,
+               signal.units, receivers, current_->GetNumBytes());
     current_->AppendChan(chan.release());
     return 0;
 }
@@ -155,7 +155,7 @@ int VDDbcReader::ReadReceivers(std::string_view list, VDStringArray* receivers)
     receivers->Reserve(1);
     for (bool more = true; more;) {
         const std::size_t comma = list.find(',');
-        VDString name = DbcSqueeze(list.substr(0, comma));
+        VDString name = VFDbcSqueeze(list.substr(0, comma));
         more = comma != std::string_view::npos;
         list.remove_prefix(more ? comma + 1 : list.size());
         if (name.IsEmpty() || name.View() == VVNoNode)
@@ -199,7 +199,7 @@ int VDDbcReader::ReadAttribute()
     if (tokens[1] == VVModeName) {
         frames_[index]->SetTransmissionMode(tokens[4] == "0" ? "P" : tokens[4] == "1" ? "P+E" : "E");
         defaultMode_.ownStep[index] = ++step_;
-    } else if (DbcNumber(tokens[4], &period)) {
+    } else if (VFDbcNumber(tokens[4], &period)) {
         frames_[index]->SetSamplePeriod(period);
         defaultPeriod_.ownStep[index] = ++step_;
     }
@@ -216,7 +216,7 @@ int VDDbcReader::ReadAttributeDefault()
         defaultMode_.value = VDString(tokens[2]);
         defaultMode_.end = frames_.GetSize();
         defaultMode_.step = ++step_;
-    } else if (tokens[1] == VVPeriodName && DbcNumber(tokens[2], &period)) {
+    } else if (tokens[1] == VVPeriodName && VFDbcNumber(tokens[2], &period)) {
         defaultPeriod_.value = period;
         defaultPeriod_.end = frames_.GetSize();
         defaultPeriod_.step = ++step_;
@@ -253,7 +253,7 @@ int VDDbcReader::ReadValues()
     VDStringArray texts;
     for (std::size_t position = 3; position + 1 < tokens.size(); position += 2) {
         std::int64_t value = 0;
-        if (!DbcNumber(tokens[position], &value))
+        if (!VFDbcNumber(tokens[position], &value))
             return 0;
         std::string_view text = tokens[position + 1];
         if (text.size() >= 2 && text.front() == '"' && text.back() == '"')
@@ -268,7 +268,7 @@ int VDDbcReader::ReadValues()
 int VDDbcReader::FindFrame(std::string_view token, int* frame)
 {
     std::int64_t id = 0;
-    if (!DbcNumber(token, &id))
+    if (!VFDbcNumber(token, &id))
         return DaxError::DbcFrameId;
     const auto found = frameById_.find(static_cast<unsigned long>(id));
     *frame = found == frameById_.end() ? -1 : found->second;

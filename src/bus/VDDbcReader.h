@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-/// Reads one database into a list of frames. It keeps indexes of what it has read, so that time and memory stay in proportion
-/// to the file whatever the file holds.
+/// Reads one database into a list of frames. It keeps indexes of what it has read, so that time and memory stay in
+/// proportion to the file whatever the file holds.
 class VDDbcReader
 {
 public:

@@ -37,7 +37,8 @@ bool TakeDigits(std::string_view field, Number* value)
 
 VDFamosFields::VDFamosFields(VDIo& file, std::int64_t fileSize)
     : file_(file), fileSize_(fileSize), window_(std::make_unique_for_overwrite<char[]>(WindowSize))
-{}
+{
+}
 
 void VDFamosFields::SetPosition(std::int64_t position)
 {

@@ -31,9 +31,11 @@ bool VFReportShortFrame(unsigned long frameId, int definedBytes, int numBytes, c
     return VFDaxReport(DaxError::FamosShortFrame, routine, {.text = text}) != 0;
 }
 
-VDFamosFrameStream::VDFamosFrameStream(VDIo& file, const std::vector<VDFamosDataBlock>& dataBlocks, VDCanFrameTypeList& frameTypes)
+VDFamosFrameStream::VDFamosFrameStream(VDIo& file, const std::vector<VDFamosDataBlock>& dataBlocks,
+                                       VDCanFrameTypeList& frameTypes)
     : file_(file), dataBlocks_(dataBlocks), frameTypes_(frameTypes)
-{}
+{
+}
 
 void VDFamosFrameStream::ResetRead()
 {

@@ -12,8 +12,8 @@
 /// The samples are runs of 512-byte blocks:
 ///
 ///     0  2    when not 0, the number of bytes at the end of the block before this one that are not used
-///     2  2    offset in this block of the first record that starts in it, 4 to 512; a block with another value is passed over
-///     4  508  bytes of records, which run on from block to block
+///     2  2    offset in this block of the first record that starts in it, 4 to 512; a block with another value is passed
+///     over 4  508  bytes of records, which run on from block to block
 ///
 /// A record takes its length rounded up to a multiple of 4:
 ///

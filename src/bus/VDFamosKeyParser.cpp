@@ -26,7 +26,8 @@ const VDFamosKeyParser::KeyType VDFamosKeyParser::VVKeyTypes[] = {
 
 VDFamosKeyParser::VDFamosKeyParser(VDIo& file, std::int64_t fileSize, VDFamosHeader& header)
     : fields_(file, fileSize), fileSize_(fileSize), header_(header)
-{}
+{
+}
 
 bool VDFamosKeyParser::Run()
 {
@@ -103,8 +104,8 @@ int VDFamosKeyParser::ReadStatus(const Key&)
 // Writers put this key in other places too, and with other fields; then it is passed over.
 int VDFamosKeyParser::ReadOrigin(const Key& key)
 {
-    if (keyNumber_ == 2 && previousKey_ == "CK" && fields_.ReadInteger(&header_.origin) && fields_.ReadString(&header_.program) &&
-        fields_.ReadString(&header_.comment))
+    if (keyNumber_ == 2 && previousKey_ == "CK" && fields_.ReadInteger(&header_.origin) &&
+        fields_.ReadString(&header_.program) && fields_.ReadString(&header_.comment))
         return 0;
     fields_.SetPosition(key.dataStart);
     return fields_.SkipField() ? 0 : DaxError::FamosOriginKey;
@@ -113,7 +114,8 @@ int VDFamosKeyParser::ReadOrigin(const Key& key)
 int VDFamosKeyParser::ReadGroupDefinition(const Key&)
 {
     VDFamosDefinition definition;
-    if (!fields_.ReadInteger(&definition.index) || !fields_.ReadString(&definition.name) || !fields_.ReadString(&definition.comment))
+    if (!fields_.ReadInteger(&definition.index) || !fields_.ReadString(&definition.name) ||
+        !fields_.ReadString(&definition.comment))
         return DaxError::FamosGroupDefinitionKey;
     header_.groupDefinitions.push_back(std::move(definition));
     return 0;
@@ -156,8 +158,8 @@ int VDFamosKeyParser::ReadScaling(const Key& key)
     double x0 = 0;
     int pretriggerUsage = 0;
     const bool isLong = key.version == 2;
-    if ((key.version != 1 && !isLong) || !fields_.ReadDouble(&dx) || !fields_.ReadInteger(&calibrated) || !fields_.ReadString(&unit) ||
-        !ReadIntegers({&integers[0], &integers[1], &integers[2]}) ||
+    if ((key.version != 1 && !isLong) || !fields_.ReadDouble(&dx) || !fields_.ReadInteger(&calibrated) ||
+        !fields_.ReadString(&unit) || !ReadIntegers({&integers[0], &integers[1], &integers[2]}) ||
         (isLong && (!fields_.ReadDouble(&x0) || !fields_.ReadInteger(&pretriggerUsage))))
         return DaxError::FamosScalingKey;
     VDFamosScaling* const scaling = CurrentScaling();

@@ -27,7 +27,8 @@ bool HasFamosExtension(const VDString& filename)
 VDFamosUtil::State::State()
     : timeInSeconds(VDPreferenceSystem().GetBooleanValue("/FileFormats/Famos/TimeInSeconds", false)),
       enumChannelHandling(VDPreferenceSystem().GetEnumValue("/FileFormats/Famos/EnumChannelHandling", 0))
-{}
+{
+}
 
 void VDFamosUtil::State::ClearParsed()
 {
@@ -144,7 +145,7 @@ VDCanFrameTypeList& VDFamosUtil::GetFrameTypes() const
     return state_->frameTypes;
 }
 
-const std::vector<std::unique_ptr<VDFamosTimeStampChan>>& VDFamosUtil::GetTimeStampChans() const
+const std::vector<VDFamosTimeStampChan>& VDFamosUtil::GetTimeStampChans() const
 {
     return state_->timeStampChans;
 }

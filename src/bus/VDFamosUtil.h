@@ -23,14 +23,15 @@ public:
     /// Closes the file if it is open, and empties its name.
     bool Close();
 
-    /// The number of channel names of the file, or of channels that a time-stamped recording gives. False for a null pointer.
+    /// The number of channel names of the file, or of channels that a time-stamped recording gives. False for a null
+    /// pointer.
     bool GetChannelCount(unsigned long* count) const;
 
     bool IsTimeStamped() const;
     const VDFamosHeader& GetHeader() const;
     /// The frames of a time-stamped recording. They and what they point to stay this object's.
     VDCanFrameTypeList& GetFrameTypes() const;
-    const std::vector<std::unique_ptr<VDFamosTimeStampChan>>& GetTimeStampChans() const;
+    const std::vector<VDFamosTimeStampChan>& GetTimeStampChans() const;
 
 private:
     struct State;
@@ -41,9 +42,9 @@ private:
     bool DetermineTimeStampChannels();
     bool InitTimeStampRead();
     bool ScanFrames();
-    void AddByteChannels(VDCanFrameType* type);
+    void AddByteChannels();
     bool AddDatabaseChannels();
-    void SortTimeStampChans();
+    void SortByTitle();
 
     std::unique_ptr<State> state_;
 };

@@ -101,31 +101,53 @@ bool VDFamosUtil::ScanFrames()
     }
 }
 
+VDString VDFamosTimeStampChan::GetTitle() const
+{
+    if (chan != nullptr)
+        return chan->GetTitle();
+    VDString title;
+    title.Format("FrameId %s Byte %d", Decimal(static_cast<std::int64_t>(frameType->frameId)).c_str(), byteIndex + 1);
+    return title;
+}
+
+VDString VDFamosTimeStampChan::GetUnits() const
+{
+    return chan != nullptr ? chan->GetUnits() : VDString();
+}
+
 bool VDFamosUtil::DetermineTimeStampChannels()
 {
     state_->timeStampChans.clear();
     if (!InitTimeStampRead())
         return false;
-    if (!state_->dbcFile.IsEmpty()) {
-        if (!AddDatabaseChannels())
-            return false;
-    } else {
-        for (int index = 0; index < state_->frameTypes.GetCount(); ++index)
-            AddByteChannels(state_->frameTypes.GetFrameType(index));
+    if (state_->dbcFile.IsEmpty()) {
+        AddByteChannels();
+        return true;
     }
-    SortTimeStampChans();
+    if (!AddDatabaseChannels())
+        return false;
+    SortByTitle();
     return true;
 }
 
-void VDFamosUtil::AddByteChannels(VDCanFrameType* type)
+// In the order of the titles, as numbers in them count with their value. That is the order of ids and bytes, so that nothing
+// need be sorted but the ids.
+void VDFamosUtil::AddByteChannels()
 {
-    for (int byte = 0; byte < type->numBytes; ++byte) {
-        auto chan = std::make_unique<VDFamosTimeStampChan>();
-        chan->title.Format("FrameId %s Byte %d", Decimal(static_cast<std::int64_t>(type->frameId)).c_str(), byte + 1);
-        chan->frameType = type;
-        chan->byteIndex = byte;
-        state_->timeStampChans.push_back(std::move(chan));
+    VDCanFrameTypeList& types = state_->frameTypes;
+    std::vector<VDCanFrameType*> sorted;
+    std::size_t numChans = 0;
+    for (int index = 0; index < types.GetCount(); ++index) {
+        sorted.push_back(types.GetFrameType(index));
+        numChans += static_cast<std::size_t>(sorted.back()->numBytes);
     }
+    VFQuickSort(sorted.data(), sorted.size(), [](const VDCanFrameType* left, const VDCanFrameType* right) {
+        return left->frameId < right->frameId ? -1 : left->frameId > right->frameId ? 1 : 0;
+    });
+    state_->timeStampChans.reserve(numChans);
+    for (VDCanFrameType* type : sorted)
+        for (int byte = 0; byte < type->numBytes; ++byte)
+            state_->timeStampChans.push_back({nullptr, nullptr, type, byte});
 }
 
 bool VDFamosUtil::AddDatabaseChannels()
@@ -157,26 +179,23 @@ bool VDFamosUtil::AddDatabaseChannels()
             return VFReportShortFrame(type->frameId, frame->GetNumBytes(), type->numBytes,
                                       "VDFamosUtil::DetermineTimeStampChannels");
         }
-        for (int position = 0; position < frame->GetChanDefinitionCount(); ++position) {
-            auto chan = std::make_unique<VDFamosTimeStampChan>();
-            chan->frame = frame;
-            chan->chan = frame->GetChanDefinition(position);
-            chan->title = chan->chan->GetTitle();
-            chan->units = chan->chan->GetUnits();
-            chan->frameType = type;
-            state_->timeStampChans.push_back(std::move(chan));
-        }
+        for (int position = 0; position < frame->GetChanDefinitionCount(); ++position)
+            state_->timeStampChans.push_back({frame, frame->GetChanDefinition(position), type, 0});
     }
     return true;
 }
 
-void VDFamosUtil::SortTimeStampChans()
+void VDFamosUtil::SortByTitle()
 {
-    auto& chans = state_->timeStampChans;
-    for (const auto& chan : chans) {
-        chan->sortKey = VFMakeNumericallySortableString(chan->title);
-        chan->sortKey.MakeUpper();
+    std::vector<std::pair<VDString, VDFamosTimeStampChan>> keyed;
+    keyed.reserve(state_->timeStampChans.size());
+    for (const VDFamosTimeStampChan& chan : state_->timeStampChans) {
+        VDString key = VFMakeNumericallySortableString(chan.GetTitle());
+        key.MakeUpper();
+        keyed.emplace_back(std::move(key), chan);
     }
-    VFQuickSort(chans.data(), chans.size(),
-                [](const auto& left, const auto& right) { return left->sortKey.Compare(right->sortKey); });
+    VFQuickSort(keyed.data(), keyed.size(),
+                [](const auto& left, const auto& right) { return left.first.Compare(right.first); });
+    for (std::size_t index = 0; index < keyed.size(); ++index)
+        state_->timeStampChans[index] = keyed[index].second;
 }

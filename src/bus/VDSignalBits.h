@@ -54,7 +54,7 @@ private:
 
     std::uint64_t mask_ = 0;
     std::uint64_t signBit_ = 0;
-    std::uint64_t reverseMask_;   ///< all ones when the bytes are to be reversed
+    std::uint64_t reverseMask_;  ///< all ones when the bytes are to be reversed
     std::uint32_t firstByte_ = 0;
     unsigned char shift_ = 0;
     bool isFast_ = false;

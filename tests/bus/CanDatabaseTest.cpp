@@ -34,10 +34,11 @@ std::string Signal(const std::string& title, const std::string& bits = "0|8@1+")
 
 TEST_F(CanDatabaseTest, ReadsFramesAndSignals)
 {
-    ASSERT_TRUE(Read("VERSION \"x\"\n\nBS_:\n" + VVNodes + "BO_ 2566834709 Motor: 8 Engine\n" + VVSignal +
-                     " SG_ Mode M : 16|4@0- (1,0) [0|0] \"\" Vector__XXX\n SG_ Extra m3 : 20|4@1- (1,0) [0|0] \"V\"  Dash, Engine\n"
-                     "BO_ 5 Empty: 8 Engine\nBO_ 6 Last: 3 Vector__XXX\n" +
-                     Signal("A x")));
+    ASSERT_TRUE(
+        Read("VERSION \"x\"\n\nBS_:\n" + VVNodes + "BO_ 2566834709 Motor: 8 Engine\n" + VVSignal +
+             " SG_ Mode M : 16|4@0- (1,0) [0|0] \"\" Vector__XXX\n SG_ Extra m3 : 20|4@1- (1,0) [0|0] \"V\"  Dash, Engine\n"
+             "BO_ 5 Empty: 8 Engine\nBO_ 6 Last: 3 Vector__XXX\n" +
+             Signal("A x")));
     ASSERT_EQ(database_.GetFrameDefinitionCount(), 2);
     const VDCanFrameDefinition& motor = *database_.GetFrameDefinition(0);
     EXPECT_EQ(motor.GetFrameId(), 2566834709u);
@@ -133,12 +134,13 @@ TEST_F(CanDatabaseTest, NamesBadLines)
 TEST_F(CanDatabaseTest, ReadsDescriptionsAndAttributes)
 {
     const std::string frames = VVFrame + Signal("A") + "BO_ 200 Brake: 8 X\n" + Signal("B");
-    ASSERT_TRUE(Read(frames + "CM_ BO_ 100 \"The motor; its: state\";\nCM_ SG_ 100 A \"first\n line two\";\nCM_ \"global\" ;\n"
-                              "CM_ SG_ 100 None \"x\";\nCM_ EV_ x \"y\";\n"
-                              "BA_ \"ModeTransmission\" BO_ 100 0;\nBA_ \"ModeTransmission\" SG_ 100 A 0;\n"
-                              "BA_DEF_DEF_ \"ModeTransmission\" \"Default\";\nBA_DEF_DEF_ \"P\xE9riode\" 20;\n"
-                              "BA_ \"ModeTransmission\" BO_ 200 1;\nBA_ \"P\xE9riode\" BO_ 200 0.5;\n"
-                              "BA_ \"P\xE9riode\" BO_ 200 soon;\nBA_ \"P\xE9riode\" BO_ 777 5;\n"));
+    ASSERT_TRUE(Read(frames +
+                     "CM_ BO_ 100 \"The motor; its: state\";\nCM_ SG_ 100 A \"first\n line two\";\nCM_ \"global\" ;\n"
+                     "CM_ SG_ 100 None \"x\";\nCM_ EV_ x \"y\";\n"
+                     "BA_ \"ModeTransmission\" BO_ 100 0;\nBA_ \"ModeTransmission\" SG_ 100 A 0;\n"
+                     "BA_DEF_DEF_ \"ModeTransmission\" \"Default\";\nBA_DEF_DEF_ \"P\xE9riode\" 20;\n"
+                     "BA_ \"ModeTransmission\" BO_ 200 1;\nBA_ \"P\xE9riode\" BO_ 200 0.5;\n"
+                     "BA_ \"P\xE9riode\" BO_ 200 soon;\nBA_ \"P\xE9riode\" BO_ 777 5;\n"));
     EXPECT_TRUE(VFErrorCheck(-334406));
     const VDCanFrameDefinition& motor = *database_.GetFrameDefinition(0);
     EXPECT_STREQ(motor.GetDescription(), "The motor; its: state");
@@ -150,7 +152,8 @@ TEST_F(CanDatabaseTest, ReadsDescriptionsAndAttributes)
 
     // Defaults reach the frames in front of them, also when the read fails later.
     database_.ClearFrames();
-    EXPECT_FALSE(Read(VVFrame + Signal("A") + "BA_DEF_DEF_ \"ModeTransmission\" \"D\";\nBO_ 200 Brake: 8 X\n" + Signal("B") + "BU_:\n"));
+    EXPECT_FALSE(Read(VVFrame + Signal("A") + "BA_DEF_DEF_ \"ModeTransmission\" \"D\";\nBO_ 200 Brake: 8 X\n" + Signal("B") +
+                      "BU_:\n"));
     EXPECT_STREQ(database_.GetFrameDefinition(0)->GetTransmissionMode(), "D");
     EXPECT_STREQ(database_.GetFrameDefinition(1)->GetTransmissionMode(), "");
 }
@@ -160,8 +163,9 @@ TEST_F(CanDatabaseTest, ReadsEnumerations)
     std::string text = VVFrame;
     for (int index = 0; index < 40; ++index)
         text += Signal("S" + std::to_string(index));
-    ASSERT_TRUE(Read(text + "VAL_ 100 S0 1 \"old\" 2 \"two\" ;\nVAL_ 100 S0 0 \"off\" -1 \"\" 4294967295 \"big\";\n"
-                            "VAL_ 100 S39 7 \"seven\" ;\nVAL_ 100 S39 8 \"eight\" \"nine\" 9;\nVAL_ 100 S99 1 \"a\";\nVAL_ 1 S0 ;\n"));
+    ASSERT_TRUE(Read(
+        text + "VAL_ 100 S0 1 \"old\" 2 \"two\" ;\nVAL_ 100 S0 0 \"off\" -1 \"\" 4294967295 \"big\";\n"
+               "VAL_ 100 S39 7 \"seven\" ;\nVAL_ 100 S39 8 \"eight\" \"nine\" 9;\nVAL_ 100 S99 1 \"a\";\nVAL_ 1 S0 ;\n"));
     VDArrayWithSort<long> values;
     VDStringArray texts;
     Chan(0, 0)->GetEnumOptions(&values, &texts);
@@ -216,7 +220,8 @@ TEST_F(CanDatabaseTest, SplitsLinesIntoTokens)
 {
     // Quotes join what stands in front of them, blanks inside quotes stay, a tab separates nothing, and a quote that isn't
     // closed takes the rest of the line.
-    ASSERT_TRUE(Read("BO_ 1 Na\"me :;\":\"8\" \"\"\n" + Signal("A") + "\tBO_\t2 B: 8 C\nBO_ 3 C\t: 8 \"rest ;: \n" + Signal("B")));
+    ASSERT_TRUE(
+        Read("BO_ 1 Na\"me :;\":\"8\" \"\"\n" + Signal("A") + "\tBO_\t2 B: 8 C\nBO_ 3 C\t: 8 \"rest ;: \n" + Signal("B")));
     ASSERT_EQ(database_.GetFrameDefinitionCount(), 2);
     EXPECT_STREQ(database_.GetFrameDefinition(0)->GetFrameName(), "Name :;");
     EXPECT_STREQ(database_.GetFrameDefinition(1)->GetFrameName(), "C");

@@ -13,7 +13,8 @@ VDCanChanDefinition Chan(int startBit, int numBits, bool countsUpward, bool isSi
                          double offset = 0, const char* units = "", double maxval = 100)
 {
     VDCanChanDefinition chan;
-    chan.Init("Sig", 0, 0, 0, startBit, numBits, countsUpward, isSigned, factor, offset, 0, maxval, units, VDStringArray(), frameBytes);
+    chan.Init("Sig", 0, 0, 0, startBit, numBits, countsUpward, isSigned, factor, offset, 0, maxval, units, VDStringArray(),
+              frameBytes);
     return chan;
 }
 
@@ -98,7 +99,8 @@ TEST(CanDecodingTest, StaysInsideTheFrame)
     const std::vector<unsigned char> frame = {1, 2, 3, 4, 5, 6, 7, 8};
     EXPECT_EQ(Value(Chan(60, 16, true, false, 8), frame), 0);
     EXPECT_EQ(Value(Chan(64 + 8, 8, true, false, 8), frame), 2);
-    EXPECT_EQ(Value(Chan(56, 8, false, false, 8), frame), static_cast<std::int64_t>(0x0102030405060708u >> (57 & 63) & 0xFF));
+    EXPECT_EQ(Value(Chan(56, 8, false, false, 8), frame),
+              static_cast<std::int64_t>(0x0102030405060708u >> (57 & 63) & 0xFF));
     const std::vector<unsigned char> longFrame(12, 0xFF);
     EXPECT_EQ(Value(Chan(92, 8, true, false, 12), longFrame), 0x0F);
     EXPECT_EQ(Value(Chan(90, 8, false, false, 12), longFrame), 0xE0);
@@ -107,7 +109,8 @@ TEST(CanDecodingTest, StaysInsideTheFrame)
         for (const int bytes : {-1, 0, 3, 8, 12})
             for (const int bits : {INT32_MIN, 1, 63})
                 for (const bool upward : {true, false})
-                    Value(Chan(start, bits, upward, true, bytes), std::vector<unsigned char>(static_cast<std::size_t>(std::max(bytes, 1))));
+                    Value(Chan(start, bits, upward, true, bytes),
+                          std::vector<unsigned char>(static_cast<std::size_t>(std::max(bytes, 1))));
 }
 
 TEST(CanDecodingTest, TellsQuantitiesFromStates)

@@ -37,15 +37,16 @@ const std::string VVPacket = FamosKey("CP", "1,4,7,32,0,0,1,0");
 TEST_F(FamosFileTest, ReadsEveryKey)
 {
     const std::string tricky = "a,b;|CG,1";
-    ASSERT_TRUE(Open(
-        FamosStart() + FamosKey("NO", "1," + FamosText(tricky) + "," + FamosText("c")) + "\r\n junk " +
-        FamosKey("CB", "3," + FamosText("grp") + ",0,") + FamosKey("CT", "3," + FamosText("t") + "," + FamosText(tricky) + ",0,") +
-        FamosKey("XX", "|CF,1,2,3;|") + FamosKey("NU", "|CG,1,5,1,1,1") + FamosKey("CG", "2,4,1") +
-        FamosKey("CD", "0.5,1,1,s,7,1,2,-3.5,1", 2) + FamosKey("NT", "12,11,2012,17,41,12.5") + VVComponent +
-        FamosKey("CD", "1e3,1,2,Hz,0,0,0") + FamosKey("CP", "1,4,7,+5,fF,0x10, 1 ,0,more,fields") +
-        FamosKey("CR", "1,2*(1+0.5),A,1," + FamosText("bar")) + FamosKey("CN", "3,9,2," + FamosText(tricky) + "," + FamosText("note")) +
-        FamosKey("Cb", "2,3,1,2,3,4,5,6,0.5,1.5,xyz,1,2,3,4,5,6,0.25,+2.5,xyz") + VVComponent + VVPacket +
-        FamosKey("CN", "3,0,0," + FamosText("second") + ",0,") + FamosSamples(std::string("|CG,;\0|", 7))));
+    ASSERT_TRUE(Open(FamosStart() + FamosKey("NO", "1," + FamosText(tricky) + "," + FamosText("c")) + "\r\n junk " +
+                     FamosKey("CB", "3," + FamosText("grp") + ",0,") +
+                     FamosKey("CT", "3," + FamosText("t") + "," + FamosText(tricky) + ",0,") +
+                     FamosKey("XX", "|CF,1,2,3;|") + FamosKey("NU", "|CG,1,5,1,1,1") + FamosKey("CG", "2,4,1") +
+                     FamosKey("CD", "0.5,1,1,s,7,1,2,-3.5,1", 2) + FamosKey("NT", "12,11,2012,17,41,12.5") + VVComponent +
+                     FamosKey("CD", "1e3,1,2,Hz,0,0,0") + FamosKey("CP", "1,4,7,+5,fF,0x10, 1 ,0,more,fields") +
+                     FamosKey("CR", "1,2*(1+0.5),A,1," + FamosText("bar")) +
+                     FamosKey("CN", "3,9,2," + FamosText(tricky) + "," + FamosText("note")) +
+                     FamosKey("Cb", "2,3,1,2,3,4,5,6,0.5,1.5,xyz,1,2,3,4,5,6,0.25,+2.5,xyz") + VVComponent + VVPacket +
+                     FamosKey("CN", "3,0,0," + FamosText("second") + ",0,") + FamosSamples(std::string("|CG,;\0|", 7))));
 
     const VDFamosHeader& header = famos_.GetHeader();
     EXPECT_STREQ(header.idKeyName, "CF");
@@ -176,7 +177,8 @@ TEST_F(FamosFileTest, ChecksNameAndExtension)
 TEST_F(FamosFileTest, SurvivesEveryCut)
 {
     const std::string whole = FamosStart() + FamosKey("NO", "1,3,abc,0,") + FamosGroup(7, "first") +
-                              FamosKey("Cb", "1,0,1,2,3,4,5,6,1,1,") + FamosSamples(std::string(600, 'x')) + FamosGroup(7, "second");
+                              FamosKey("Cb", "1,0,1,2,3,4,5,6,1,1,") + FamosSamples(std::string(600, 'x')) +
+                              FamosGroup(7, "second");
     int accepted = 0;
     for (std::size_t size = 0; size <= whole.size(); ++size)
         accepted += Open(whole.substr(0, size)) ? 1 : 0;

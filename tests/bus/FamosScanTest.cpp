@@ -26,7 +26,7 @@ protected:
     {
         std::vector<std::string> titles;
         for (const auto& chan : famos_.GetTimeStampChans())
-            titles.push_back(chan->title.Str());
+            titles.push_back(chan.GetTitle().Str());
         return titles;
     }
     // Id and count of each frame type: "100*2 200*1".
@@ -48,7 +48,8 @@ protected:
 
 TEST_F(FamosScanTest, ListsBytesWithoutDatabase)
 {
-    ASSERT_TRUE(Open(FamosBlocks({FamosRecord(200, "ab"), FamosRecord(100, std::string(11, 'x'), 5, 3), FamosRecord(200, "abcd")})));
+    ASSERT_TRUE(
+        Open(FamosBlocks({FamosRecord(200, "ab"), FamosRecord(100, std::string(11, 'x'), 5, 3), FamosRecord(200, "abcd")})));
     EXPECT_TRUE(famos_.IsTimeStamped());
     EXPECT_EQ(Types(), "100*1 200*2");
     EXPECT_EQ(famos_.GetFrameTypes().GetFrameType(1)->numBytes, 2);
@@ -57,7 +58,7 @@ TEST_F(FamosScanTest, ListsBytesWithoutDatabase)
         expected.push_back("FrameId 100 Byte " + std::to_string(byte));
     expected.insert(expected.end(), {"FrameId 200 Byte 1", "FrameId 200 Byte 2"});
     EXPECT_EQ(Titles(), expected);
-    EXPECT_EQ(famos_.GetTimeStampChans()[10]->byteIndex, 10);
+    EXPECT_EQ(famos_.GetTimeStampChans()[10].byteIndex, 10);
     unsigned long count = 0;
     EXPECT_TRUE(famos_.GetChannelCount(&count));
     EXPECT_EQ(count, 13u);
@@ -130,7 +131,8 @@ TEST_F(FamosScanTest, RefusesDamagedRecords)
     }
     VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Famos/FastFrameIdLookup", true);
     VDFamosUtil fast;
-    const std::string name = folder_.Write("c.dat", FamosStampedStart() + FamosSamples(FamosBlocks({FamosRecord(10001, "a")})));
+    const std::string name =
+        folder_.Write("c.dat", FamosStampedStart() + FamosSamples(FamosBlocks({FamosRecord(10001, "a")})));
     EXPECT_FALSE(fast.Open(VDString(name), ""));
     EXPECT_TRUE(VFErrorCheck(-334410));
 }
@@ -140,9 +142,9 @@ TEST_F(FamosScanTest, ListsSignalsOfTheDatabase)
     const std::string samples = FamosBlocks({FamosRecord(100, "abcd"), FamosRecord(7, "ab")});
     ASSERT_TRUE(Open(samples, VVDatabase));
     EXPECT_EQ(Titles(), (std::vector<std::string>{"alpha9", "Alpha10", "Zeta"}));
-    EXPECT_STREQ(famos_.GetTimeStampChans()[2]->units, "V");
-    EXPECT_EQ(famos_.GetTimeStampChans()[2]->frame->GetFrameId(), 100u);
-    EXPECT_EQ(famos_.GetTimeStampChans()[2]->frameType->frameId, 100u);
+    EXPECT_STREQ(famos_.GetTimeStampChans()[2].GetUnits(), "V");
+    EXPECT_EQ(famos_.GetTimeStampChans()[2].frame->GetFrameId(), 100u);
+    EXPECT_EQ(famos_.GetTimeStampChans()[2].frameType->frameId, 100u);
 
     ASSERT_TRUE(Open(FamosBlocks({FamosRecord(7, "ab")}), VVDatabase));
     EXPECT_TRUE(Titles().empty());
@@ -155,7 +157,8 @@ TEST_F(FamosScanTest, ListsSignalsOfTheDatabase)
     const std::string shortFrame = FamosBlocks({FamosRecord(100, "abc")});
     EXPECT_FALSE(Open(shortFrame, VVDatabase));
     EXPECT_EQ(VFErrorGetReports(VFGetBaseLibError())[0].text.Str(),
-              "The frame length defined in the DBC file for frame Id: 100 is 4 bytes, but the number of bytes available for this frame "
+              "The frame length defined in the DBC file for frame Id: 100 is 4 bytes, but the number of bytes available for "
+              "this frame "
               "in the raw data is only 3 bytes. ");
     VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Famos/IgnoreShortFrames", true);
     EXPECT_TRUE(Open(shortFrame, VVDatabase));
@@ -164,7 +167,8 @@ TEST_F(FamosScanTest, ListsSignalsOfTheDatabase)
 
 TEST_F(FamosScanTest, CountsSwitchValuesWhileReading)
 {
-    ASSERT_TRUE(Open(FamosBlocks({FamosRecord(100, "\x01"), FamosRecord(100, "\x02"), FamosRecord(100, "\x01"), FamosRecord(7, "x")})));
+    ASSERT_TRUE(Open(
+        FamosBlocks({FamosRecord(100, "\x01"), FamosRecord(100, "\x02"), FamosRecord(100, "\x01"), FamosRecord(7, "x")})));
     VDIo file(folder_.Name("a.dat").c_str());
     ASSERT_TRUE(file.Open(VTOpenRead));
     VDCanChanDefinition chan;
@@ -191,7 +195,8 @@ TEST_F(FamosScanTest, DumpsTheScan)
 {
     std::filesystem::current_path(folder_.Path());
     VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Famos/DumpFileScan", true);
-    ASSERT_TRUE(Open(FamosBlocks({FamosRecord(200, "ab", 0x123456789ABC), FamosRecord(0x80000064, "abcdefgh", 7), FamosRecord(200, "ab")})));
+    ASSERT_TRUE(Open(FamosBlocks(
+        {FamosRecord(200, "ab", 0x123456789ABC), FamosRecord(0x80000064, "abcdefgh", 7), FamosRecord(200, "ab")})));
     EXPECT_EQ(TestReadFile(folder_.Name("framedump.csv")),
               "TimeStamp,Length,FrameID\n20015998343868,14,200\n7,20,2147483748\n0,14,200\n\n\n"
               "Total frames in file : 3\nNumber of frame types: 2\n\nFrame Id,NumBytes,Count\n200,2,2\n-2147483548,8,1\n");

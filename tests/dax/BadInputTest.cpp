@@ -89,6 +89,11 @@ TEST_F(DaxBadInput, PluginsThatCannotBeUsed)
     const DaxResult works = dax_.Run({"info", good_});
     EXPECT_EQ(works.status, 0);
     EXPECT_NE(works.err.find("dax: warning -328682: "), std::string::npos) << works.err;
+    // Who asks for the plug-ins themselves gets those that work, and the failure.
+    const DaxResult types = dax_.Run({"types"});
+    EXPECT_EQ(types.status, 1);
+    EXPECT_NE(types.out.find("WAV"), std::string::npos);
+    EXPECT_NE(types.err.find("dax: error -328682: "), std::string::npos) << types.err;
 
     TestWriteFile(TestHomeFolder(), "plugins.toml", StandIn::Manifests());
     const std::string throwing = folder_.Write("throwing.sta", "STAND throw=1");

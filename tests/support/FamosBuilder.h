@@ -31,7 +31,8 @@ inline std::string FamosStart()
 inline std::string FamosGroup(int numberFormat, std::string_view channel)
 {
     return FamosKey("CG", "1,1,1") + FamosKey("CC", "1,1") +
-           FamosKey("CP", "1,4," + std::to_string(numberFormat) + ",32,0,0,1,0") + FamosKey("CN", "0,0,0," + FamosText(channel) + ",0,");
+           FamosKey("CP", "1,4," + std::to_string(numberFormat) + ",32,0,0,1,0") +
+           FamosKey("CN", "0,0,0," + FamosText(channel) + ",0,");
 }
 
 /// The header of a recording of time-stamped frames.

@@ -16,8 +16,8 @@ struct VDCanLogFrame
     std::array<unsigned char, MaxBytes> data{};
 };
 
-/// Reads a line such as "(1436509052.249713) can0 044#2A366C2BBA". An id of eight hexadecimal digits is an extended one, "##"
-/// and a digit of flags mark a CAN FD frame, and dots may stand between bytes. What follows the frame is passed over.
+/// Reads a line such as "(1436509052.249713) can0 044#2A366C2BBA". An id of eight hexadecimal digits is an extended one,
+/// "##" and a digit of flags mark a CAN FD frame, and dots may stand between bytes. What follows the frame is passed over.
 /// @return false for anything else, error frames included
 bool VFReadCanLogLine(std::string_view line, VDCanLogFrame* frame);
 

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 namespace {
 
@@ -147,42 +148,49 @@ void VDCanLogDecoder::WriteValue(const VDCanFrame& frame, const SignalText& text
 
 std::string VDCanLogDecoder::GetCoverage() const
 {
+    std::ostringstream text;
     std::int64_t unknownFrames = unknownOthers_;
     for (const auto& [id, count] : unknown_)
         unknownFrames += count;
-    std::string text = "Frames matched: " + std::to_string(matched_) + "\n";
-    text += "Frames with unknown ids: " + std::to_string(unknownFrames) + "\n";
+    text << "Frames matched: " << matched_ << "\nFrames with unknown ids: " << unknownFrames << '\n';
     for (const auto& [id, count] : unknown_)
-        text += "  " + IdText(id) + ": " + std::to_string(count) + "\n";
+        text << "  " << IdText(id) << ": " << count << '\n';
     if (unknownOthers_ > 0)
-        text += "  others: " + std::to_string(unknownOthers_) + "\n";
-    text += "Frames too short: " + std::to_string(tooShort_) + "\n";
-    std::string unseen;
+        text << "  others: " << unknownOthers_ << '\n';
+
+    std::ostringstream unseen;
     std::int64_t undecodable = 0;
+    text << "Frames too short: " << tooShort_ << '\n';
     for (std::size_t index = 0; index < states_.size(); ++index) {
         const VDCanFrame& frame = database_.GetFrames()[index];
-        const FrameState& state = states_[index];
-        const std::string label = "  " + IdText(frame.definition->GetFrameId()) + " " + frame.definition->GetFrameName().Str() + ":";
-        if (state.tooShort > 0)
-            text += label + " " + std::to_string(state.tooShort) + "\n";
-        std::set<int> missing;
-        for (const VDCanChanDefinition* signal : frame.signals) {
+        const std::string label =
+            "  " + IdText(frame.definition->GetFrameId()) + " " + frame.definition->GetFrameName().Str();
+        if (states_[index].tooShort > 0)
+            text << label << ": " << states_[index].tooShort << '\n';
+        const std::string missing = GetMissingSwitchValues(frame, states_[index]);
+        if (!missing.empty())
+            unseen << '\n' << label << ':' << missing;
+        for (const VDCanChanDefinition* signal : frame.signals)
             undecodable += VDCanDatabase::IsDecodable(*signal) ? 0 : 1;
-            if (state.matched > 0 && signal->IsMultiplexed() && !state.seenSwitchValues.contains(signal->GetMultiplexId()))
-                missing.insert(signal->GetMultiplexId());
-        }
-        if (missing.empty())
-            continue;
-        unseen += label;
-        for (const int id : missing)
-            unseen += " " + std::to_string(id);
-        unseen += "\n";
     }
-    text += "Multiplexer values never seen:" + (unseen.empty() ? " none\n" : "\n" + unseen);
-    text += "Lines that are no frame: " + std::to_string(noFrame_) + "\n";
+    text << "Multiplexer values never seen:" << (unseen.str().empty() ? " none" : unseen.str()) << '\n';
+    text << "Lines that are no frame: " << noFrame_ << '\n';
     if (remote_ > 0)
-        text += "Remote frames: " + std::to_string(remote_) + "\n";
+        text << "Remote frames: " << remote_ << '\n';
     if (undecodable > 0)
-        text += "Signals of 64 bits or more, left out: " + std::to_string(undecodable) + "\n";
+        text << "Signals of 64 bits or more, left out: " << undecodable << '\n';
+    return text.str();
+}
+
+// Of frames that weren't there at all, nothing is said.
+std::string VDCanLogDecoder::GetMissingSwitchValues(const VDCanFrame& frame, const FrameState& state)
+{
+    std::set<int> missing;
+    for (const VDCanChanDefinition* signal : frame.signals)
+        if (state.matched > 0 && signal->IsMultiplexed() && !state.seenSwitchValues.contains(signal->GetMultiplexId()))
+            missing.insert(signal->GetMultiplexId());
+    std::string text;
+    for (const int value : missing)
+        text += ' ' + std::to_string(value);
     return text;
 }

@@ -38,6 +38,7 @@ private:
     std::string Quoted(const VDString& text) const;
     SignalText MakeText(const VDCanFrame& frame, const VDCanChanDefinition& signal) const;
     void WriteValue(const VDCanFrame& frame, const SignalText& text, const VDCanValue& value);
+    static std::string GetMissingSwitchValues(const VDCanFrame& frame, const FrameState& state);
     void NoteSwitch(const VDCanFrame& frame, FrameState& state, const unsigned char* data);
 
     const VDCanDatabase& database_;

@@ -27,6 +27,8 @@ public:
 
     /// Failures that didn't end the subcommand: they are printed behind its result, and the exit status is 1.
     std::vector<VDErrorReport> errors;
+    /// The plug-ins are what was asked for, so that one that didn't load is a failure, not only worth a warning.
+    bool pluginsAsked = false;
     /// The subcommand has written its JSON document itself, errors included.
     bool documentWritten = false;
 

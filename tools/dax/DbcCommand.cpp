@@ -134,12 +134,14 @@ VDJson VDDbcCommand::Show(VDCommandContext& context, const VDCanDatabase& databa
             heading += ", period " + VFNumberText(definition.GetSamplePeriod());
         context.Out().Write(VFPrintable(heading) + "\n");
         VDTextTable table("lrrllrrrrlll");
-        table.Add({"SIGNAL", "START", "BITS", "ORDER", "SIGN", "FACTOR", "OFFSET", "MIN", "MAX", "UNITS", "MUX", "DESCRIPTION"});
+        table.Add(
+            {"SIGNAL", "START", "BITS", "ORDER", "SIGN", "FACTOR", "OFFSET", "MIN", "MAX", "UNITS", "MUX", "DESCRIPTION"});
         for (const VDCanChanDefinition* signal : frame.signals)
             table.Add({Text(signal->GetTitle()), std::to_string(signal->GetStartBit()), std::to_string(signal->GetNumBits()),
-                       signal->GetBigEndian() ? "1" : "0", signal->GetIsSigned() ? "-" : "+", VFNumberText(signal->GetFactor()),
-                       VFNumberText(signal->GetOffset()), VFNumberText(signal->GetMinval()), VFNumberText(signal->GetMaxval()),
-                       Text(signal->GetUnits()), MultiplexText(*signal), Text(signal->GetDescription())});
+                       signal->GetBigEndian() ? "1" : "0", signal->GetIsSigned() ? "-" : "+",
+                       VFNumberText(signal->GetFactor()), VFNumberText(signal->GetOffset()),
+                       VFNumberText(signal->GetMinval()), VFNumberText(signal->GetMaxval()), Text(signal->GetUnits()),
+                       MultiplexText(*signal), Text(signal->GetDescription())});
         table.Print(context.Out(), 2);
         context.Out().Write("\n");
     }
@@ -187,10 +189,12 @@ VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& d
                         {"physical", physical},
                         {"units", Text(signal.GetUnits())},
                         {"text", Text(text)}});
-        table.Add({Text(signal.GetTitle()), VFNumberText(value.raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
+        table.Add(
+            {Text(signal.GetTitle()), VFNumberText(value.raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
     }
     if (context.IsJson())
-        return {{"id", frame->definition->GetFrameId()}, {"frame", Text(frame->definition->GetFrameName())}, {"signals", list}};
+        return {
+            {"id", frame->definition->GetFrameId()}, {"frame", Text(frame->definition->GetFrameName())}, {"signals", list}};
     table.Print(context.Out());
     return {};
 }

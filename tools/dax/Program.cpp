@@ -71,7 +71,7 @@ int VFRunCommand(VDCommand& command, bool json, VDTextSink& out)
     // A plug-in that didn't load may be why a file wasn't recognised; where all went well, it is still worth a word.
     if (const VDRegistry* registry = context.GetRegistry()) {
         const std::vector<VDErrorReport>& problems = registry->GetLoadProblems();
-        if (context.errors.empty())
+        if (context.errors.empty() && !context.pluginsAsked)
             VFPrintReports(problems, "warning");
         else
             context.errors.insert(context.errors.end(), problems.begin(), problems.end());

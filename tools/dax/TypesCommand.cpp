@@ -9,6 +9,7 @@ CLI::App* VDTypesCommand::Register(CLI::App& program)
 
 VDJson VDTypesCommand::Run(VDCommandContext& context)
 {
+    context.pluginsAsked = true;
     const std::vector<VDFileType> types = context.Registry().GetFileTypes();
     if (context.IsJson()) {
         VDJson list = VDJson::array();

@@ -29,7 +29,7 @@ Json Buffers(const VDFamosHeader& header)
 
 }  // namespace
 
-bool FamosInspect(const std::string& filename, const std::string& database, Json* document)
+bool VFInspectFamos(const std::string& filename, const std::string& database, Json* document)
 {
     VDFamosUtil famos;
     unsigned long count = 0;
@@ -61,11 +61,11 @@ bool FamosInspect(const std::string& filename, const std::string& database, Json
     }
     Json& titles = out["timeStampChannels"] = Json::array();
     for (const auto& chan : famos.GetTimeStampChans())
-        titles.push_back(VFTextAsUtf8(chan->title).Str());
+        titles.push_back(VFTextAsUtf8(chan.GetTitle()).Str());
     return true;
 }
 
-std::string FamosInspectText(const Json& document)
+std::string VFFamosInspectText(const Json& document)
 {
     std::ostringstream text;
     for (const auto& [key, value] : document.items()) {

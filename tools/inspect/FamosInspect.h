@@ -6,7 +6,7 @@
 
 /// What `VDFamosUtil` finds in a file.
 /// @return false, with the reports recorded, if the file can't be read
-bool FamosInspect(const std::string& filename, const std::string& database, nlohmann::ordered_json* document);
+bool VFInspectFamos(const std::string& filename, const std::string& database, nlohmann::ordered_json* document);
 
 /// The same as text for people.
-std::string FamosInspectText(const nlohmann::ordered_json& document);
+std::string VFFamosInspectText(const nlohmann::ordered_json& document);

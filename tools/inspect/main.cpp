@@ -21,7 +21,8 @@ int PrintErrors(bool json)
     for (const VDErrorReport& report : VFErrorGetReports(VFGetBaseLibError())) {
         errors.push_back({{"code", report.code}, {"text", report.text.Str()}, {"routine", report.routine.Str()}});
         if (!json)
-            std::fprintf(stderr, "dax-inspect: error %d: %s (%s)\n", report.code, report.text.c_str(), report.routine.c_str());
+            std::fprintf(stderr, "dax-inspect: error %d: %s (%s)\n", report.code, report.text.c_str(),
+                         report.routine.c_str());
     }
     if (json)
         Print(Json{{"errors", errors}}.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
@@ -34,7 +35,8 @@ int main(int argc, char** argv)
 {
     CLI::App program("Shows internals of daxlib to its developers.", "dax-inspect");
     program.require_subcommand(1);
-    CLI::App& famos = *program.add_subcommand("famos", "Show what a Famos file declares, and the frames of a time-stamped one");
+    CLI::App& famos =
+        *program.add_subcommand("famos", "Show what a Famos file declares, and the frames of a time-stamped one");
     std::string filename;
     std::string database;
     bool json = false;
@@ -48,8 +50,8 @@ int main(int argc, char** argv)
     }
 
     Json document;
-    if (!FamosInspect(filename, database, &document))
+    if (!VFInspectFamos(filename, database, &document))
         return PrintErrors(json);
-    Print(json ? document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n" : FamosInspectText(document));
+    Print(json ? document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n" : VFFamosInspectText(document));
     return 0;
 }

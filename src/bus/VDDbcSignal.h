@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// What a `SG_` line says.
-struct DbcSignal
+struct VDDbcSignal
 {
     std::string_view title;
     bool isSwitch = false;
@@ -24,4 +24,4 @@ struct DbcSignal
 };
 
 /// Reads a `SG_` line. Gives 0 or the code of the failure.
-int DbcReadSignal(std::string_view line, DbcSignal* signal);
+int VFReadDbcSignal(std::string_view line, VDDbcSignal* signal);

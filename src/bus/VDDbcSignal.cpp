@@ -1,4 +1,4 @@
-#include "DbcSignal.h"
+#include "VDDbcSignal.h"
 
 #include "DaxErrorCodes.h"
 #include "DbcText.h"
@@ -6,27 +6,27 @@
 namespace {
 
 // What closes the fields.
-constexpr DbcByteSet VVBar("|");
-constexpr DbcByteSet VVAt("@");
-constexpr DbcByteSet VVSigns("-+");
-constexpr DbcByteSet VVOpen("(");
-constexpr DbcByteSet VVComma(",");
-constexpr DbcByteSet VVClose(")");
-constexpr DbcByteSet VVOpenSquare("[");
-constexpr DbcByteSet VVCloseSquare("]");
-constexpr DbcByteSet VVQuote("\"");
+constexpr VDByteSet VVBar("|");
+constexpr VDByteSet VVAt("@");
+constexpr VDByteSet VVSigns("-+");
+constexpr VDByteSet VVOpen("(");
+constexpr VDByteSet VVComma(",");
+constexpr VDByteSet VVClose(")");
+constexpr VDByteSet VVOpenSquare("[");
+constexpr VDByteSet VVCloseSquare("]");
+constexpr VDByteSet VVQuote("\"");
 
 // "title", "title M" or "title m3". What else follows the title is passed over.
-int ReadTitle(std::string_view text, DbcSignal* signal)
+int ReadTitle(std::string_view text, VDDbcSignal* signal)
 {
     const std::size_t blank = text.find(' ');
     signal->title = text.substr(0, blank);
     if (blank == std::string_view::npos)
         return 0;
-    const VDString mark = DbcSqueeze(text.substr(blank + 1));
+    const VDString mark = VFDbcSqueeze(text.substr(blank + 1));
     signal->isSwitch = mark == "M";
     signal->isMultiplexed = mark[0] == 'm';
-    if (signal->isMultiplexed && !DbcNumber(mark.View().substr(1), &signal->multiplexId))
+    if (signal->isMultiplexed && !VFDbcNumber(mark.View().substr(1), &signal->multiplexId))
         return DaxError::DbcMultiplexId;
     return 0;
 }
@@ -42,7 +42,7 @@ public:
     std::string_view GetRest() const { return rest_; }
 
     // The text in front of the mark; empty after a failure.
-    std::string_view Text(const DbcByteSet& marks)
+    std::string_view Text(const VDByteSet& marks)
     {
         if (Failed())
             return {};
@@ -58,16 +58,16 @@ public:
     }
 
     template <class Number>
-    void Value(const DbcByteSet& marks, int code, Number* value)
+    void Value(const VDByteSet& marks, int code, Number* value)
     {
         const std::string_view text = Text(marks);
-        if (!Failed() && !DbcNumber(text, value))
+        if (!Failed() && !VFDbcNumber(text, value))
             code_ = code;
     }
 
-    void ByteOrder(DbcSignal* signal)
+    void ByteOrder(VDDbcSignal* signal)
     {
-        const VDString digit = DbcSqueeze(Text(VVSigns));
+        const VDString digit = VFDbcSqueeze(Text(VVSigns));
         signal->bigEndian = digit == "1";
         signal->isSigned = mark_ == '-';
         if (!Failed() && !signal->bigEndian && digit != "0")
@@ -82,14 +82,14 @@ private:
 
 }  // namespace
 
-int DbcReadSignal(std::string_view line, DbcSignal* signal)
+int VFReadDbcSignal(std::string_view line, VDDbcSignal* signal)
 {
     constexpr std::size_t wordLength = 3;  // of "SG_"
     const std::size_t colon = line.find(':');
     if (colon == std::string_view::npos)
         return DaxError::DbcSignalColon;
     const std::string_view left = line.substr(0, colon);
-    if (const int code = ReadTitle(DbcTrim(left.substr(std::min(wordLength, left.size()))), signal); code != 0)
+    if (const int code = ReadTitle(VFDbcTrim(left.substr(std::min(wordLength, left.size()))), signal); code != 0)
         return code;
 
     FieldReader fields(line.substr(colon + 1));
@@ -103,7 +103,7 @@ int DbcReadSignal(std::string_view line, DbcSignal* signal)
     fields.Value(VVBar, DaxError::DbcMinimum, &signal->minval);
     fields.Value(VVCloseSquare, DaxError::DbcMaximum, &signal->maxval);
     fields.Text(VVQuote);
-    signal->units = DbcSqueeze(fields.Text(VVQuote));
+    signal->units = VFDbcSqueeze(fields.Text(VVQuote));
     signal->receivers = fields.GetRest();
     return fields.GetCode();
 }
