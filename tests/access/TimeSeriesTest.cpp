@@ -190,7 +190,7 @@ TEST_F(TimeSeriesTest, RefusesWhatTheFormatOrTheModeDoesNotAllow)
         ExpectError(-327990, "", "VDTsAcc::SetNumPoints");
         EXPECT_TRUE(TSAccSetNumPoints(acc.Get(), 0, 10));
     }
-    const VDTsAccHandle acc = OpenTest(Write("points=2000000000 caps=2,4"), VTTsAccOpenUpdate);
+    const VDTsAccHandle acc = OpenTest(Write("points=2000000000 caps=2,4 discard=1"), VTTsAccOpenUpdate);
     EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 2'000'000'000, 1, &value));
     EXPECT_FALSE(TSAccPutData(acc.Get(), 0, 2'000'000'001, 1, &value));
     ExpectError(-328006, "Attempt to write a file greater than 2000 million points", "VDTsAcc::PutData");

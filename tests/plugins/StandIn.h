@@ -58,6 +58,7 @@
 ///                                       GetValue, PutValue and GetCapability
 ///     tsthrow=...  tsthrowint=...       the same for a standard exception, an int
 ///     log=1                             calls are recorded, see `StandTSTakeLog`
+///     discard=1                         values that are written are dropped; their points count
 ///     overlap=MILLISECONDS              GetData waits this long for a second call to be under way at the same time
 namespace StandIn {
 

@@ -70,6 +70,8 @@ public:
             return 0;
         std::int64_t& points = test_.channels[static_cast<std::size_t>(channel)].points;
         points = std::max(points, first + count - 1);
+        if (script_.Has("discard"))
+            return 1;
         std::memcpy(Values<T>(channel).data() + first - 1, values, static_cast<std::size_t>(count) * sizeof(T));
         return 1;
     }
