@@ -1,28 +1,12 @@
 #include "vdarchive/Z4Property.h"
 
-#include "vdarchive/Z4ValueProperty.h"
-
-namespace {
-
-/// Makes the property whose type is the given one out of a list of types.
-template <Z4PropertyType... Types>
-std::unique_ptr<Z4Property> CreateOneOf(Z4PropertyType type, const char* name)
-{
-    std::unique_ptr<Z4Property> property;
-    const auto make = [&]<Z4PropertyType Type>() {
-        if (type == Type)
-            property = std::make_unique<Z4ValueProperty<Type>>(name);
-    };
-    (make.template operator()<Types>(), ...);
-    return property;
-}
-
-}  // namespace
+#include "PropertyTypes.h"
 
 std::unique_ptr<Z4Property> Z4Property::Create(Z4PropertyType type, const char* name)
 {
-    return CreateOneOf<Z4TypeBoolean, Z4TypeUnsChar, Z4TypeUnsShort, Z4TypeShort, Z4TypeUnsLong, Z4TypeLong, Z4TypeUnsHuge,
-                       Z4TypeHuge, Z4TypeFloat, Z4TypeDouble, Z4TypeString, Z4TypeText, Z4TypeDoubleList>(type, name);
+    std::unique_ptr<Z4Property> property;
+    AllPropertyTypes::With(type, [&]<Z4PropertyType Type>() { property = std::make_unique<Z4ValueProperty<Type>>(name); });
+    return property;
 }
 
 Z4Property::Z4Property(Z4PropertyType type, const char* name, bool defined) : name_(name), type_(type), defined_(defined) {}

@@ -1,0 +1,159 @@
+// Opens, reads, checks and goes on writing a storage file. The input is the file from its commit slot on: a byte that
+// chooses, the 32 bytes of the slot that say where directory and end are, and the body. Unless the choice says otherwise all
+// checksums are made to fit, from the leaves to the slot, so that what they protect is reached.
+
+#include "FuzzFile.h"
+
+#include "vdarchive/Z4Bytes.h"
+#include "vdbase/VDHeader.h"
+#include "vdbase/VFChecksum.h"
+#include "vdstore/LQDataManager.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t Body = 12288;
+constexpr std::size_t Slot = 8192;
+constexpr std::size_t SlotFields = 32;
+
+/// Makes the checksums of a file fit as far as what they are over can be found.
+class Sealer
+{
+public:
+    explicit Sealer(std::string& file) : file_(file) {}
+
+    void Run()
+    {
+        SealDirectory(Slot + 16);
+        PutSum(Slot + 120, Slot, 120);
+    }
+
+private:
+    std::uint64_t Number(std::size_t at, std::size_t count) const
+    {
+        std::uint64_t value = 0;
+        for (std::size_t i = 0; i < count && at + i < file_.size(); ++i)
+            value |= std::uint64_t(static_cast<unsigned char>(file_[at + i])) << (8 * i);
+        return value;
+    }
+    void PutSum(std::size_t at, std::size_t from, std::size_t count)
+    {
+        Z4ByteWriter sum;
+        sum.Put(VFChecksum(file_.data() + from, static_cast<std::int64_t>(count)));
+        file_.replace(at, std::min<std::size_t>(8, file_.size() - at), sum.Bytes().substr(0, file_.size() - at));
+    }
+    bool IsInside(std::uint64_t from, std::uint64_t count) const
+    {
+        return from <= file_.size() && count <= file_.size() - from && ++steps_ < 10'000;
+    }
+    /// Seals what a ref leads to, and then the ref.
+    template <class Call>
+    void SealRef(std::size_t ref, Call inner)
+    {
+        const std::uint64_t from = Number(ref, 8);
+        const std::uint64_t size = Number(ref + 8, 8);
+        if (!IsInside(ref, 24) || !IsInside(from, size))
+            return;
+        inner(static_cast<std::size_t>(from), static_cast<std::size_t>(from + size));
+        PutSum(ref + 16, static_cast<std::size_t>(from), static_cast<std::size_t>(size));
+    }
+    void SealDirectory(std::size_t ref)
+    {
+        SealRef(ref, [this](std::size_t at, std::size_t end) {
+            std::uint64_t count = Number(at + 4, 4);
+            for (at += 8; at < end && count > 0; --count) {
+                at += 4 + static_cast<std::size_t>(Number(at, 4)) + 4;
+                SealRef(at, [](std::size_t, std::size_t) {});
+                SealRef(at + 24, [this](std::size_t from, std::size_t to) { SealTable(from, to); });
+                at += 48;
+            }
+        });
+    }
+    void SealTable(std::size_t at, std::size_t end)
+    {
+        std::uint64_t streams = Number(at, 4);
+        for (at += 4; at < end && streams > 0; --streams) {
+            std::uint64_t blocks = Number(at + 12, 4);
+            for (at += 16; at < end && blocks > 0; --blocks, at += 24) {
+                const std::uint64_t size = Number(at + 4, 4);
+                const std::uint64_t from = Number(at + 8, 8);
+                if (IsInside(from, size) && IsInside(at, 24))
+                    PutSum(at + 16, static_cast<std::size_t>(from), static_cast<std::size_t>(size));
+            }
+        }
+    }
+
+    std::string& file_;
+    mutable int steps_ = 0;
+};
+
+std::string MakeFile(std::string_view input)
+{
+    std::string file(Body, '\0');
+    VDHeader(154, 11, VDHeader::Size).GetHeader(file.data());
+    Z4ByteWriter start;
+    for (const char byte : std::string_view("Z4COMMIT"))
+        start.Put(static_cast<std::uint8_t>(byte));
+    start.Put(std::uint64_t(1));
+    file.replace(Slot, 16, start.Bytes());
+    file.replace(Slot + 16, SlotFields, input.substr(1, SlotFields));
+    file += input.substr(1 + SlotFields);
+    if ((input[0] & 1) == 0)
+        Sealer(file).Run();
+    return file;
+}
+
+void ReadPieces(LQTimeSeries& series)
+{
+    constexpr std::int64_t Points = 20'000;
+    std::vector<float> floats(Points);
+    std::vector<double> doubles(Points);
+    for (int channel = 0; channel < std::min(series.GetChannelCount(), 50); ++channel) {
+        const std::int64_t count = series.GetElementCount(channel);
+        for (const std::int64_t first : {std::int64_t(0), count / 2, count - 7}) {
+            series.GetData(first, Points, nullptr, floats.data(), channel);
+            series.GetDataDoublePrecision(first, Points, nullptr, doubles.data(), channel);
+        }
+    }
+    series.RefreshMetadata(false, LQObject::ALL_CHANNELS);
+}
+
+void Use(const char* filename, bool writable)
+{
+    LQDataManager& manager = *LQGetDataManager();
+    Z4File* const file = manager.GetFileManager()->OpenFile(filename, writable);
+    if (file == nullptr)
+        return;
+    if (LQTimeSeries* const series = manager.OpenTimeSeries(file->GetRoot(), "TimeSeries")) {
+        ReadPieces(*series);
+        const float value = 1;
+        if (writable && series->SetData(10'000, 1, &value, 0))
+            series->AdjustElementCount(20, 0);
+        manager.Close(series, writable);
+    }
+    if (LQMetaDataHost* const host = manager.AdoptMetaDataHost(file->GetRoot(), "MetaData", nullptr))
+        manager.Close(host, writable);
+    manager.GetFileManager()->CloseFile(file, writable);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static FuzzFile file(".z4t");
+    if (size < 1 + SlotFields)
+        return 0;
+    const char* const filename = file.Write(MakeFile(FuzzText(data, size)));
+    VDStringArray findings;
+    const bool isSound = LQGetDataManager()->GetFileManager()->CheckFile(filename, &findings);
+    Use(filename, false);
+    if ((data[0] & 2) == 0)
+        return 0;
+    Use(filename, true);
+    // A sound file is sound after more was written to it.
+    if (isSound && !LQGetDataManager()->GetFileManager()->CheckFile(filename, &findings))
+        std::abort();
+    return 0;
+}

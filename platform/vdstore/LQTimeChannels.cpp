@@ -1,0 +1,242 @@
+#include "vdstore/LQTimeChannels.h"
+
+#include "vdarchive/Z4Size.h"
+#include "vdstore/VDStoreErrorCodes.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace {
+
+constexpr std::size_t SmallestChannelBytes = 93;
+constexpr int KnownStats = 1;
+
+int PointSize(std::int32_t type)
+{
+    switch (type) {
+    case Z4TypeFloat:
+    case LQTypeDigital32:
+        return 4;
+    case Z4TypeDouble:
+    case LQTypeDigital64:
+        return 8;
+    default:
+        return 0;
+    }
+}
+
+void Swap(std::uint32_t& bits)
+{
+    bits = __builtin_bswap32(bits);
+}
+
+void Swap(std::uint64_t& bits)
+{
+    bits = __builtin_bswap64(bits);
+}
+
+/// Turns points of the other byte order.
+template <class T>
+void SwapPoints(T* values, std::int64_t count)
+{
+    using Bits = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
+    for (std::int64_t i = 0; i < count; ++i) {
+        auto bits = std::bit_cast<Bits>(values[i]);
+        Swap(bits);
+        values[i] = std::bit_cast<T>(bits);
+    }
+}
+
+}  // namespace
+
+LQTimeChannels::LQTimeChannels() : recordSize_(Z4Size::Record32K) {}
+
+LQTimeChannels::~LQTimeChannels() = default;
+
+const LQTimeChannels::Channel* LQTimeChannels::GetChannel(int channel) const
+{
+    return CheckChannel(channel) ? &channels_[static_cast<std::size_t>(channel)] : nullptr;
+}
+
+LQTimeChannels::Channel* LQTimeChannels::GetChannel(int channel)
+{
+    return CheckChannel(channel) ? &channels_[static_cast<std::size_t>(channel)] : nullptr;
+}
+
+bool LQTimeChannels::AdjustChannelCount(int count)
+{
+    while (count >= 0 && GetChannelCount() > count)
+        if (!RemoveChannel(GetChannelCount() - 1))
+            return false;
+    const auto floats =
+        std::count_if(channels_.begin(), channels_.end(), [](const Channel& each) { return each.type == Z4TypeFloat; });
+    return AdjustTypedCount(count < 0 ? count : static_cast<int>(floats) + count - GetChannelCount(), Z4TypeFloat);
+}
+
+bool LQTimeChannels::AdjustTypedCount(int count, std::int32_t type)
+{
+    if (count < 0)
+        return Report(VDStoreError::OutOfRange, "A data object can't have fewer than no channels");
+    int present = 0;
+    for (const Channel& channel : channels_)
+        present += channel.type == type ? 1 : 0;
+    for (int i = GetChannelCount() - 1; i >= 0 && present > count; --i)
+        if (channels_[static_cast<std::size_t>(i)].type == type) {
+            if (!RemoveChannel(i))
+                return false;
+            --present;
+        }
+    for (; present < count; ++present) {
+        Channel channel;
+        channel.type = type;
+        channel.stream = GetNode()->AddStream(recordSize_);
+        if (channel.stream == nullptr)
+            return Fail();
+        channels_.push_back(channel);
+        // Whoever puts channels of his own into the mapper gives them to these.
+        if (GetMapper()->GetChannelCount() < GetChannelCount())
+            GetMapper()->Append();
+    }
+    return true;
+}
+
+bool LQTimeChannels::RemoveChannel(int channel)
+{
+    if (!CheckChannel(channel))
+        return false;
+    if (!GetNode()->RemoveStream(channel))
+        return Fail();
+    channels_.erase(channels_.begin() + channel);
+    return GetMapper()->RemoveChannel(channel);
+}
+
+std::int32_t LQTimeChannels::GetChannelDataType(int channel) const
+{
+    const Channel* const found = GetChannel(channel);
+    return found == nullptr ? 0 : found->type;
+}
+
+std::int64_t LQTimeChannels::GetElementCount(int channel) const
+{
+    const Channel* const found = GetChannel(channel);
+    return found == nullptr ? 0 : found->stream->GetLength() / PointSize(found->type);
+}
+
+bool LQTimeChannels::AdjustElementCount(std::int64_t count, int channel)
+{
+    Channel* const found = GetChannel(channel);
+    if (found == nullptr || !CheckRange(0, count))
+        return false;
+    return found->stream->SetLength(count * PointSize(found->type)) || Fail();
+}
+
+bool LQTimeChannels::CheckRange(std::int64_t first, std::int64_t count) const
+{
+    constexpr std::int64_t Largest = Z4Stream::LargestLength / 8;
+    if (first >= 0 && count >= 0 && first <= Largest && count <= Largest - first)
+        return true;
+    return Report(VDStoreError::OutOfRange, "A channel can't have points at this place");
+}
+
+template <class T>
+bool LQTimeChannels::ReadPoints(std::int32_t type, std::int64_t first, std::int64_t count, std::int64_t* numRead, T* values,
+                                int channel)
+{
+    if (numRead != nullptr)
+        *numRead = 0;
+    const Channel* const found = GetChannel(channel);
+    if (found == nullptr)
+        return false;
+    if (found->type != type)
+        return Report(VDStoreError::WrongDataType, "The data of the channel have another type");
+    if (first < 0 || count < 0)
+        return CheckRange(first, count);
+    constexpr auto Size = static_cast<std::int64_t>(sizeof(T));
+    const std::int64_t there = std::clamp<std::int64_t>(found->stream->GetLength() / Size - first, 0, count);
+    if (there > 0 && !found->stream->Read(first * Size, there * Size, values))
+        return Fail();
+    if (GetNode()->NeedsSwap())
+        SwapPoints(values, there);
+    if (numRead != nullptr)
+        *numRead = there;
+    return true;
+}
+
+template <class T>
+bool LQTimeChannels::WritePoints(std::int32_t type, std::int64_t first, std::int64_t count, const T* values, int channel)
+{
+    Channel* const found = GetChannel(channel);
+    if (found == nullptr || !CheckRange(first, count))
+        return false;
+    if (found->type != type)
+        return Report(VDStoreError::WrongDataType, "The data of the channel have another type");
+    constexpr auto Size = static_cast<std::int64_t>(sizeof(T));
+    return found->stream->Write(first * Size, count * Size, values) || Fail();
+}
+
+template bool LQTimeChannels::ReadPoints(std::int32_t, std::int64_t, std::int64_t, std::int64_t*, float*, int);
+template bool LQTimeChannels::ReadPoints(std::int32_t, std::int64_t, std::int64_t, std::int64_t*, double*, int);
+template bool LQTimeChannels::ReadPoints(std::int32_t, std::int64_t, std::int64_t, std::int64_t*, std::uint32_t*, int);
+template bool LQTimeChannels::ReadPoints(std::int32_t, std::int64_t, std::int64_t, std::int64_t*, std::uint64_t*, int);
+template bool LQTimeChannels::WritePoints(std::int32_t, std::int64_t, std::int64_t, const float*, int);
+template bool LQTimeChannels::WritePoints(std::int32_t, std::int64_t, std::int64_t, const double*, int);
+template bool LQTimeChannels::WritePoints(std::int32_t, std::int64_t, std::int64_t, const std::uint32_t*, int);
+template bool LQTimeChannels::WritePoints(std::int32_t, std::int64_t, std::int64_t, const std::uint64_t*, int);
+
+bool LQTimeChannels::GetData(std::int64_t first, std::int64_t count, std::int64_t* numRead, float* values, int channel)
+{
+    return ReadPoints(Z4TypeFloat, first, count, numRead, values, channel);
+}
+
+bool LQTimeChannels::SetData(std::int64_t first, std::int64_t count, const float* values, int channel)
+{
+    return WritePoints(Z4TypeFloat, first, count, values, channel);
+}
+
+void LQTimeChannels::WriteContent(Z4ByteWriter& writer) const
+{
+    writer.PutText(xTitle_.View());
+    writer.PutText(xUnits_.View());
+    writer.Put(static_cast<std::uint32_t>(channels_.size()));
+    for (const Channel& channel : channels_) {
+        writer.Put(channel.type);
+        writer.Put(channel.sampleRate);
+        writer.Put(channel.baseTime);
+        writer.PutText(channel.yTitle.View());
+        writer.PutText(channel.yUnits.View());
+        writer.Put(static_cast<std::uint8_t>(channel.stats.isKnown ? KnownStats : 0));
+        for (const double value : channel.stats.values)
+            writer.Put(value);
+        for (const std::int64_t point : channel.stats.points)
+            writer.Put(point);
+    }
+}
+
+bool LQTimeChannels::ReadContent(Z4ByteReader& reader)
+{
+    xTitle_ = reader.GetText();
+    xUnits_ = reader.GetText();
+    const std::uint32_t count = reader.GetCount(SmallestChannelBytes);
+    if (!reader.IsGood() || count != static_cast<std::uint32_t>(GetNode()->GetStreamCount()))
+        return false;
+    channels_.reserve(count);
+    for (std::uint32_t i = 0; i < count && reader.IsGood(); ++i) {
+        Channel channel;
+        channel.type = reader.Get<std::int32_t>();
+        channel.sampleRate = reader.Get<double>();
+        channel.baseTime = reader.Get<double>();
+        channel.yTitle = reader.GetText();
+        channel.yUnits = reader.GetText();
+        channel.stats.isKnown = (reader.Get<std::uint8_t>() & KnownStats) != 0;
+        for (double& value : channel.stats.values)
+            value = reader.Get<double>();
+        for (std::int64_t& point : channel.stats.points)
+            point = reader.Get<std::int64_t>();
+        channel.stream = GetNode()->GetStream(static_cast<int>(i));
+        const int size = PointSize(channel.type);
+        if (size == 0 || channel.stream->GetLength() % size != 0)
+            return false;
+        channels_.push_back(std::move(channel));
+    }
+    return reader.IsGood();
+}
