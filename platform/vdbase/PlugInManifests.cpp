@@ -44,7 +44,7 @@ bool VFTakeValue(const VDString& filename, std::string_view key, const toml::nod
     VDString* const target = key == "family"        ? &entry->family
                              : key == "name"        ? &entry->name
                              : key == "description" ? &entry->description
-                             : key == "library"     ? &entry->library
+                             : key == "library"     ? &entry->module
                              : key == "prefix"      ? &entry->prefix
                                                     : nullptr;
     if (target == nullptr)
@@ -65,8 +65,8 @@ bool VFReadEntry(const VDString& filename, const toml::table& table, VDPlugInEnt
         if (!table.contains(needed))
             return VFReportManifest(filename, table, '"' + std::string(needed) + "\" is missing in this plug-in");
     VFSplitFilename(filename, &entry->folder, nullptr, nullptr);
-    if (entry->library.Find('/') >= 0)
-        entry->library = VDFileSystem::GetFullPath(VFBuildFilename(entry->folder, entry->library));
+    if (entry->module.Find('/') >= 0)
+        entry->module = VDFileSystem::GetFullPath(VFBuildFilename(entry->folder, entry->module));
     return true;
 }
 
@@ -138,7 +138,7 @@ std::vector<VDString> VFGetManifestFolders(const VDString& library)
     std::vector<VDString> folders;
     if (store.plugIns != nullptr)
         for (const VDPlugInEntry& entry : *store.plugIns)
-            if (entry.library == library && std::find(folders.begin(), folders.end(), entry.folder) == folders.end())
+            if (entry.module == library && std::find(folders.begin(), folders.end(), entry.folder) == folders.end())
                 folders.push_back(entry.folder);
     return folders;
 }

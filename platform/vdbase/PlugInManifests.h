@@ -11,7 +11,7 @@ struct VDPlugInEntry
     VDString family;
     VDString name;
     VDString description;
-    VDString library;  ///< as written; a relative name with a separator is made absolute from the manifest's folder
+    VDString module;  ///< as written; a relative name with a separator is made absolute from the manifest's folder
     VDString prefix;
     VDString folder;  ///< of the manifest
     bool skip = false;

@@ -25,7 +25,7 @@ bool VFGetPlugInType(const char* family, const char* name, int* skip, VDString* 
         if (skip != nullptr)
             *skip = entry.skip ? 1 : 0;
         if (library != nullptr)
-            *library = entry.library;
+            *library = entry.module;
         if (prefix != nullptr)
             *prefix = entry.prefix;
         return true;
