@@ -15,5 +15,7 @@ configure_package_config_file(cmake/daxlibConfig.cmake.in ${CMAKE_CURRENT_BINARY
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/daxlibConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/daxlibConfigVersion.cmake
         DESTINATION ${DAX_CMAKE_DIR})
 
+# Relative to itself, so that it holds wherever the installation is put.
+file(RELATIVE_PATH DAX_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/daxlib.pc.in ${CMAKE_CURRENT_BINARY_DIR}/daxlib.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/daxlib.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

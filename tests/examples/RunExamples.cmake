@@ -28,6 +28,11 @@ foreach(example host plugin)
     run("building ${example}" ${CMAKE_COMMAND} --build ${WORK}/${example})
 endforeach()
 
+# A build that goes by pkg-config finds the same.
+set(ENV{PKG_CONFIG_PATH} ${WORK}/prefix/${LIBDIR}/pkgconfig)
+run("building the host by pkg-config" sh -c
+    "${COMPILER} -std=c++20 ${flags} ${SOURCE}/host/host.cpp $(pkg-config --cflags --libs daxlib) -o ${WORK}/by-pkg-config")
+
 # A WAV file of two channels and three frames of 32-bit float, which the installed plug-in reads, and no configuration but
 # that of the installation.
 file(MAKE_DIRECTORY ${WORK}/home)
