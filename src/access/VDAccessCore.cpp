@@ -30,14 +30,24 @@ VDAccessCore::~VDAccessCore()
     const VDErrorMute mute;
     AbandonOpen();
     const std::lock_guard lock(VDDaxLib::Get().GetLock());
+    Unbind();
     fileId_.Reset();
-    if (instance_ != nullptr)
-        ReleaseInstance();
 }
 
 bool VDAccessCore::SetId(VDFileId* id, char create)
 {
     const std::lock_guard lock(VDDaxLib::Get().GetLock());
+    // The instance of an earlier binding may look at the earlier id until it is given back.
+    const VDFileIdHandle earlier = std::move(fileId_);
+    if (TakeId(id, create) && plugins_.LoadPlugIns())
+        return Bind();
+    Unbind();
+    return false;
+}
+
+/// The first half of `SetId`: a private copy of the id, or of the one that it is served through, with channels in order.
+bool VDAccessCore::TakeId(VDFileId* id, char create)
+{
     create_ = create != 0;
     fileId_.Reset(FIDCreate());
     if (!fileId_)
@@ -58,9 +68,8 @@ bool VDAccessCore::SetId(VDFileId* id, char create)
     int count = 0;
     if (!FIDSortChans(fileId_.Get(), 1) || !FIDGetNumChans(fileId_.Get(), &count))
         return false;
-    if (count < 1 && family_.codes.emptyChannelList != 0)
-        return Report(DaxChannel::WholeFile, family_.codes.emptyChannelList, "SetId");
-    return plugins_.LoadPlugIns() && Bind();
+    return count >= 1 || family_.codes.emptyChannelList == 0 ||
+           Report(DaxChannel::WholeFile, family_.codes.emptyChannelList, "SetId");
 }
 
 /// The second half of `SetId`: from the class id text of the file's type to an instance that knows the test.
@@ -110,6 +119,15 @@ bool VDAccessCore::ReleaseInstance()
     } catch (...) {
         return false;
     }
+}
+
+/// A test whose id can't be taken must not be opened through the instance of the test before.
+void VDAccessCore::Unbind()
+{
+    const VDErrorMute mute;
+    if (instance_ != nullptr)
+        ReleaseInstance();
+    plugin_ = nullptr;
 }
 
 bool VDAccessCore::CheckBound(const char* routine)

@@ -113,7 +113,9 @@ public:
     /// @}
 
 private:
+    bool TakeId(VDFileId* id, char create);
     bool Bind();
+    void Unbind();
     bool ReleaseInstance();
     bool ReportNotSupported() const;
     template <class T>

@@ -232,6 +232,12 @@ TEST_F(TimeSeriesTest, KeepsToTheOrderOfItsLife)
     EXPECT_LT(log.find("GetCapability11"), log.find("SetId 0"));
     EXPECT_NE(log.find("SetId 0"), std::string::npos);
     EXPECT_TRUE(TSAccClose(acc.Get()));
+    // A binding that fails leaves nothing of the one before, least of all an instance that knows an id that is gone.
+    EXPECT_FALSE(TSAccSetId(acc.Get(), empty.Get(), 0));
+    ExpectError(-327982);
+    EXPECT_EQ(TakeLog(), "Release\n");
+    EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ExpectError(-328009);
 }
 
 TEST_F(TimeSeriesTest, SaysWhichPluginIsMissing)
