@@ -3,6 +3,7 @@
 #include "vdbase/VDString.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <variant>
 #include <vector>
@@ -49,6 +50,8 @@ public:
     explicit VDVariant(const void* value) = delete;
     /// A 64-bit value; a constructor could not be told from that of `long`.
     static VDVariant FromHuge(std::int64_t value);
+    /// A list of these items.
+    static VDVariant FromList(std::initializer_list<VDVariant> items);
 
     void Clear();
     int GetType() const noexcept { return type_; }

@@ -29,6 +29,14 @@ VDVariant VDVariant::FromHuge(std::int64_t value)
     return variant;
 }
 
+VDVariant VDVariant::FromList(std::initializer_list<VDVariant> items)
+{
+    VDVariant list;
+    for (const VDVariant& item : items)
+        list.AppendItem(item);
+    return list;
+}
+
 void VDVariant::Clear()
 {
     Assign(VTVariantNull, std::monostate());

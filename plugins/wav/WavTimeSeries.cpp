@@ -25,14 +25,6 @@ constexpr std::array VVTexts = {
     FormatText{"Genre", SF_STR_GENRE},       FormatText{"TrackNumber", SF_STR_TRACKNUMBER},
 };
 
-VDVariant Pair(VDVariant first, VDVariant second)
-{
-    VDVariant list;
-    list.AppendItem(std::move(first));
-    list.AppendItem(std::move(second));
-    return list;
-}
-
 }  // namespace
 
 WavTimeSeries::~WavTimeSeries()
@@ -193,13 +185,13 @@ VDVariant WavTimeSeries::GetChannelValue(long channel, int key) const
     case DaxTimeSeries::YUnits:
         return VDVariant("");
     case DaxTimeSeries::FullScale:
-        return scaled ? Pair(VDVariant(-1.0F), VDVariant(1.0F)) : VDVariant();
+        return scaled ? VDVariant::FromList({VDVariant(-1.0F), VDVariant(1.0F)}) : VDVariant();
     case DaxTimeSeries::FullScaleValid:
         return VDVariant(scaled);
     case DaxTimeSeries::ActualChanNumber:
         return VDVariant(static_cast<long>(fileChannels_[static_cast<std::size_t>(channel)]) + 1);
     case DaxTimeSeries::ScheduleOffset:
-        return Pair(VDVariant(false), VDVariant(0.0F));
+        return VDVariant::FromList({VDVariant(false), VDVariant(0.0F)});
     default:
         return {};
     }

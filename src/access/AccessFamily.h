@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PluginTable.h"
+#include "frame/PluginTable.h"
 
 #include "daxlib/DaxTypes.h"
 #include "vdbase/VDVariant.h"

@@ -1,7 +1,7 @@
 #include "VDTsAcc.h"
 #include "VDAccessPlugins.h"
 
-#include "ExportedWrapper.h"
+#include "frame/ExportedWrapper.h"
 
 using namespace DaxTimeSeries;
 

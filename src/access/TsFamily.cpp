@@ -1,6 +1,6 @@
 #include "TsFamily.h"
 
-#include "DaxErrorCodes.h"
+#include "frame/DaxErrorCodes.h"
 #include "VDAccessPlugins.h"
 
 namespace {

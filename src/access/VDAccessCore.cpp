@@ -1,7 +1,7 @@
 #include "VDAccessCore.h"
 
 #include "VDAccessPlugins.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 #include "identity/SidecarName.h"
 
 #include "vdbase/VDFileSystem.h"
@@ -303,8 +303,7 @@ bool VDAccessCore::GetFormatSpecificValue(long channel, const char* name, VDVari
     value->Clear();
     if (!CheckFileOpen("GetFormatSpecificValue"))
         return false;
-    VDVariant list;
-    list.AppendItem(VDVariant(name));
+    VDVariant list = VDVariant::FromList({VDVariant(name)});
     if (!GetValue(channel, family_.keys.formatSpecific, &list))
         return false;
     if (list.GetNumItems() == 2)
@@ -316,10 +315,7 @@ bool VDAccessCore::SetFormatSpecificValue(long channel, const char* name, const 
 {
     if (!CheckFileOpen("SetFormatSpecificValue"))
         return false;
-    VDVariant list;
-    list.AppendItem(VDVariant(name));
-    list.AppendItem(value);
-    return PutValue(channel, family_.keys.formatSpecific, std::move(list));
+    return PutValue(channel, family_.keys.formatSpecific, VDVariant::FromList({VDVariant(name), value}));
 }
 
 bool VDAccessCore::CheckFileOpen(const char* routine)

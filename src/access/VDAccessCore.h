@@ -3,7 +3,7 @@
 #include "AccessFamily.h"
 
 #include "daxlib/DaxHandle.h"
-#include "VDDaxLib.h"
+#include "frame/VDDaxLib.h"
 
 #include "vdbase/VDArray.h"
 #include "vdbase/VFError.h"

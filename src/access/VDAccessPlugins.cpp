@@ -1,6 +1,6 @@
 #include "VDAccessPlugins.h"
 
-#include "VDDaxLib.h"
+#include "frame/VDDaxLib.h"
 
 #include <mutex>
 

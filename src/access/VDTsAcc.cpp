@@ -1,7 +1,7 @@
 #include "VDTsAcc.h"
 
 #include "VDAccessPlugins.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include <algorithm>
 #include <cmath>

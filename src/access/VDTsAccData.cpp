@@ -1,6 +1,6 @@
 #include "VDTsAcc.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include <algorithm>
 #include <limits>

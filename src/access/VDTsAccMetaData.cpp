@@ -1,6 +1,6 @@
 #include "VDTsAcc.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "daxlib/VFDaxMetaData.h"
 #include "vdarchive/Z4PropertySet.h"

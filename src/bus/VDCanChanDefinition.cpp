@@ -1,7 +1,7 @@
 #include "daxlib/VDCanChanDefinition.h"
 
 #include "VDSignalBits.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "VDCanFrameTypeList.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "vdbase/VDPreferenceSystem.h"
 #include "vdbase/VFNumber.h"

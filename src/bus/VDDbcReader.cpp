@@ -1,7 +1,7 @@
 #include "VDDbcReader.h"
 
 #include "VDDbcSignal.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "vdbase/VDTextIo.h"
 #include "vdbase/VDUnicodeString.h"

@@ -1,6 +1,6 @@
 #include "VDDbcSignal.h"
 
-#include "DaxErrorCodes.h"
+#include "frame/DaxErrorCodes.h"
 #include "DbcText.h"
 
 namespace {

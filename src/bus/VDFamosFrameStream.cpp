@@ -1,6 +1,6 @@
 #include "VDFamosFrameStream.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "VDFamosKeyParser.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include <algorithm>
 #include <cmath>

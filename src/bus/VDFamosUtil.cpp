@@ -2,7 +2,7 @@
 
 #include "FamosState.h"
 #include "VDFamosKeyParser.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "vdbase/VDPreferenceSystem.h"
 #include "vdbase/VFFilename.h"

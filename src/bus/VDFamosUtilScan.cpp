@@ -1,6 +1,6 @@
 #include "FamosState.h"
 #include "VDDbcReader.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "vdbase/VDPreferenceSystem.h"
 #include "vdbase/VDTextIo.h"

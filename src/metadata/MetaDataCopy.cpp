@@ -1,7 +1,7 @@
 #include "MetaDataCopy.h"
 
 #include "MetaDataNames.h"
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "vdstore/LQChannelMapper.h"
 

@@ -1,4 +1,4 @@
-#include "VDDaxLib.h"
+#include "frame/VDDaxLib.h"
 
 #include "daxlib/VFDaxMetaData.h"
 #include "vdbase/VDPreferenceSystem.h"

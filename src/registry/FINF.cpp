@@ -1,6 +1,6 @@
 #include "daxlib/FINF.h"
 
-#include "ExportedWrapper.h"
+#include "frame/ExportedWrapper.h"
 #include "VDFileInfo.h"
 #include "VDFormatRegistry.h"
 

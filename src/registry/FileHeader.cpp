@@ -1,6 +1,6 @@
 #include "FileHeader.h"
 
-#include "VFDaxReport.h"
+#include "frame/VFDaxReport.h"
 
 #include "daxlib/FID.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VDDaxLib.h"
+#include "frame/VDDaxLib.h"
 #include "VDFormatRegistry.h"
 
 #include "daxlib/FID.h"

@@ -112,8 +112,5 @@ VDVariant VFAskFormat(const VDFileInfoPluginInfo& plugin, const VDFormatQuestion
 
 VDVariant VFFormatArguments(int fileId, int subId)
 {
-    VDVariant arguments;
-    arguments.AppendItem(VDVariant(long{fileId}));
-    arguments.AppendItem(VDVariant(long{subId}));
-    return arguments;
+    return VDVariant::FromList({VDVariant(long{fileId}), VDVariant(long{subId})});
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "PluginTable.h"
-#include "VFDaxReport.h"
+#include "frame/PluginTable.h"
+#include "frame/VFDaxReport.h"
 
 #include "daxlib/FileFormatPlugin.h"
 #include "vdbase/VDStringArray.h"

@@ -2,7 +2,7 @@
 
 #include "ConfiguredTypes.h"
 #include "FormatPlugin.h"
-#include "VDDaxLib.h"
+#include "frame/VDDaxLib.h"
 
 #include <algorithm>
 #include <mutex>

@@ -54,14 +54,6 @@ std::string Text(const VDVariant& value)
     return all;
 }
 
-VDVariant Pair(VDVariant first, VDVariant second)
-{
-    VDVariant list;
-    list.AppendItem(std::move(first));
-    list.AppendItem(std::move(second));
-    return list;
-}
-
 }  // namespace
 
 void StandTSTakeLog(VDString* text)
@@ -225,7 +217,8 @@ VDVariant StandTimeSeries::ChannelValue(long index, int key) const
     case DaxTimeSeries::FullScaleValid:
         return VDVariant(!channel.fullScale.IsNull());
     case DaxTimeSeries::ScheduleOffset:
-        return Pair(VDVariant(script_.Has("schedule")), VDVariant(static_cast<float>(script_.Number("schedule"))));
+        return VDVariant::FromList(
+            {VDVariant(script_.Has("schedule")), VDVariant(static_cast<float>(script_.Number("schedule")))});
     default:
         return {};
     }
