@@ -13,7 +13,8 @@
 ///     prefix      = "WavFF"
 ///     skip        = false                 # optional
 ///
-/// They are read once, at the first question of the process.
+/// They are read once, at the first question of the process. Behind them come the plug-ins that loaded modules bring along, so
+/// that a manifest's entry of the same name takes their place or, with `skip`, takes them out.
 
 /// @return 0 to stop the enumeration, which is then a failure
 using VFPlugInCallback = int (*)(void* context, const char* name, const char* description);
@@ -44,6 +45,11 @@ VDBASE_API bool VFGetLibFunc(VDLibrary* library, const char* prefix, const char*
 /// Makes a loaded module known under a name, so that a manifest can name it as a plug-in library.
 /// @param addressInside  of anything in the module
 VDBASE_API void VFRegisterModule(const char* name, const void* addressInside);
+
+/// Makes a plug-in known that needs no manifest.
+/// @param library  as in a manifest; usually the name under which the module is registered
+VDBASE_API void VFAddBuiltInPlugIn(const char* family, const char* name, const char* description, const char* library,
+                                   const char* prefix);
 
 /// Forgets the manifests, so that they are read again at the next question. For hosts that change them.
 VDBASE_API void VFReloadPlugInConfiguration();

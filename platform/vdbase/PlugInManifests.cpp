@@ -18,6 +18,7 @@ constexpr const char* Routine = "VFEnumPlugIns";
 struct VDPlugInStore
 {
     std::mutex lock;
+    VDPlugInList builtIn;
     std::shared_ptr<const VDPlugInList> plugIns;
 };
 
@@ -112,9 +113,13 @@ bool VFReadFolder(const char* logicalName, VDPlugInList* plugIns)
 }
 
 // All sources of plug-ins. The order counts, for the first entry of a name wins.
-bool VFReadSources(VDPlugInList* plugIns)
+bool VFReadSources(const VDPlugInList& builtIn, VDPlugInList* plugIns)
 {
-    return VFReadFolder("home", plugIns) && VFReadFolder("vdsys", plugIns);
+    if (!VFReadFolder("home", plugIns) || !VFReadFolder("vdsys", plugIns))
+        return false;
+    for (const VDPlugInEntry& entry : builtIn)
+        VFAddEntry(entry, plugIns);
+    return true;
 }
 
 }  // namespace
@@ -125,7 +130,7 @@ std::shared_ptr<const VDPlugInList> VFGetPlugIns()
     const std::lock_guard guard(store.lock);
     if (store.plugIns == nullptr) {
         auto plugIns = std::make_shared<VDPlugInList>();
-        if (VFReadSources(plugIns.get()))
+        if (VFReadSources(store.builtIn, plugIns.get()))
             store.plugIns = std::move(plugIns);
     }
     return store.plugIns;
@@ -141,6 +146,14 @@ std::vector<VDString> VFGetManifestFolders(const VDString& library)
             if (entry.module == library && std::find(folders.begin(), folders.end(), entry.folder) == folders.end())
                 folders.push_back(entry.folder);
     return folders;
+}
+
+void VFAddBuiltIn(VDPlugInEntry entry)
+{
+    VDPlugInStore& store = VFStore();
+    const std::lock_guard guard(store.lock);
+    VFAddEntry(std::move(entry), &store.builtIn);
+    store.plugIns.reset();
 }
 
 void VFForgetPlugIns()

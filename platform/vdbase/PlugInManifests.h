@@ -27,5 +27,8 @@ std::shared_ptr<const VDPlugInList> VFGetPlugIns();
 /// The folders of the manifests that name this library, as far as manifests have been read.
 std::vector<VDString> VFGetManifestFolders(const VDString& library);
 
+/// Adds a plug-in that no manifest has to name. What was read is forgotten.
+void VFAddBuiltIn(VDPlugInEntry entry);
+
 /// Forgets what was read.
 void VFForgetPlugIns();

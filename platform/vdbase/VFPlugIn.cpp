@@ -33,6 +33,13 @@ bool VFGetPlugInType(const char* family, const char* name, int* skip, VDString* 
     return false;
 }
 
+void VFAddBuiltInPlugIn(const char* family, const char* name, const char* description, const char* library,
+                        const char* prefix)
+{
+    VFAddBuiltIn(
+        {.family = family, .name = name, .description = description, .module = library, .prefix = prefix, .folder = {}});
+}
+
 void VFReloadPlugInConfiguration()
 {
     VFForgetPlugIns();
