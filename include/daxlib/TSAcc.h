@@ -5,6 +5,7 @@
 #include "vdbase/VDVariant.h"
 
 class LQChannelMapper;
+class VDProgressObject;
 
 /// Reading and writing the channels of a time-series test of any format.
 ///
@@ -21,6 +22,18 @@ enum VTTsAccOpenMode : int {
     VTTsAccOpenUpdate = 1,  ///< read and write an existing test
     VTTsAccOpenCreate = 2,
     VTTsAccOpenCreateNew = 3,
+};
+
+/// Statistics of a channel, by the ids that `TSAccGetStat` and `TSAccGetPointStat` take.
+enum VTTsAccStat : int {
+    VTTsAccStatMax = 1,
+    VTTsAccStatMin = 2,
+    VTTsAccStatMean = 3,
+    VTTsAccStatSDev = 4,  ///< standard deviation of a sample: over the number of points less one
+    VTTsAccStatRms = 5,
+    VTTsAccStatPointOfMax = 101,
+    VTTsAccStatPointOfMin = 102,
+    VTTsAccStatPointOfAbs = 103,  ///< the largest absolute value
 };
 
 extern "C" {
@@ -139,17 +152,62 @@ DAX_API int TSAccPutNextDigital32(VDTsAcc* acc, int index, std::int64_t count, c
 DAX_API int TSAccPutNextDigital64(VDTsAcc* acc, int index, std::int64_t count, const std::uint64_t* values);
 /// @}
 
+/// @name Statistics
+/// A double channel has its statistics in double, every other one in float; asked for in the other precision they are 0. They
+/// come from the file if the format stores them, from the data as it is written in order from point 1, or from
+/// `TSAccCalcStats`; until then, and when data was written since, they fail with -327987. A format that stores them gets them
+/// with a flush, which reads the channel if its data was written in another order.
+///
+/// With offsets in use (`TSAccSetUseOffset`), max, min, mean and rms are those of the data with the offset added.
+/// @{
+/// @param id  `VTTsAccStatMax` to `VTTsAccStatRms`
+DAX_API int TSAccGetStat(VDTsAcc* acc, int index, int id, float* value);
+DAX_API int TSAccGetStatDoublePrecision(VDTsAcc* acc, int index, int id, double* value);
+/// @param id  `VTTsAccStatPointOfMax` to `VTTsAccStatPointOfAbs`
+DAX_API int TSAccGetPointStat(VDTsAcc* acc, int index, int id, std::int64_t* point);
+DAX_API int TSAccGetAllStats(VDTsAcc* acc, int index, float* max, float* min, float* mean, float* sdev, float* rms,
+                             std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs);
+DAX_API int TSAccGetAllStatsDoublePrecision(VDTsAcc* acc, int index, double* max, double* min, double* mean, double* sdev,
+                                            double* rms, std::int64_t* pointOfMax, std::int64_t* pointOfMin,
+                                            std::int64_t* pointOfAbs);
+/// Replaces the float statistics of a channel. They aren't taken for valid by that: they show, and reach the file, only where
+/// statistics worked out here are there already. -327998 where writing isn't possible.
+DAX_API int TSAccSetStats(VDTsAcc* acc, int index, float max, float min, float mean, float sdev, float rms,
+                          std::int64_t pointOfMax, std::int64_t pointOfMin, std::int64_t pointOfAbs);
+/// Where the statistics of all channels come from when data is written; -327998 where writing isn't possible. An open for
+/// writing begins with (1, 0).
+/// @param enable       non-zero gathers them anew from point 1, 0 leaves them undefined
+/// @param recalculate  non-zero has them worked out from the file at the next flush, whatever `enable` says
+DAX_API int TSAccSetStatsMonitor(VDTsAcc* acc, char enable, char recalculate);
+/// Works the statistics out from the data, of an index or all; with all, digital channels are left out. Moves the sequential
+/// cursors. With offsets in use the offsets are in the values that are read. -328019 if the progress object cancels, -328015
+/// if the file doesn't give all its points.
+DAX_API int TSAccCalcStats(VDTsAcc* acc, int index);
+/// Keeps a host's progress object for long operations; it stays the host's. Null for none.
+DAX_API int TSAccSetProgressObject(VDTsAcc* acc, VDProgressObject* progress);
+/// @}
+
+/// @name Full-scale limits
+/// @{
+/// The range of the channel's values, with the offset added if offsets are in use. -328021 if there is none.
+DAX_API int TSAccGetFullScaleLimits(VDTsAcc* acc, int index, float* low, float* high);
+/// The limits in any order. -327998 where writing isn't possible.
+DAX_API int TSAccSetFullScaleLimits(VDTsAcc* acc, int index, float limit, float otherLimit);
+/// Whether the file says that its limits can be relied on.
+DAX_API int TSAccGetFullScaleValid(VDTsAcc* acc, int index, char* valid);
+/// @}
+
 /// @name Format-specific values and metadata
 /// @{
 /// A name that the format doesn't know leaves the value empty, and succeeds.
 DAX_API int TSAccGetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value);
+/// Needs no open test: storage files take the hints "Z4NumberOfElements" (64-bit, points of a channel) and "Z4ElementsSize"
+/// (long, bytes of a point) before a new one is opened, which gives it the record size that suits.
 DAX_API int TSAccSetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value);
 /// The metadata of the test. The mapper stays the library's or the plug-in's and is valid until the test is closed.
 DAX_API int TSAccGetMetaData(VDTsAcc* acc, LQChannelMapper** mapper);
 /// Adds each channel's offset, which comes from the metadata, to float and double values as they are read.
 DAX_API int TSAccSetUseOffset(VDTsAcc* acc, char useOffset);
-/// Keeps a host's progress object for long operations; it stays the host's.
-DAX_API int TSAccSetProgressObject(VDTsAcc* acc, void* progress);
 /// @}
 
 }  // extern "C"

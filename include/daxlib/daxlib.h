@@ -10,6 +10,7 @@
 #include "daxlib/FINF.h"
 #include "daxlib/FileFormatPlugin.h"
 #include "daxlib/TSAcc.h"
+#include "daxlib/TSAccGen.h"
 #include "daxlib/TimeSeriesPlugin.h"
 #include "daxlib/VDCanChanDefinition.h"
 #include "daxlib/VDCanDefinition.h"
@@ -17,8 +18,10 @@
 #include "daxlib/VDChanSep.h"
 #include "daxlib/VDFileIdPreferences.h"
 #include "daxlib/VDGeneralFiles.h"
+#include "daxlib/VDProgressObject.h"
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
+#include "daxlib/Z4FF.h"
 
 // Failures are recorded in the error system of `vdbase`, which every host reads.
 #include "vdbase/VFError.h"

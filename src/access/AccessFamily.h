@@ -98,9 +98,9 @@ std::shared_ptr<VDAccessEntryPoints> VFMakeEntryPoints()
 
 struct VDAccessFamily
 {
-    const char* section;    ///< of the plug-in configuration
-    const char* className;  ///< opens the routine name in reports
-    std::span<const VDEntryPoint> entryPointList;  ///< in lookup order
+    const char* section;                                        ///< of the plug-in configuration
+    const char* className;                                      ///< opens the routine name in reports
+    std::span<const VDEntryPoint> entryPointList;               ///< in lookup order
     std::shared_ptr<VDAccessEntryPoints> (*makeEntryPoints)();  ///< `VFMakeEntryPoints` of the family's own type
     VDAccessCapabilities capabilities;
     VDAccessKeys keys;

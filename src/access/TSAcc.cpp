@@ -1,5 +1,5 @@
-#include "VDTsAcc.h"
 #include "VDAccessPlugins.h"
+#include "VDTsAcc.h"
 
 #include "frame/ExportedWrapper.h"
 
@@ -52,7 +52,7 @@ int TSAccGetBufferSize(VDTsAcc* acc, long* points)
     return VFForward<&VDTsAcc::GetBufferSize>(acc, __func__, points);
 }
 
-int TSAccSetProgressObject(VDTsAcc* acc, void* progress)
+int TSAccSetProgressObject(VDTsAcc* acc, VDProgressObject* progress)
 {
     return VFForward<&VDTsAcc::SetProgressObject>(acc, __func__, progress);
 }

@@ -1,7 +1,7 @@
 #include "TsFamily.h"
 
-#include "frame/DaxErrorCodes.h"
 #include "VDAccessPlugins.h"
+#include "frame/DaxErrorCodes.h"
 
 namespace {
 
@@ -41,10 +41,14 @@ constexpr VDAccessFamily VVFamily = {
     .loadFailureIsFatal = false,
     .getLastError = [](const VDAccessEntryPoints& entryPoints, void* instance,
                        VDString& text) { static_cast<const Points&>(entryPoints).GetLastError(instance, text); },
-    .getValue = [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key,
-                   VDVariant* value) { return static_cast<const Points&>(entryPoints).GetValue(instance, channel, key, value); },
-    .putValue = [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key,
-                   VDVariant* value) { return static_cast<const Points&>(entryPoints).PutValue(instance, channel, key, value); },
+    .getValue =
+        [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key, VDVariant* value) {
+            return static_cast<const Points&>(entryPoints).GetValue(instance, channel, key, value);
+        },
+    .putValue =
+        [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key, VDVariant* value) {
+            return static_cast<const Points&>(entryPoints).PutValue(instance, channel, key, value);
+        },
 };
 
 }  // namespace

@@ -313,7 +313,8 @@ bool VDAccessCore::GetFormatSpecificValue(long channel, const char* name, VDVari
 
 bool VDAccessCore::SetFormatSpecificValue(long channel, const char* name, const VDVariant& value)
 {
-    if (!CheckFileOpen("SetFormatSpecificValue"))
+    // Hints on how a new file will be laid out come before it is opened.
+    if (!CheckBound("SetFormatSpecificValue"))
         return false;
     return PutValue(channel, family_.keys.formatSpecific, VDVariant::FromList({VDVariant(name), value}));
 }

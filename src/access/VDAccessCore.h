@@ -66,8 +66,8 @@ public:
 
     /// @name Calls into the plug-in
     /// @{
-    /// Makes one call into the plug-in: the error record is cleared, the library lock is held unless the instance needs none,
-    /// and a result of 0 or any exception ends in the plug-in failure report.
+    /// Makes one call into the plug-in: the error record is cleared, the library lock is held unless the instance needs
+    /// none, and a result of 0 or any exception ends in the plug-in failure report.
     template <class Function>
     bool Call(const char* routine, Function&& function);
     bool GetCapability(int capability, char* answer);

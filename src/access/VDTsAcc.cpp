@@ -26,11 +26,6 @@ std::int64_t VFToPoint(double value)
     return static_cast<std::int64_t>(value);
 }
 
-bool VFIsAll(int index)
-{
-    return static_cast<std::uint32_t>(index) == DaxChannel::All;
-}
-
 }  // namespace
 
 VDTsAcc::VDTsAcc() : VDCompBase(HandleId), core_(VFTsFamily(), VFTsPlugins(), this) {}
@@ -64,20 +59,29 @@ bool VDTsAcc::Open(int mode)
     if (!core_.CallOpen(pluginMode))
         return false;
     const int all = static_cast<int>(DaxChannel::All);
-    if (creates ? SetSampleRate(all, 1.0) && core_.FinishCreate() : LoadHeader())
-        return true;
-    core_.AbandonOpen();
-    return false;
+    if (creates ? !SetSampleRate(all, 1.0) || !core_.FinishCreate() : !LoadHeader()) {
+        core_.AbandonOpen();
+        return false;
+    }
+    // What can't be written has nothing to gather.
+    const VDErrorMute mute;
+    SetStatsMonitor(1, 0);
+    return true;
 }
 
 bool VDTsAcc::LoadHeader()
 {
     for (int index = 0; index < Count(); ++index) {
         VDTimeFileChan& channel = channels_[index];
-        if (!core_.GetDouble(index, SampleRate, &channel.sampleRate) || !core_.GetDouble(index, BaseTime, &channel.baseTime) ||
-            !core_.GetHuge(index, NumPoints, &channel.numPoints))
+        if (!core_.GetDouble(index, SampleRate, &channel.sampleRate) ||
+            !core_.GetDouble(index, BaseTime, &channel.baseTime) || !core_.GetHuge(index, NumPoints, &channel.numPoints))
             return false;
         channel.numPoints = std::max<std::int64_t>(channel.numPoints, 0);
+        // Statistics that can't be read are no reason to keep anybody from the data; they can be worked out.
+        if (!core_.IsReadOnly()) {
+            const VDErrorMute mute;
+            LoadStats(index);
+        }
     }
     return true;
 }
@@ -96,7 +100,9 @@ bool VDTsAcc::Close()
 
 bool VDTsAcc::Flush()
 {
-    return core_.CheckFileOpen("Flush") && core_.Call("Flush", [&] { return Plugin().Flush(core_.GetInstance()); });
+    const auto flush = [&] { return core_.Call("Flush", [&] { return Plugin().Flush(core_.GetInstance()); }); };
+    // Statistics are worked out from what the file holds, and go into it.
+    return core_.CheckFileOpen("Flush") && flush() && FlushStats() && flush();
 }
 
 bool VDTsAcc::GetCapability(int capability, char* answer)
@@ -116,7 +122,7 @@ bool VDTsAcc::GetBufferSize(long* points)
     return true;
 }
 
-bool VDTsAcc::SetProgressObject(void* progress)
+bool VDTsAcc::SetProgressObject(VDProgressObject* progress)
 {
     progress_ = progress;
     return true;
@@ -163,6 +169,19 @@ bool VDTsAcc::CheckOpenAndChannel(int index, bool allowAll, const char* routine)
     return core_.CheckFileOpen(routine) && core_.CheckChannel(index, Count(), allowAll, routine);
 }
 
+int VDTsAcc::DataType(int index) const
+{
+    int type = DaxDataType::Float;
+    FIDGetChanType(core_.GetFileId(), index, &type);
+    return type;
+}
+
+bool VDTsAcc::IsDigital(int index) const
+{
+    const int type = DataType(index);
+    return type == DaxDataType::Digital32 || type == DaxDataType::Digital64;
+}
+
 bool VDTsAcc::GetNumPoints(int index, std::int64_t* points, const char* routine)
 {
     *points = 0;
@@ -195,8 +214,8 @@ bool VDTsAcc::SetHeaderValue(int index, int key, const VDVariant& value, Keep&& 
     char common = 0;
     if (!core_.GetCapability(CommonHeader, &common))
         return false;
-    const int first = VFIsAll(index) ? 0 : index;
-    const int last = VFIsAll(index) ? Count() - 1 : index;
+    const int first = IsAll(index) ? 0 : index;
+    const int last = IsAll(index) ? Count() - 1 : index;
     for (int channel = first; channel <= last; ++channel)
         if (!core_.PutValue(channel, key, value))
             return false;
@@ -212,7 +231,8 @@ bool VDTsAcc::SetSampleRate(int index, double rate)
         return false;
     if (!(rate > 0))
         return core_.Report(index, DaxError::InvalidSampleRate, routine);
-    return SetHeaderValue(index, SampleRate, VDVariant(rate), [rate](VDTimeFileChan& channel) { channel.sampleRate = rate; });
+    return SetHeaderValue(index, SampleRate, VDVariant(rate),
+                          [rate](VDTimeFileChan& channel) { channel.sampleRate = rate; });
 }
 
 bool VDTsAcc::SetBaseTime(int index, double time)
@@ -232,12 +252,14 @@ bool VDTsAcc::SetNumPoints(int index, std::int64_t points)
     if (!core_.GetCapability(Extendable, &extendable))
         return false;
     if (!extendable) {
-        const std::int64_t present = channels_[VFIsAll(index) ? 0 : index].numPoints;
+        const std::int64_t present = channels_[IsAll(index) ? 0 : index].numPoints;
         if (present != 0 && present != points)
             return core_.Report(index, DaxError::CannotExtend, routine);
     }
-    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points),
-                          [points](VDTimeFileChan& channel) { channel.numPoints = points; });
+    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points), [points](VDTimeFileChan& channel) {
+        channel.numPoints = points;
+        channel.MarkChanged();
+    });
 }
 
 bool VDTsAcc::GetFileText(int key, VDString* text, const char* routine)
@@ -294,8 +316,8 @@ bool VDTsAcc::PrepareSequential(int index, std::int64_t first, std::int64_t last
 {
     if (!CheckOpenAndChannel(index, true, "PrepareSequential"))
         return false;
-    const int end = VFIsAll(index) ? Count() - 1 : index;
-    for (int channel = VFIsAll(index) ? 0 : index; channel <= end; ++channel) {
+    const int end = IsAll(index) ? Count() - 1 : index;
+    for (int channel = IsAll(index) ? 0 : index; channel <= end; ++channel) {
         channels_[channel].nextPoint = std::max<std::int64_t>(first, 1);
         channels_[channel].lastPoint = std::max<std::int64_t>(last, 0);
     }

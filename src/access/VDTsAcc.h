@@ -2,22 +2,15 @@
 
 #include "TsFamily.h"
 #include "VDAccessCore.h"
+#include "VDTimeFileChan.h"
 
 #include "daxlib/TSAcc.h"
 #include "vdbase/VDCompBase.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <memory>
-
-/// What a time-series access object knows of one channel of the open test.
-struct VDTimeFileChan
-{
-    double sampleRate = 1.0;     ///< points per x unit
-    double baseTime = 0.0;       ///< x value of point 1
-    std::int64_t numPoints = 0;
-    std::int64_t nextPoint = 1;  ///< sequential cursor
-    std::int64_t lastPoint = 0;  ///< end of the sequential chunk, 0 for none
-};
+#include <span>
+#include <vector>
 
 /// Access to one time-series test, behind the `TSAcc` functions: checks, clamping, cursors and offsets around the plug-in's
 /// calls. Data goes straight between the caller's buffer and the plug-in. The methods correspond to the exported functions.
@@ -39,7 +32,7 @@ public:
     bool Flush();
     bool GetCapability(int capability, char* answer);
     bool GetBufferSize(long* points);
-    bool SetProgressObject(void* progress);
+    bool SetProgressObject(VDProgressObject* progress);
     /// @}
 
     /// @name Channels
@@ -86,6 +79,23 @@ public:
     bool PutNext(int index, std::int64_t count, const Value* values);
     /// @}
 
+    /// @name Statistics and full-scale limits; `Value` is float or double
+    /// @{
+    template <class Value>
+    bool GetStat(int index, int id, Value* value);
+    bool GetPointStat(int index, int id, std::int64_t* point);
+    template <class Value>
+    bool GetAllStats(int index, Value* max, Value* min, Value* mean, Value* sdev, Value* rms, std::int64_t* pointOfMax,
+                     std::int64_t* pointOfMin, std::int64_t* pointOfAbs);
+    bool SetStats(int index, float max, float min, float mean, float sdev, float rms, std::int64_t pointOfMax,
+                  std::int64_t pointOfMin, std::int64_t pointOfAbs);
+    bool SetStatsMonitor(char enable, char recalculate);
+    bool CalcStats(int index);
+    bool GetFullScaleLimits(int index, float* low, float* high);
+    bool SetFullScaleLimits(int index, float limit, float otherLimit);
+    bool GetFullScaleValid(int index, char* valid);
+    /// @}
+
     /// @name Format-specific values, metadata and offsets
     /// @{
     bool GetFormatSpecificValue(int index, const char* name, VDVariant* value);
@@ -96,6 +106,17 @@ public:
 
 private:
     int Count() const { return channels_.GetSize(); }
+    static bool IsAll(int index) { return static_cast<std::uint32_t>(index) == DaxChannel::All; }
+    /// A `DaxDataType`; float where the id doesn't say.
+    int DataType(int index) const;
+    bool IsDouble(int index) const { return DataType(index) == DaxDataType::Double; }
+    bool IsDigital(int index) const;
+    /// Calls `function(Value)`, `Value` being the type of the channel's statistics.
+    template <class Function>
+    auto WithStatsType(int index, Function&& function) const
+    {
+        return IsDouble(index) ? function(double()) : function(float());
+    }
     const VDTsAccEntryPoints& Plugin() const { return core_.GetEntryPoints<VDTsAccEntryPoints>(); }
     bool CheckOpenAndChannel(int index, bool allowAll, const char* routine);
     bool LoadHeader();
@@ -103,13 +124,27 @@ private:
     template <class Keep>
     bool SetHeaderValue(int index, int key, const VDVariant& value, Keep&& keep);
 
+    bool LoadStats(int index);
+    double RmsWithOffset(int index);
+    template <class Value>
+    void Monitor(int index, std::int64_t first, std::int64_t count, const Value* values);
+    bool FinishStats(int index);
+    bool FlushStats();
+    bool CalcStatsForFlush(int index);
+    bool PutStats(int index);
+
     bool FetchMapper(LQChannelMapper** mapper);
+    bool AddHeaderMetaData(LQChannelMapper& mapper);
+    bool AddChannelMetaData(LQChannelMapper& mapper, int index);
     bool ReadOffsets(LQChannelMapper& mapper);
     bool ApplyMetaDataOffsets(LQChannelMapper& mapper) const;
     bool ApplyScheduleOffsets(LQChannelMapper& mapper) const;
     bool GetScheduleOffset(int index, char* present, float* offset);
     /// The type stores its offsets beside the data, and its plug-in applies them.
     bool AppliesOwnOffsets() const;
+    bool AddsOffsets() const { return useOffset_ && !AppliesOwnOffsets(); }
+    /// Makes sure that the offsets are known.
+    bool NeedOffsets();
     template <class Value>
     bool AddOffset(int index, std::int64_t count, Value* values);
 
@@ -119,6 +154,6 @@ private:
     VDArray<float> offsets_;
     VDArray<char> offsetPresent_;
     VDArray<VDTimeFileChan> channels_;
-    void* progress_ = nullptr;
+    VDProgressObject* progress_ = nullptr;
     std::unique_ptr<LQChannelMapper> cachedMapper_;
 };

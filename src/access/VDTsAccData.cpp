@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 
 using namespace DaxTimeSeries;
 
@@ -92,7 +93,7 @@ bool VDTsAcc::GetData(int index, std::int64_t first, std::int64_t count, std::in
     if (!core_.Call(Type::getData, [&] { return get(core_.GetInstance(), index, first, count, values); }))
         return false;
     if constexpr (Type::hasOffset)
-        return !useOffset_ || AddOffset(index, count, values);
+        return !AddsOffsets() || AddOffset(index, count, values);
     else
         return true;
 }
@@ -100,10 +101,7 @@ bool VDTsAcc::GetData(int index, std::int64_t first, std::int64_t count, std::in
 template <class Value>
 bool VDTsAcc::AddOffset(int index, std::int64_t count, Value* values)
 {
-    if (AppliesOwnOffsets())
-        return true;
-    LQChannelMapper* mapper = nullptr;
-    if (!offsetsRead_ && !GetMetaData(&mapper))
+    if (!NeedOffsets())
         return false;
     const float offset = offsets_[index];
     for (std::int64_t point = 0; point < count; ++point)
@@ -150,10 +148,34 @@ bool VDTsAcc::PutData(int index, std::int64_t first, std::int64_t count, const V
         return core_.Report(index, DaxError::CannotExtend, Type::putData);
     if (!large && last > SmallFileLimit)
         return core_.Report(index, DaxError::TooManyPoints, Type::putData);
+    Monitor(index, first, count, values);
     const auto put = Plugin().*Type::put;
-    if (!core_.Call(Type::putData, [&] { return put(core_.GetInstance(), index, first, count, values); }))
+    if (!core_.Call(Type::putData, [&] { return put(core_.GetInstance(), index, first, count, values); })) {
+        // Points were gathered that the file may not hold.
+        channels_[index].nextStatPoint = 0;
         return false;
+    }
+    channels_[index].MarkChanged();
     return last <= channels_[index].numPoints || SetNumPoints(index, last);
+}
+
+/// Gathers statistics as long as the points come in order and in the channel's own precision. Anything else, digital values
+/// in a channel that isn't digital among it, leaves them to a calculation from the file.
+template <class Value>
+void VDTsAcc::Monitor(int index, std::int64_t first, std::int64_t count, const Value* values)
+{
+    VDTimeFileChan& channel = channels_[index];
+    if (!channel.monitor)
+        return;
+    if constexpr (std::is_floating_point_v<Value>) {
+        if (first == channel.nextStatPoint && IsDouble(index) == std::is_same_v<Value, double>) {
+            channel.Stats<Value>().accumulator.Process(values, count);
+            channel.nextStatPoint += count;
+            return;
+        }
+    }
+    channel.monitor = false;
+    channel.recalculate = true;
 }
 
 template <class Value>

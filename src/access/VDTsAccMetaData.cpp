@@ -36,6 +36,12 @@ bool VDTsAcc::SetUseOffset(char useOffset)
     return !core_.IsBound() || core_.PutValue(DaxChannel::WholeFile, UseOffset, VDVariant(useOffset_));
 }
 
+bool VDTsAcc::NeedOffsets()
+{
+    LQChannelMapper* mapper = nullptr;
+    return offsetsRead_ || GetMetaData(&mapper);
+}
+
 bool VDTsAcc::GetMetaData(LQChannelMapper** mapper)
 {
     *mapper = nullptr;
@@ -62,7 +68,10 @@ bool VDTsAcc::FetchMapper(LQChannelMapper** mapper)
     if (!keepsMetaData)
         return core_.Report(DaxChannel::WholeFile, DaxError::NotImplemented, "GetMetaData");
     LQChannelMapper* kept = nullptr;
-    if (!core_.Call("GetMetaData", [&] { return Plugin().LoadMetaData(core_.GetInstance(), &kept) != 0 && kept != nullptr; }))
+    if (!core_.Call("GetMetaData",
+                    [&] { return Plugin().LoadMetaData(core_.GetInstance(), &kept) != 0 && kept != nullptr; }))
+        return false;
+    if (AppliesOwnOffsets() && !AddHeaderMetaData(*kept))
         return false;
     if (core_.IsReadOnly()) {
         cachedMapper_.reset(VFDaxCloneMapper(kept));

@@ -25,6 +25,7 @@ constexpr int HistEmptyChannelList = -327809;
 
 // Block 3: time series access and channel lists
 constexpr int EmptyChannelList = -327982;
+constexpr int StatisticUndefined = -327987;
 constexpr int InvalidPoint = -327989;
 constexpr int CannotExtend = -327990;
 constexpr int NotImplemented = -327992;
@@ -41,10 +42,13 @@ constexpr int InvalidChannelNumber = -328010;
 constexpr int InvalidSampleRate = -328011;
 constexpr int HeaderValue = -328012;
 constexpr int ClassNotRecognised = -328013;
+constexpr int StatisticsFailure = -328015;
 constexpr int AlreadyOpen = -328016;
 constexpr int CreateMismatch = -328017;
 constexpr int SetIdBeforeOpen = -328018;
+constexpr int OperationAborted = -328019;
 constexpr int TsPluginFailure = -328020;
+constexpr int FullScaleUnknown = -328021;
 
 // Block 9: file id object and file names
 constexpr int InvalidNameForm = -328582;
@@ -85,6 +89,16 @@ constexpr int FormatPluginNotLoaded = -328702;
 
 // Block 13: multi-column access
 constexpr int XyNotSupported = -328988;
+
+// Block 16: identification of storage files
+constexpr int StorageType = -329281;
+constexpr int NoTimeSeriesChannels = -329288;
+
+// Block 22: storage files
+constexpr int StorageFileId = -329881;
+constexpr int StorageReadPastEnd = -329882;
+constexpr int StorageOpen = -329885;
+constexpr int StorageChannelIndex = -329886;
 
 // Block 39: complex frequency access
 constexpr int CfNotSupported = -331585;
@@ -150,6 +164,7 @@ constexpr int All = 1002;
 constexpr int Selected = 1003;
 constexpr int FileStem = 1004;
 constexpr int File = 1005;
+constexpr int CalculatingStatistics = 1401;
 constexpr int Filename = 1601;
 constexpr int TestName = 1602;
 constexpr int Extension = 1603;

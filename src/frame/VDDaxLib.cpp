@@ -1,6 +1,7 @@
 #include "VDDaxLib.h"
 
 #include "MessageCatalogue.h"
+#include "storage/BuiltInPlugins.h"
 
 #include "daxlib/VFDax.h"
 #include "vdbase/VFPlugIn.h"
@@ -24,6 +25,7 @@ VDDaxLib::VDDaxLib() : catalogue_(VFTextCreateEmbedded("daxlib", VFGetMessageTab
     VFVersionLoad("DAXLIB", DAX_VERSION_MAJOR, DAX_VERSION_MINOR, DAX_VERSION_PATCH, __DATE__, __TIME__);
     // Manifests may name this library as the one that holds a plug-in.
     VFRegisterModule("daxlib", VFGetMessageTable());
+    VFAddBuiltInPlugins();
 }
 
 VDDaxLib::~VDDaxLib()

@@ -1,7 +1,7 @@
 #include "VDFileId.h"
 
-#include "VDFlagGuard.h"
 #include "VDTemporaryFileIds.h"
+#include "frame/VDValueGuard.h"
 
 #include "frame/VFDaxReport.h"
 
@@ -184,7 +184,7 @@ void VDFileId::LeaveTemporaryTest()
         // Files are deleted by the names as they stand. Identification now would hand a dying id to plug-ins, and a file
         // that can't be deleted is no failure of the operation that gave the test up.
         const VDErrorMute mute;
-        const VDFlagGuard noLazySteps(checkRunning_);
+        const VDValueGuard noLazySteps(checkRunning_, true);
         DeleteTest();
     }
     VVAllTemporaryFileIds.Remove(this);

@@ -1,5 +1,5 @@
 #include "VDFileId.h"
-#include "VDFlagGuard.h"
+#include "frame/VDValueGuard.h"
 
 #include "daxlib/DaxHandle.h"
 #include "frame/VFDaxReport.h"
@@ -10,7 +10,7 @@ int VDFileId::CheckIdentLoad(bool loadInfo)
 {
     if (checkRunning_)
         return 1;
-    const VDFlagGuard running(checkRunning_);
+    const VDValueGuard running(checkRunning_, true);
 
     if (record_.identByExtension && !record_.identified && !Identify(loadInfo))
         return 0;

@@ -19,21 +19,6 @@ protected:
 
     std::string Write(const std::string& script) { return folder_.Write("test.sta", "STAND " + script + "\n"); }
 
-    /// An id of a test that is to be written, with channels 1 to `channels`.
-    VDFileIdHandle NewId(int channels)
-    {
-        VDFileIdHandle id(FIDCreate());
-        FIDSetFileId(id.Get(), FileId, SubPlain);
-        FIDSetFilename(id.Get(), VTNameFormFile, folder_.Name("new.sta").c_str(), "");
-        for (int number = 1; number <= channels; ++number) {
-            int index = 0;
-            FIDAddChannel(id.Get(), number, &index);
-        }
-        FIDSetIdentified(id.Get(), 1);
-        FIDSetInfoLoaded(id.Get(), 1);
-        return id;
-    }
-
     TestFolder folder_;
 };
 
@@ -138,7 +123,7 @@ TEST_F(TimeSeriesTest, TitlesComeFromTheFormatOrTheId)
 
 TEST_F(TimeSeriesTest, WritesInAnyOrderAndInSequence)
 {
-    const VDFileIdHandle id = NewId(2);
+    const VDFileIdHandle id = NewTestId(folder_.Name("new.sta"), FileId, SubPlain, {DaxDataType::Float, DaxDataType::Float});
     const VDTsAccHandle acc = BindTest(id.Get(), true);
     ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate)) << VFErrorGetText(VFGetBaseLibError()).Str();
     double rate = 0;

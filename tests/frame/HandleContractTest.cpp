@@ -78,13 +78,25 @@ const Row VVRows[] = {
     ROW(TSAccPutData), ROW(TSAccPutDataDoublePrecision), ROW(TSAccPutDataDigital32), ROW(TSAccPutDataDigital64),
     ROW(TSAccPutNext), ROW(TSAccPutNextDigital32), ROW(TSAccPutNextDigital64), ROW(TSAccGetFormatSpecificValue),
     ROW(TSAccSetFormatSpecificValue), ROW(TSAccGetMetaData), ROW(TSAccSetUseOffset), ROW(TSAccSetProgressObject),
+    ROW(TSAccGetStat), ROW(TSAccGetStatDoublePrecision), ROW(TSAccGetPointStat), ROW(TSAccGetAllStats),
+    ROW(TSAccGetAllStatsDoublePrecision), ROW(TSAccSetStats), ROW(TSAccSetStatsMonitor), ROW(TSAccCalcStats),
+    ROW(TSAccGetFullScaleLimits), ROW(TSAccSetFullScaleLimits), ROW(TSAccGetFullScaleValid),
+
+    // The instance of a plug-in is its handle.
+    ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
+    ROW(TSAccGenGetCapability), ROW(TSAccGenGetValue), ROW(TSAccGenPutValue), ROW(TSAccGenGetData), ROW(TSAccGenPutData),
+    ROW(TSAccGenGetDataDoublePrecision), ROW(TSAccGenPutDataDoublePrecision), ROW(TSAccGenGetDataDigital32),
+    ROW(TSAccGenPutDataDigital32), ROW(TSAccGenGetDataDigital64), ROW(TSAccGenPutDataDigital64),
+    {"TSAccGenLoadMetaData", Call<TSAccGenLoadMetaData>, "TSAccLoadMetaData"},
+    {"TSAccGenAddLegacyMetaData", Call<TSAccGenAddLegacyMetaData>, "TSAccAddLegacyMetaData"},
 };
 
 #undef ROW
 
 /// Exported functions of the handle families that take no handle.
 const std::set<std::string> VVWithoutHandle = {
-    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "FINFAddPlugin", "FINFGetValidAccessTypes",
+    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
+    "FINFAddPlugin", "FINFGetValidAccessTypes",
     "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
     // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
     "FINFGetProxyAccessFileId"};

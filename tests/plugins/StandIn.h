@@ -52,6 +52,7 @@
 ///     buffer=4096                       preferred buffer size
 ///     wrong=1,3,10                      keys that GetValue answers with a boolean
 ///     chantitle=TEXT  actual=100        key 17; what key 18 adds to the channel's number
+///     stats=1,2,3,4,5,6,7,8             key 12 until it is put: values, then points; statsdouble=1 makes the values doubles
 ///     schedule=0.5                      key 23: offset present, with this value; absent without it
 ///     offset=2.5                        with capability 7: the mapper has set "Offset", "OffsetValue" for each channel
 ///     tsfail=Open,GetData,GetValue3     calls that give 0: entry point names; with a key or capability behind the names

@@ -190,6 +190,21 @@ VDVariant StandTimeSeries::FileValue(int key) const
     }
 }
 
+VDVariant StandTimeSeries::StoredStatistics() const
+{
+    VDVariant list;
+    for (const std::string& item : script_.List("stats")) {
+        const double value = std::strtod(item.c_str(), nullptr);
+        if (list.GetNumItems() >= 5)
+            list.AppendItem(VDVariant::FromHuge(static_cast<std::int64_t>(value)));
+        else if (script_.Has("statsdouble"))
+            list.AppendItem(VDVariant(value));
+        else
+            list.AppendItem(VDVariant(static_cast<float>(value)));
+    }
+    return list;
+}
+
 VDVariant StandTimeSeries::ChannelValue(long index, int key) const
 {
     const StandChannel& channel = test_.channels[static_cast<std::size_t>(index)];
@@ -206,7 +221,7 @@ VDVariant StandTimeSeries::ChannelValue(long index, int key) const
     case DaxTimeSeries::YUnits:
         return VDVariant(channel.yUnits);
     case DaxTimeSeries::Statistics:
-        return channel.statistics;
+        return channel.statistics.IsNull() ? StoredStatistics() : channel.statistics;
     case DaxTimeSeries::FullScale:
         return channel.fullScale;
     case DaxTimeSeries::ChanTitle:

@@ -86,6 +86,7 @@ private:
     double ListedNumber(const std::string& key, std::size_t index, double otherwise) const;
     VDVariant FileValue(int key) const;
     VDVariant ChannelValue(long index, int key) const;
+    VDVariant StoredStatistics() const;
 
     template <class T>
     std::vector<T>& Values(long index)

@@ -21,6 +21,22 @@ inline VDFileIdHandle IdentifyTest(const std::string& filename)
     return test;
 }
 
+/// The id of a test that is to be written, with channels 1, 2, ... of these data types.
+inline VDFileIdHandle NewTestId(const std::string& filename, int fileId, int subId, const std::vector<int>& types)
+{
+    VDFileIdHandle id(FIDCreate());
+    FIDSetFileId(id.Get(), fileId, subId);
+    FIDSetFilename(id.Get(), VTNameFormFile, filename.c_str(), "");
+    int index = -1;
+    for (const int type : types) {
+        FIDAddChannel(id.Get(), index + 2, &index);
+        FIDSetChanType(id.Get(), index, type);
+    }
+    FIDSetIdentified(id.Get(), 1);
+    FIDSetInfoLoaded(id.Get(), 1);
+    return id;
+}
+
 /// An access object bound to a test.
 inline VDTsAccHandle BindTest(VDFileId* id, bool create = false)
 {

@@ -1,0 +1,14 @@
+#include "BuiltInPlugins.h"
+
+#include "StorageFileTypes.h"
+
+#include "vdbase/VFPlugIn.h"
+
+void VFAddBuiltInPlugins()
+{
+    constexpr const char* library = "daxlib";
+    VFAddBuiltInPlugIn("FileFormat", "Z4", "Structured storage", library, "Z4FF");
+    VFAddBuiltInPlugIn("FileFormat", "Z4Temporary", "Temporary structured storage", library, "Z4TempFF");
+    VFAddBuiltInPlugIn("TimeSeriesFiles", StorageFormat::TimeSeriesClass, "Structured storage of time series", library,
+                       "TSAccGen");
+}

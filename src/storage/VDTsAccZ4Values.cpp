@@ -1,0 +1,223 @@
+#include "VDTsAccZ4.h"
+
+#include "daxlib/TimeSeriesPlugin.h"
+
+// The values of the file and of its channels that travel as variants.
+
+namespace {
+
+constexpr long LongestText = 200;
+constexpr long BlockPoints = 32768;
+constexpr const char* ObjectName = "LQTimeSeries";
+
+/// The statistics of a channel in the order of the list that carries them.
+template <class T>
+struct StatisticsList
+{
+    T max, min, mean, sdev, rms;
+    std::int64_t pointOfMax, pointOfMin, pointOfAbs;
+
+    void AppendTo(VDVariant* list) const
+    {
+        for (const T value : {max, min, mean, sdev, rms})
+            list->AppendItem(VDVariant(value));
+        for (const std::int64_t point : {pointOfMax, pointOfMin, pointOfAbs})
+            list->AppendItem(VDVariant::FromHuge(point));
+    }
+    bool TakeFrom(const VDVariant& list, bool (VDVariant::*get)(T*) const)
+    {
+        int item = 0;
+        for (T* const value : {&max, &min, &mean, &sdev, &rms})
+            if (!(list[item++].*get)(value))
+                return false;
+        for (std::int64_t* const point : {&pointOfMax, &pointOfMin, &pointOfAbs})
+            if (!list[item++].GetHuge(point))
+                return false;
+        return true;
+    }
+};
+
+/// Answers with what the query gives; a query that fails leaves the answer as it is.
+template <class T, class Query>
+void VFAnswer(VDVariant* answer, Query query)
+{
+    T value{};
+    if (query(value))
+        *answer = VDVariant(value);
+}
+
+VDString VFText(const VDVariant& value)
+{
+    VDString text;
+    value.GetString(&text);
+    return text;
+}
+
+}  // namespace
+
+void VDTsAccZ4::GetStatistics(int channel, VDVariant* value) const
+{
+    StatisticsList<float> stats{};
+    if (object_->GetAllStats(channel, &stats.max, &stats.min, &stats.mean, &stats.sdev, &stats.rms, &stats.pointOfMax,
+                             &stats.pointOfMin, &stats.pointOfAbs))
+        stats.AppendTo(value);
+}
+
+void VDTsAccZ4::GetStatisticsDouble(int channel, VDVariant* value) const
+{
+    StatisticsList<double> stats{};
+    if (timeSeries_ != nullptr &&
+        timeSeries_->GetAllStatsDoublePrecision(channel, &stats.max, &stats.min, &stats.mean, &stats.sdev, &stats.rms,
+                                                &stats.pointOfMax, &stats.pointOfMin, &stats.pointOfAbs))
+        stats.AppendTo(value);
+}
+
+bool VDTsAccZ4::PutStatistics(int channel, const VDVariant& value)
+{
+    if (value.IsNull())
+        return object_->SetStatsFlags(channel, 0);
+    StatisticsList<float> stats{};
+    return stats.TakeFrom(value, &VDVariant::GetFloat) &&
+           object_->SetStats(channel, stats.max, stats.min, stats.mean, stats.sdev, stats.rms, stats.pointOfMax,
+                             stats.pointOfMin, stats.pointOfAbs);
+}
+
+bool VDTsAccZ4::PutStatisticsDouble(int channel, const VDVariant& value)
+{
+    if (timeSeries_ == nullptr)
+        return true;
+    if (value.IsNull())
+        return timeSeries_->SetStatsFlags(channel, 0);
+    StatisticsList<double> stats{};
+    return stats.TakeFrom(value, &VDVariant::GetDouble) &&
+           timeSeries_->SetStatsDoublePrecision(channel, stats.max, stats.min, stats.mean, stats.sdev, stats.rms,
+                                                stats.pointOfMax, stats.pointOfMin, stats.pointOfAbs);
+}
+
+/// The format has no limits of its own; the smallest and the largest value stand for them.
+void VDTsAccZ4::GetFullScale(int channel, VDVariant* value) const
+{
+    float max = 0;
+    float min = 0;
+    if (object_->GetStat(channel, VTTsFloatStatMax, &max) && object_->GetStat(channel, VTTsFloatStatMin, &min)) {
+        value->AppendItem(VDVariant(min));
+        value->AppendItem(VDVariant(max));
+    }
+}
+
+void VDTsAccZ4::PutHint(const VDVariant& list)
+{
+    const VDString name = VFText(list[0]);
+    if (name.CompareNoCase("Z4NumberOfElements") == 0)
+        list[1].GetHuge(&numberOfElements_);
+    else if (name.CompareNoCase("Z4ElementsSize") == 0)
+        list[1].GetLong(&elementsSize_);
+    else if (name.CompareNoCase("Z4SmallestSingleRecord") == 0)
+        list[1].GetBoolean(&smallestSingleRecord_);
+}
+
+bool VDTsAccZ4::GetValue(long accessChannel, int key, VDVariant* value)
+{
+    using namespace DaxTimeSeries;
+    if (object_ == nullptr)
+        return key == BufferSize ? (*value = VDVariant(BlockPoints), true) : false;
+    const int channel = GetChannel(accessChannel);
+    switch (key) {
+    case SampleRate:
+        VFAnswer<double>(value, [&](double& rate) { return object_->GetSampleRate(channel, &rate); });
+        break;
+    case BaseTime:
+        VFAnswer<double>(value, [&](double& time) { return object_->GetBaseTime(channel, &time); });
+        break;
+    case NumPoints:
+        *value = VDVariant::FromHuge(object_->GetElementCount(channel));
+        break;
+    case MaxXTitle:
+    case MaxXUnits:
+    case MaxYTitle:
+    case MaxYUnits:
+        *value = VDVariant(LongestText);
+        break;
+    case XTitle:
+        VFAnswer<VDString>(value, [&](VDString& text) { return object_->GetXTitle(text); });
+        break;
+    case XUnits:
+        VFAnswer<VDString>(value, [&](VDString& text) { return object_->GetXUnits(text); });
+        break;
+    case YTitle:
+        VFAnswer<VDString>(value, [&](VDString& text) { return object_->GetYTitle(channel, text); });
+        break;
+    case YUnits:
+        VFAnswer<VDString>(value, [&](VDString& text) { return object_->GetYUnits(channel, text); });
+        break;
+    case Statistics:
+        GetStatistics(channel, value);
+        break;
+    case StatisticsDouble:
+        GetStatisticsDouble(channel, value);
+        break;
+    case FullScale:
+        GetFullScale(channel, value);
+        break;
+    case FormatSpecific:
+        if (timeSeries_ != nullptr && VFText((*value)[0]).CompareNoCase(ObjectName) == 0) {
+            VDVariant object;
+            object.SetNamedPointer(ObjectName, timeSeries_);
+            value->AppendItem(object);
+        }
+        break;
+    case BufferSize:
+        *value = VDVariant(BlockPoints);
+        break;
+    case ChanTitle:
+        VFAnswer<VDString>(value, [&](VDString& text) { return object_->GetChanTitle(channel, text); });
+        break;
+    case FullScaleValid:
+        *value = VDVariant(false);
+        break;
+    default:
+        break;
+    }
+    return true;
+}
+
+bool VDTsAccZ4::PutValue(long accessChannel, int key, VDVariant* value)
+{
+    using namespace DaxTimeSeries;
+    if (key == FormatSpecific) {
+        PutHint(*value);
+        return true;
+    }
+    // What comes with the instance itself concerns other formats.
+    if (object_ == nullptr)
+        return key == AccessObject || key == UseOffset;
+    const int channel = GetChannel(accessChannel);
+    double number = 0;
+    std::int64_t points = 0;
+    switch (key) {
+    case SampleRate:
+        return value->GetDouble(&number) && object_->SetSampleRate(channel, number);
+    case BaseTime:
+        return value->GetDouble(&number) && object_->SetBaseTime(channel, number);
+    case NumPoints:
+        // Typed channels grow by what is written to them.
+        return (timeSeries_ != nullptr && timeSeries_->GetElementCount(channel) != 0) ||
+               (value->GetHuge(&points) && object_->AdjustElementCount(points, channel));
+    case XTitle:
+        return object_->SetXTitle(VFText(*value));
+    case XUnits:
+        return object_->SetXUnits(VFText(*value));
+    case YTitle:
+        return object_->SetYTitle(channel, VFText(*value));
+    case YUnits:
+        return object_->SetYUnits(channel, VFText(*value));
+    case Statistics:
+        return PutStatistics(channel, *value);
+    case StatisticsDouble:
+        return PutStatisticsDouble(channel, *value);
+    case ChanTitle:
+        return object_->SetChanTitle(channel, VFText(*value));
+    default:
+        return true;
+    }
+}

@@ -1,0 +1,257 @@
+#include "storage/RecordSizeTuning.h"
+#include "support/TestTimeSeries.h"
+
+#include "daxlib/TSAccGen.h"
+#include "vdarchive/Z4Size.h"
+#include "vdbase/VDFileSystem.h"
+#include "vdbase/VFTrace.h"
+#include "vdstore/LQDataManager.h"
+
+#include <numeric>
+
+namespace {
+
+constexpr int All = static_cast<int>(DaxChannel::All);
+
+struct NewChannel
+{
+    int number;
+    int type;
+};
+
+class StorageAccessTest : public testing::Test
+{
+protected:
+    VDFileIdHandle NewId(int subId, const std::vector<NewChannel>& channels)
+    {
+        VDFileIdHandle id(FIDCreate());
+        FIDSetFileId(id.Get(), DaxStorageFileId, subId);
+        FIDSetFilename(id.Get(), VTNameFormFile, name_.c_str(), "");
+        for (const NewChannel& channel : channels) {
+            int index = 0;
+            FIDAddChannel(id.Get(), channel.number, &index);
+            FIDSetChanType(id.Get(), index, channel.type);
+            FIDSetChanTitle(id.Get(), index, ("Channel " + std::to_string(channel.number)).c_str());
+        }
+        FIDSetIdentified(id.Get(), 1);
+        FIDSetInfoLoaded(id.Get(), 1);
+        return id;
+    }
+    VDTsAccHandle Create(int subId, const std::vector<NewChannel>& channels)
+    {
+        VDTsAccHandle acc = BindTest(NewId(subId, channels).Get(), true);
+        EXPECT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate)) << VFErrorGetText(VFGetBaseLibError()).Str();
+        return acc;
+    }
+
+    TestFolder folder_;
+    std::string name_ = folder_.Name("test.z4t");
+};
+
+template <class T>
+std::vector<T> Ramp(std::size_t count, T first)
+{
+    std::vector<T> values(count);
+    std::iota(values.begin(), values.end(), first);
+    return values;
+}
+
+template <class T>
+void ExpectPoints(VDTsAcc* acc, int channel, const std::vector<T>& expected,
+                  int (*get)(VDTsAcc*, int, std::int64_t, std::int64_t, std::int64_t*, T*))
+{
+    std::vector<T> values(expected.size() + 10);
+    std::int64_t count = 0;
+    EXPECT_TRUE(get(acc, channel, 1, static_cast<std::int64_t>(values.size()), &count, values.data()));
+    values.resize(static_cast<std::size_t>(count));
+    EXPECT_EQ(values, expected) << "channel " << channel;
+}
+
+}  // namespace
+
+TEST_F(StorageAccessTest, EveryDataTypeComesBack)
+{
+    // Doubles stand in front of floats here, while the object in the file has the floats first.
+    const std::vector<NewChannel> channels = {{3, DaxDataType::Double},
+                                              {5, DaxDataType::Float},
+                                              {6, DaxDataType::Digital64},
+                                              {8, DaxDataType::Float},
+                                              {9, DaxDataType::Digital32}};
+    const auto doubles = Ramp<double>(70'000, 0.1);
+    const auto floats = Ramp<float>(100, 5);
+    const auto otherFloats = Ramp<float>(50, 8);
+    const auto digital64 = Ramp<std::uint64_t>(3, 1ULL << 60);
+    const auto digital32 = Ramp<std::uint32_t>(4, 0xf0000000U);
+    {
+        const VDTsAccHandle acc = Create(11, channels);
+        EXPECT_TRUE(TSAccPutDataDoublePrecision(acc.Get(), 0, 1, 70'000, doubles.data()));
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 1, 1, 100, floats.data()));
+        EXPECT_TRUE(TSAccPutDataDigital64(acc.Get(), 2, 1, 3, digital64.data()));
+        EXPECT_TRUE(TSAccPutNext(acc.Get(), 3, 50, otherFloats.data()));
+        EXPECT_TRUE(TSAccPutDataDigital32(acc.Get(), 4, 1, 4, digital32.data()));
+        EXPECT_TRUE(TSAccSetSampleRate(acc.Get(), 0, 1000));
+        EXPECT_TRUE(TSAccSetBaseTime(acc.Get(), 0, -2.5));
+        EXPECT_TRUE(TSAccSetYUnits(acc.Get(), 3, "kN"));
+        EXPECT_TRUE(TSAccSetXTitle(acc.Get(), "Time"));
+        EXPECT_FALSE(TSAccPutDataDigital32(acc.Get(), 1, 1, 4, digital32.data()));
+        ExpectError(-66564);
+        EXPECT_TRUE(TSAccClose(acc.Get())) << VFErrorGetText(VFGetBaseLibError()).Str();
+    }
+    const VDTsAccHandle acc = OpenTest(name_);
+    ExpectPoints(acc.Get(), 0, doubles, TSAccGetDataDoublePrecision);
+    ExpectPoints(acc.Get(), 1, floats, TSAccGetData);
+    ExpectPoints(acc.Get(), 2, digital64, TSAccGetDataDigital64);
+    ExpectPoints(acc.Get(), 3, otherFloats, TSAccGetData);
+    ExpectPoints(acc.Get(), 4, digital32, TSAccGetDataDigital32);
+    double number = 0;
+    VDString text;
+    EXPECT_TRUE(TSAccGetSampleRate(acc.Get(), 0, &number));
+    EXPECT_EQ(number, 1000);
+    EXPECT_TRUE(TSAccGetBaseTime(acc.Get(), 0, &number));
+    EXPECT_EQ(number, -2.5);
+    EXPECT_TRUE(TSAccGetYUnits(acc.Get(), 3, &text));
+    EXPECT_EQ(text, "kN");
+    EXPECT_TRUE(TSAccGetXTitle(acc.Get(), &text));
+    EXPECT_EQ(text, "Time");
+    EXPECT_TRUE(TSAccGetChanTitle(acc.Get(), 0, &text));
+    EXPECT_EQ(text, "Channel 3");
+
+    LQChannelMapper* mapper = nullptr;
+    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
+    std::vector<long> order;
+    for (int index = 0; index < mapper->GetChannelCount(); ++index)
+        order.push_back(mapper->NumberFromIndex(index, false));
+    EXPECT_EQ(order, (std::vector<long>{5, 8, 3, 9, 6}));
+}
+
+TEST_F(StorageAccessTest, TheOlderKindHoldsFloatsOnly)
+{
+    const auto floats = Ramp<float>(10, 1);
+    {
+        const VDTsAccHandle acc = Create(4, {{1, DaxDataType::Double}, {2, DaxDataType::Float}});
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 1, 1, 10, floats.data()));
+    }
+    // What the file says about itself counts, not the id.
+    const VDFileIdHandle id = IdentifyTest(name_);
+    FIDSetFileId(id.Get(), DaxStorageFileId, 11);
+    const VDTsAccHandle acc = BindTest(id.Get());
+    ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ExpectPoints(acc.Get(), 1, floats, TSAccGetData);
+    double value = 0;
+    EXPECT_FALSE(TSAccGetDataDoublePrecision(acc.Get(), 1, 1, 1, nullptr, &value));
+    ExpectError(-327690, "Unknown error in access plugin");
+}
+
+TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
+{
+    std::int64_t points = 0;
+    const auto floats = Ramp<float>(100, 1);
+    {
+        const VDTsAccHandle acc = Create(11, {{1, DaxDataType::Float}});
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 1, 40, floats.data()));
+        EXPECT_TRUE(TSAccFlush(acc.Get()));
+        // A reader sees the last commit, a second writer is turned away with the reason.
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 41, 1, floats.data()));
+        const VDTsAccHandle reader = OpenTest(name_);
+        EXPECT_TRUE(TSAccGetNumPoints(reader.Get(), 0, &points));
+        EXPECT_EQ(points, 40);
+        const VDTsAccHandle second = BindTest(IdentifyTest(name_).Get());
+        EXPECT_FALSE(TSAccOpen(second.Get(), VTTsAccOpenUpdate));
+        ExpectError(-329885, "Error opening / Creating Z4 file", "VDTsAccZ4::Open");
+        EXPECT_NE(VFErrorGetReports(VFGetBaseLibError())[0].text.Find("another writer has it open"), -1);
+    }
+    {
+        const VDTsAccHandle acc = OpenTest(name_, VTTsAccOpenUpdate);
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 42, 59, floats.data() + 41));
+        // A channel that has points keeps them.
+        EXPECT_TRUE(TSAccSetNumPoints(acc.Get(), All, 7));
+        LQChannelMapper* mapper = nullptr;
+        ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
+        EXPECT_TRUE(mapper->SetStringAttribute("Sensor", "S 17", 0));
+    }
+    const VDTsAccHandle acc = OpenTest(name_);
+    EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &points));
+    EXPECT_EQ(points, 100);
+    LQChannelMapper* mapper = nullptr;
+    LQChannelMapper* again = nullptr;
+    VDString text;
+    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
+    EXPECT_TRUE(mapper->GetStringMetaDataItem("Sensor", &text, 0));
+    EXPECT_EQ(text, "S 17");
+    EXPECT_TRUE(TSAccGetMetaData(acc.Get(), &again));
+    EXPECT_EQ(again, mapper);
+}
+
+TEST_F(StorageAccessTest, BadIdsAndFilesAreRefused)
+{
+    const VDFileIdHandle id = NewId(11, {{1, DaxDataType::Float}});
+    FIDSetFilename(id.Get(), VTNameFormTestPlusChannels, name_.c_str(), "z4t");
+    const VDTsAccHandle acc(TSAccCreate());
+    EXPECT_FALSE(TSAccSetId(acc.Get(), id.Get(), 0));
+    ExpectError(-329881, "Invalid time series ID specified", "VDTsAccZ4::SetId");
+
+    const VDTsAccHandle missing = BindTest(NewId(11, {{1, DaxDataType::Float}}).Get());
+    EXPECT_FALSE(TSAccOpen(missing.Get(), VTTsAccOpenRead));
+    ExpectError(-329885);
+    Create(11, {{1, DaxDataType::Float}});
+    const VDTsAccHandle other = BindTest(NewId(11, {{2, DaxDataType::Float}}).Get());
+    EXPECT_FALSE(TSAccOpen(other.Get(), VTTsAccOpenRead));
+    ExpectError(-329886, "Error in the channel index / number\nFile :" + name_, "VDTsAccZ4::Open");
+}
+
+TEST_F(StorageAccessTest, ATemporaryTestGoesWithItsLastId)
+{
+    name_ = folder_.Name("scratch.y4t");
+    const auto floats = Ramp<float>(10, 1);
+    {
+        const VDFileIdHandle id = NewId(13, {{1, DaxDataType::Float}});
+        {
+            const VDTsAccHandle acc = BindTest(id.Get(), true);
+            ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
+            EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 1, 10, floats.data()));
+        }
+        const VDTsAccHandle acc = BindTest(id.Get());
+        ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+        ExpectPoints(acc.Get(), 0, floats, TSAccGetData);
+        EXPECT_TRUE(VDFileSystem::FileExists(name_.c_str()));
+    }
+    EXPECT_FALSE(VDFileSystem::FileExists(name_.c_str()));
+}
+
+TEST_F(StorageAccessTest, AManifestTakesABuiltInPluginOut)
+{
+    TestWriteFile(TestHomeFolder(), "plugins.toml",
+                  "[[plugin]]\nfamily=\"FileFormat\"\nname=\"z4\"\ndescription=\"none\"\nlibrary=\"daxlib\"\n"
+                  "prefix=\"Z4FF\"\nskip=true\n");
+    const VDTsAccHandle acc(TSAccCreate());
+    EXPECT_FALSE(TSAccSetId(acc.Get(), NewId(11, {{1, DaxDataType::Float}}).Get(), 1));
+    ExpectError(-328692, "Unknown file ID specified\nFile ID : 154     Sub ID : 11");
+}
+
+TEST_F(StorageAccessTest, HintsChooseTheRecordSize)
+{
+    LQDataManager& data = *LQGetDataManager();
+    Z4File* const file = data.GetFileManager()->CreateFile(name_.c_str(), nullptr);
+    EXPECT_EQ(VFGetOptimumRecordSize(file, 1000, 4, 1), Z4Size::Record32K);
+    // Large records save index blocks as soon as there are many.
+    EXPECT_EQ(VFGetOptimumRecordSize(file, 1 << 28, 4, 1), Z4Size::Record256K);
+    EXPECT_EQ(VFGetOptimumRecordSize(file, INT64_MAX, 8, 1), Z4Size::Record32K);
+    EXPECT_EQ(VFGetOptimumRecordSize(file, 100, -4, 1), Z4Size::Record32K);
+    data.GetFileManager()->CloseFile(file, false);
+
+    static std::string traced;
+    VFTraceSetSink([](const char* text) { traced = text; });
+    EXPECT_EQ(VFGetOptimumRecordSize(nullptr, 1 << 28, 4, 1), Z4Size::Record32K);
+    VFTraceSetSink(nullptr);
+    EXPECT_NE(traced.find("GetOptimumRecordSize - null file ptr"), std::string::npos);
+}
+
+TEST(StoragePluginTest, IsKnownByItsClassId)
+{
+    void* const instance = TSAccGenCreate("8f517aaa-6db0-45BB-990d-821265dfb159");
+    ASSERT_NE(instance, nullptr);
+    EXPECT_NE(static_cast<VDCompBase*>(instance)->GetID(), static_cast<std::int32_t>(0xa04f0104));
+    EXPECT_TRUE(TSAccGenRelease(instance));
+    EXPECT_EQ(TSAccGenCreate("8F517AAA"), nullptr);
+    ExpectError(-328013, "Plugin class ID not recognised", "TSAccGenCreate");
+}
