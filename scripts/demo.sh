@@ -1,5 +1,6 @@
 #!/bin/sh
-# The main job from end to end: identifies a recording, shows its channels, reads its samples and copies it.
+# The main job from end to end: identifies a recording, shows its channels, reads its samples and copies it, into its own
+# format and into the storage format.
 #
 #   scripts/demo.sh [FILE]
 #
@@ -39,14 +40,21 @@ quietly build_preset release dax daxwav
 PATH=$PWD/build/release/bin:$PATH
 export PATH
 copy=$work/copy.${recording##*.}
+stored=$work/stored.z4t
 
 step "What is this file?" dax identify "$recording"
 step "Which channels does it hold?" dax info "$recording"
 step "Its samples, from point 1001 on" dax read "$recording" --first 1001 --count 8
 step "The same channels in a new file, and what the format couldn't hold" dax copy "$recording" "$copy"
+step "And in a storage file" dax copy "$recording" "$stored"
+step "Is all of it as it was written?" dax check "$stored"
+step "Its statistics, worked out from the data" dax stats "$stored" --calc
+step "Some of its samples" dax read "$stored" --first 1001 --count 3
 
-printf '\n# Are the samples of the copy the same?\n'
+printf '\n# Are the samples of the copies the same?\n'
 dax read "$recording" --out "$work/recording.csv" >/dev/null
-dax read "$copy" --out "$work/copy.csv" >/dev/null
-cmp "$work/recording.csv" "$work/copy.csv"
-echo "Yes: $(($(wc -l <"$work/copy.csv") - 1)) rows, time and values, agree."
+for file in "$copy" "$stored"; do
+    dax read "$file" --out "$work/copied.csv" --overwrite >/dev/null
+    cmp "$work/recording.csv" "$work/copied.csv"
+done
+echo "Yes: $(($(wc -l <"$work/recording.csv") - 1)) rows, time and values, agree in all three files."

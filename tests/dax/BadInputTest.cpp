@@ -15,8 +15,12 @@ protected:
     void ExpectFailure(const std::string& file, int code) const
     {
         const std::string out = folder_.Name("never.wav");
-        for (const std::vector<std::string>& command :
-             {std::vector<std::string>{"identify", file}, {"info", file}, {"read", file}, {"copy", file, out}}) {
+        for (const std::vector<std::string>& command : {std::vector<std::string>{"identify", file},
+                                                        {"info", file},
+                                                        {"read", file},
+                                                        {"stats", file},
+                                                        {"meta", file},
+                                                        {"copy", file, out}}) {
             const DaxResult text = dax_.Run(command);
             EXPECT_EQ(text.status, 1) << command[0] << ' ' << file;
             EXPECT_EQ(text.out, "");
@@ -120,7 +124,7 @@ TEST_F(DaxBadInput, TheCommandLine)
         withJson.push_back("--json");
         EXPECT_EQ(dax_.Run(withJson).Codes(), std::vector<int>{-900001});
     }
-    for (const char* command : {"types", "identify", "info", "read", "copy"}) {
+    for (const char* command : {"types", "identify", "info", "read", "stats", "meta", "copy", "check"}) {
         const DaxResult help = dax_.Run({command, "--help"});
         EXPECT_EQ(help.status, 0);
         EXPECT_NE(help.out.find("--json"), std::string::npos) << command;

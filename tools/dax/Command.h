@@ -29,6 +29,8 @@ public:
     std::vector<VDErrorReport> errors;
     /// The plug-ins are what was asked for, so that one that didn't load is a failure, not only worth a warning.
     bool pluginsAsked = false;
+    /// The result itself says that something is wrong: the exit status is 1 without an error.
+    bool negative = false;
     /// The subcommand has written its JSON document itself, errors included.
     bool documentWritten = false;
 

@@ -14,11 +14,15 @@ namespace {
 /// Points of each channel in the trial that shows what a format keeps.
 constexpr std::int64_t VVTrialPoints = 1024;
 
-/// Writable time-series formats.
-std::vector<VDFileType> VFGetWritableTypes(const VDRegistry& registry)
+/// Time-series formats that a copy of this type may have. A temporary one's files would be gone with the program, and the
+/// older kind of storage file, which holds floats only, takes what comes from its own kind.
+std::vector<VDFileType> VFGetTargetTypes(const VDRegistry& registry, const VDFileType& source)
 {
     std::vector<VDFileType> types = registry.GetFileTypes();
-    std::erase_if(types, [](const VDFileType& type) { return !type.writable || type.accessType != VTFileAccessTimeSeries; });
+    std::erase_if(types, [&](const VDFileType& type) {
+        return !type.writable || type.temporary || type.accessType != VTFileAccessTimeSeries ||
+               (type.IsFloatStorage() && !source.IsFloatStorage());
+    });
     return types;
 }
 
@@ -27,10 +31,14 @@ bool VFEqualNoCase(const std::string& left, const std::string& right)
     return VDString(left).CompareNoCase(right.c_str()) == 0;
 }
 
+/// Whether an output of this extension gets the format if none is asked for; without an extension it is the typed storage,
+/// which has room for everything.
 bool VFHasExtension(const VDFileType& type, const std::string& extension)
 {
-    return std::any_of(type.extensions.begin(), type.extensions.end(),
-                       [&](const std::string& own) { return VFEqualNoCase(own, extension); });
+    if (extension.empty())
+        return type.IsTypedStorage();
+    return !type.IsFloatStorage() && std::any_of(type.extensions.begin(), type.extensions.end(),
+                                                 [&](const std::string& own) { return VFEqualNoCase(own, extension); });
 }
 
 std::int64_t VFCountPoints(const std::vector<VDChannel>& channels)
@@ -47,7 +55,9 @@ CLI::App* VDCopyCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("copy", "Copy a test, also into another format");
     arguments_.Register(*command, "IN");
-    command->add_option("OUT", out_, "The file to write; its extension says the format")->required()->type_name("");
+    command->add_option("OUT", out_, "The file to write; its extension says the format (default: .z4t, the storage format)")
+        ->required()
+        ->type_name("");
     selection_.Register(*command);
     command->add_option("--format", keyword_, "Keyword of the format, see 'dax types'")->type_name("KEYWORD");
     command->add_flag("--overwrite", overwrite_, "Replace an existing output");
@@ -59,14 +69,17 @@ CLI::App* VDCopyCommand::Register(CLI::App& program)
 
 VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileIdHandle& source) const
 {
-    const std::vector<VDFileType> types = VFGetWritableTypes(registry);
-    VDString folder;
+    constexpr const char* routine = "VDCopyCommand::ChooseFormat";
+    const VDFileType own = VFGetFileType(registry, source);
     VDString base;
     VDString extension;
-    VFSplitFilename(out_.c_str(), &folder, &base, &extension);
+    VFSplitFilename(out_.c_str(), nullptr, &base, &extension);
+    std::error_code none;
+    if ((base.IsEmpty() && extension.IsEmpty()) || std::filesystem::is_directory(out_, none))
+        VFFail(DaxToolError::OutputWrite, "The output is a folder; name a file in it: " + out_, routine);
     std::vector<VDFileType> fitting;
     std::string writable;
-    for (const VDFileType& type : types) {
+    for (const VDFileType& type : VFGetTargetTypes(registry, own)) {
         writable += (writable.empty() ? "" : ", ") + type.keyword;
         if (keyword_.empty() ? VFHasExtension(type, extension.Str()) : VFEqualNoCase(type.keyword, keyword_))
             fitting.push_back(type);
@@ -75,15 +88,17 @@ VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileI
         int fileId = 0;
         int subId = 0;
         VFCheck(FINFGetFileIdFromKeyword(registry.Get(), keyword_.c_str(), VTFileAccessAll, &fileId, &subId));
-        VFFail(DaxToolError::NoFormat, "The format " + keyword_ + " can't be written; these can: " + writable,
-               "VDCopyCommand::ChooseFormat");
+        const bool floats = registry.Describe(fileId, subId).IsFloatStorage();
+        VFFail(DaxToolError::NoFormat,
+               "The format " + keyword_ + (floats ? " is written from its own kind only" : " can't be written") +
+                   "; these can: " + writable,
+               routine);
     }
     if (fitting.empty())
         VFFail(DaxToolError::NoFormat,
                "No format that can be written has the extension '" + extension.Str() +
                    "'; choose one with --format: " + writable,
-               "VDCopyCommand::ChooseFormat");
-    const VDFileType own = VFGetFileType(registry, source);
+               routine);
     for (const VDFileType& type : fitting)
         if (type.fileId == own.fileId && type.subId == own.subId)
             return type;

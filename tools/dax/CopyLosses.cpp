@@ -46,6 +46,12 @@ std::string VFOwnTitle(VDFileId* id)
     return derived ? std::string() : title.Str();
 }
 
+/// A form that holds as much is no loss: a short in a float channel, for instance, is whole.
+bool VFHoldsAsMuch(VTValueForm from, VTValueForm to)
+{
+    return from == to || (to == VTValueForm::Double && from != VTValueForm::Digital64);
+}
+
 bool VFSameValue(long double left, long double right)
 {
     return left == right || (std::isnan(left) && std::isnan(right));
@@ -73,9 +79,10 @@ void VFCompareChannels(const VDCopyPlan& plan, const VDChannel& from, const VDTi
 {
     list.Add("channelNumber", from.number, from.number, to.number);
     list.AddText("title", from.number, from.title, to.title);
+    if (from.yTitle != from.title)
+        list.AddText("yTitle", from.number, from.yTitle, to.yTitle);
     list.AddText("units", from.number, from.units, to.units);
-    // A form that holds as much is none: a short in a float channel, for instance, is whole.
-    if (VFValueForm(from.type) != VFValueForm(to.type) && VFValueForm(to.type) != VTValueForm::Double)
+    if (!VFHoldsAsMuch(VFValueForm(from.type), VFValueForm(to.type)))
         list.AddText("type", from.number, VFTypeWord(from.type), VFTypeWord(to.type));
     list.Add("sampleRate", from.number, from.sampleRate, to.sampleRate);
     list.Add("baseTime", from.number, from.baseTime, to.baseTime);
@@ -86,11 +93,11 @@ void VFCompareChannels(const VDCopyPlan& plan, const VDChannel& from, const VDTi
 void VFCompareItems(const LQChannelMapper& from, int fromSlot, const LQChannelMapper* to, int toSlot,
                     std::optional<int> channel, LossList& list)
 {
-    VFForEachItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
+    VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
         const Z4PropertySet* kept =
             to != nullptr && toSlot >= LQChannelMapper::GLOBAL ? to->GetMetaDataSet(set.c_str(), toSlot) : nullptr;
         const Z4Property* twin = kept != nullptr ? kept->GetProperty(item.GetName(), false) : nullptr;
-        const std::string value = twin != nullptr && twin->IsDefined() ? twin->ToString().Str() : std::string();
+        const std::string value = twin != nullptr ? twin->ToString().Str() : std::string();
         const std::string what = "metadata " + set + "/" + item.GetName().Str();
         list.AddText(what.c_str(), channel, item.ToString().Str(), value);
     });

@@ -41,8 +41,13 @@ VDInterruptGuard::~VDInterruptGuard()
     }
 }
 
+bool VDInterruptGuard::IsInterrupted()
+{
+    return VVInterrupted != 0;
+}
+
 void VDInterruptGuard::Check()
 {
-    if (VVInterrupted != 0)
+    if (IsInterrupted())
         VFFail(DaxToolError::Interrupted, "Interrupted by a signal; the output was not written", "VDInterruptGuard::Check");
 }

@@ -10,6 +10,8 @@ public:
     VDInterruptGuard(const VDInterruptGuard&) = delete;
     VDInterruptGuard& operator=(const VDInterruptGuard&) = delete;
 
+    /// Whether a signal has come.
+    static bool IsInterrupted();
     /// Throws if a signal has come.
     static void Check();
 };

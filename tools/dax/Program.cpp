@@ -82,7 +82,7 @@ int VFRunCommand(VDCommand& command, bool json, VDTextSink& out)
         return VFPrintFailure(context.errors, json, std::move(document), out);
     if (json)
         out.Write(VFJsonText(document) + "\n");
-    return 0;
+    return context.negative ? 1 : 0;
 }
 
 int VFParseAndRun(const std::vector<std::unique_ptr<VDCommand>>& commands, std::vector<std::string> arguments,

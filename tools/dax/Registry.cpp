@@ -18,6 +18,16 @@ VDGeneralFiles VFReadConfiguredTypes()
     return configured;
 }
 
+bool VFIsTemporary(int fileId, int subId)
+{
+    const VDFileIdHandle id(FIDCreate());
+    char temporary = 0;
+    VFCheck(static_cast<bool>(id));
+    VFCheck(FIDSetFileId(id.Get(), fileId, subId));
+    VFCheck(FIDIsTemporary(id.Get(), &temporary));
+    return temporary != 0;
+}
+
 }  // namespace
 
 VDRegistry::VDRegistry()
@@ -67,6 +77,7 @@ VDFileType VDRegistry::Describe(int fileId, int subId) const
     type.accessName = text.Str();
     type.readable = HasCapability(fileId, subId, "Readable");
     type.writable = HasCapability(fileId, subId, "Writable");
+    type.temporary = VFIsTemporary(fileId, subId);
     type.extensions = GetExtensions(type);
     return type;
 }

@@ -53,6 +53,7 @@ bool VFCan(VDTsAcc* acc, int capability)
 void VFWriteHeader(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t limit)
 {
     const bool growing = VFCan(acc, DaxTimeSeries::Extendable);
+    const bool titled = VFCan(acc, DaxTimeSeries::ChannelTitles);
     TSAccSetXTitle(acc, plan.source.GetXTitle().c_str());
     TSAccSetXUnits(acc, plan.source.GetXUnits().c_str());
     for (int index = 0; index < static_cast<int>(plan.channels.size()); ++index) {
@@ -61,7 +62,7 @@ void VFWriteHeader(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t limit)
         if (!growing)
             VFCheck(TSAccSetNumPoints(acc, index, std::min(channel.points, limit)));
         TSAccSetBaseTime(acc, index, channel.baseTime);
-        TSAccSetYTitle(acc, index, channel.title.c_str());
+        TSAccSetYTitle(acc, index, (titled ? channel.yTitle : channel.title).c_str());
         TSAccSetYUnits(acc, index, channel.units.c_str());
     }
     VFErrorClear();
@@ -81,6 +82,7 @@ void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
         if (fromSlot >= 0 && toSlot >= 0)
             VFCopyItems(*from, fromSlot, *to, toSlot);
     }
+    VFDropInputInfo(*to);
 }
 
 /// Writes the first block in the most exact form that the target takes, which is then the form of the whole channel.
@@ -156,7 +158,8 @@ VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name)
                    "VFMakeTargetId");
         VFCheck(FIDSetChanTitle(id.Get(), index, channel.title.c_str()));
         VFCheck(FIDSetChanUnits(id.Get(), index, channel.units.c_str()));
-        VFCheck(FIDSetChanType(id.Get(), index, channel.type));
+        // The type in which the values come, so that whole numbers too wide for a float go into a double.
+        VFCheck(FIDSetChanType(id.Get(), index, VFChannelType(VFValueForm(channel.type))));
     }
     VFCheck(FIDSetInfoLoaded(id.Get(), 1));
     return id;

@@ -1,32 +1,71 @@
 #include "TestMetaData.h"
 
+#include "ToolError.h"
+
 #include "vdbase/VFError.h"
 #include "vdstore/LQChannelMapper.h"
 
-LQChannelMapper* VFGetMetaData(VDTsAcc* acc)
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+/// What the library reports for a format that keeps no metadata.
+constexpr int VVKeepsNone = -327992;
+
+constexpr const char* VVInputInfo = "InputTestInfo";
+
+/// Attributes that are header values and statistics under other names.
+constexpr const char* VVDerived[] = {"XTitle",  "XUnits",  "SampleRate", "BaseTime", "NumPoints", "Max",  "Min",
+                                     "Mean",    "SDev",    "RMS",        "PMax",     "PMin",      "PAbs", "TimeMax",
+                                     "TimeMin", "TimeAbs", "YTitle",     "YUnits",   "ChanTitle"};
+
+bool VFIsDerived(const Z4PropertySet& set, const Z4Property& item)
 {
-    const VDErrorMute mute;
-    LQChannelMapper* mapper = nullptr;
-    return TSAccGetMetaData(acc, &mapper) != 0 ? mapper : nullptr;
+    return set.GetName() == LQChannelMapper::ATTRIBUTES &&
+           std::any_of(std::begin(VVDerived), std::end(VVDerived), [&](const char* name) { return item.GetName() == name; });
 }
 
-void VFForEachItem(const LQChannelMapper& mapper, int slot,
-                   const std::function<void(const std::string& set, const Z4Property& item)>& visit)
+}  // namespace
+
+LQChannelMapper* VFGetMetaData(VDTsAcc* acc)
 {
-    for (int index = 0; index < mapper.GetMetaDataSetCount(slot); ++index) {
-        const Z4PropertySet* set = mapper.GetMetaDataSet(index, slot);
-        if (set == nullptr || set->GetName() == "InputTestInfo")
-            continue;
-        for (int item = 0; item < set->GetSize(); ++item)
-            if (set->GetProperty(item)->IsDefined())
-                visit(set->GetName().Str(), *set->GetProperty(item));
-    }
+    LQChannelMapper* mapper = nullptr;
+    if (TSAccGetMetaData(acc, &mapper) != 0)
+        return mapper;
+    if (VFErrorGetCode(VFGetBaseLibError()) != VVKeepsNone)
+        throw VDFailure();
+    VFErrorClear();
+    return nullptr;
+}
+
+void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<void(const Z4PropertySet& set)>& visit)
+{
+    for (int index = 0; index < mapper.GetMetaDataSetCount(slot); ++index)
+        if (const Z4PropertySet* set = mapper.GetMetaDataSet(index, slot))
+            visit(*set);
+}
+
+void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
+                      const std::function<void(const std::string& set, const Z4Property& item)>& visit)
+{
+    VFForEachSet(mapper, slot, [&](const Z4PropertySet& set) {
+        for (int item = 0; set.GetName() != VVInputInfo && item < set.GetSize(); ++item)
+            if (!VFIsDerived(set, *set.GetProperty(item)))
+                visit(set.GetName().Str(), *set.GetProperty(item));
+    });
 }
 
 void VFCopyItems(const LQChannelMapper& from, int fromSlot, LQChannelMapper& to, int toSlot)
 {
-    VFForEachItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
+    VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
         if (Z4PropertySet* target = to.AdoptMetaDataSet(set.c_str(), nullptr, toSlot))
             target->Copy(&item);
     });
+}
+
+void VFDropInputInfo(LQChannelMapper& mapper)
+{
+    for (int slot = LQChannelMapper::GLOBAL; slot < mapper.GetChannelCount(); ++slot)
+        mapper.DeleteMetaDataSet(VVInputInfo, slot);
 }

@@ -7,15 +7,23 @@
 
 class LQChannelMapper;
 class Z4Property;
+class Z4PropertySet;
 
-/// The metadata of an open test, which stays the access object's; null where the test has none that can be read.
+/// The metadata of an open test, which stays the access object's; null where the format keeps none. Throws if it can't be
+/// read.
 LQChannelMapper* VFGetMetaData(VDTsAcc* acc);
 
-/// Calls back for each defined item of a slot. What the library notes about the input itself is left out: it isn't the
-/// test's own.
+/// Calls back for each set of a slot.
 /// @param slot  index of a channel or `LQChannelMapper::GLOBAL`
-void VFForEachItem(const LQChannelMapper& mapper, int slot,
-                   const std::function<void(const std::string& set, const Z4Property& item)>& visit);
+void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<void(const Z4PropertySet& set)>& visit);
 
-/// Puts copies of a slot's items into a slot of another mapper.
+/// Calls back for each item of a slot that is the test's own, undefined ones among them. What the library notes about the
+/// input itself is left out, and so are the attributes that it derives from header and statistics.
+void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
+                      const std::function<void(const std::string& set, const Z4Property& item)>& visit);
+
+/// Puts copies of a slot's own items into a slot of another mapper.
 void VFCopyItems(const LQChannelMapper& from, int fromSlot, LQChannelMapper& to, int toSlot);
+
+/// Removes what the library has noted about the input: in a file that is written it would name the file's place of now.
+void VFDropInputInfo(LQChannelMapper& mapper);

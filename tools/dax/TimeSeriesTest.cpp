@@ -80,10 +80,10 @@ VDChannel VDTimeSeriesTest::ReadChannel(int index, int number) const
     channel.index = index;
     channel.number = number;
     VDString text;
+    VFCheck(TSAccGetYTitle(Get(), index, &text));
+    channel.yTitle = text.Str();
     VFCheck(TSAccGetChanTitle(Get(), index, &text));
-    if (text.IsEmpty())
-        VFCheck(TSAccGetYTitle(Get(), index, &text));
-    channel.title = text.Str();
+    channel.title = text.IsEmpty() ? channel.yTitle : text.Str();
     VFCheck(TSAccGetYUnits(Get(), index, &text));
     const int idIndex = VFIdIndex(id_, index, number);
     if (text.IsEmpty() && idIndex >= 0)

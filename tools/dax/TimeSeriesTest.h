@@ -11,7 +11,8 @@ struct VDChannel
 {
     int index = 0;  ///< position in the list sorted by number
     int number = 0;
-    std::string title;
+    std::string title;   ///< the channel's, or else its y title
+    std::string yTitle;  ///< what the y axis is labelled with
     std::string units;
     int type = 0;  ///< see `DaxDataType`
     double sampleRate = 1.0;

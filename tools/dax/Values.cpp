@@ -59,6 +59,20 @@ VTValueForm VFValueForm(int channelType)
     }
 }
 
+int VFChannelType(VTValueForm form)
+{
+    switch (form) {
+    case VTValueForm::Digital64:
+        return DaxDataType::Digital64;
+    case VTValueForm::Digital32:
+        return DaxDataType::Digital32;
+    case VTValueForm::Double:
+        return DaxDataType::Double;
+    default:
+        return DaxDataType::Float;
+    }
+}
+
 VDValues::Buffer VDValues::MakeBuffer(VTValueForm form, std::int64_t size)
 {
     const auto count = static_cast<std::size_t>(size);

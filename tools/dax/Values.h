@@ -11,6 +11,9 @@ enum class VTValueForm { Digital64, Digital32, Double, Float };
 /// The form that loses nothing of a channel's values.
 VTValueForm VFValueForm(int channelType);
 
+/// The channel type whose values have this form.
+int VFChannelType(VTValueForm form);
+
 /// A block of values of one channel, in one of the forms.
 class VDValues
 {

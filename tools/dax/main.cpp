@@ -1,8 +1,11 @@
+#include "CheckCommand.h"
 #include "CopyCommand.h"
 #include "DbcCommand.h"
 #include "IdentifyCommand.h"
 #include "InfoCommand.h"
+#include "MetaCommand.h"
 #include "ReadCommand.h"
+#include "StatsCommand.h"
 #include "TypesCommand.h"
 
 #include "Program.h"
@@ -15,7 +18,10 @@ int main(int argc, char** argv)
     commands.push_back(std::make_unique<VDIdentifyCommand>());
     commands.push_back(std::make_unique<VDInfoCommand>());
     commands.push_back(std::make_unique<VDReadCommand>());
+    commands.push_back(std::make_unique<VDStatsCommand>());
+    commands.push_back(std::make_unique<VDMetaCommand>());
     commands.push_back(std::make_unique<VDCopyCommand>());
+    commands.push_back(std::make_unique<VDCheckCommand>());
     commands.push_back(std::make_unique<VDDbcCommand>());
     return VFRunProgram(commands, {argv + 1, argv + argc});
 }

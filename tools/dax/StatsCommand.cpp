@@ -1,0 +1,92 @@
+#include "StatsCommand.h"
+
+#include "ChannelStats.h"
+#include "TextTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr const char* VVValueNames[] = {"max", "min", "mean", "sdev", "rms"};
+constexpr const char* VVPointNames[] = {"pointOfMax", "pointOfMin", "pointOfAbs"};
+constexpr const char* VVHint = "Channels without stored statistics: --calc works them out from the data";
+
+using OptionalStats = std::optional<VDChannelStats>;
+
+VDJson VFStatsJson(const VDChannel& channel, const OptionalStats& stats)
+{
+    VDJson json = {
+        {"number", channel.number}, {"title", channel.title}, {"units", channel.units}, {"type", VFTypeWord(channel.type)}};
+    // A text of no number, such as nan, is what it is in JSON too; the text keeps a float from growing digits.
+    for (std::size_t at = 0; at < std::size(VVValueNames); ++at) {
+        VDJson value;
+        if (stats) {
+            value = VDJson::parse(stats->texts[at], nullptr, false);
+            if (value.is_discarded())
+                value = stats->texts[at];
+        }
+        json[VVValueNames[at]] = value;
+    }
+    for (std::size_t at = 0; at < std::size(VVPointNames); ++at)
+        json[VVPointNames[at]] = stats ? VDJson(stats->points[at]) : VDJson();
+    return json;
+}
+
+std::vector<std::string> VFStatsRow(const VDChannel& channel, const OptionalStats& stats)
+{
+    std::vector<std::string> row = {std::to_string(channel.number), channel.title, channel.units, VFTypeWord(channel.type)};
+    if (!stats) {
+        row.insert(row.end(), std::size(VVValueNames) + std::size(VVPointNames), "-");
+        return row;
+    }
+    row.insert(row.end(), stats->texts.begin(), stats->texts.end());
+    for (const std::int64_t point : stats->points)
+        row.push_back(std::to_string(point));
+    return row;
+}
+
+}  // namespace
+
+CLI::App* VDStatsCommand::Register(CLI::App& program)
+{
+    CLI::App* command = program.add_subcommand("stats", "Show the statistics of each channel");
+    arguments_.Register(*command, "FILE");
+    selection_.Register(*command);
+    command->add_flag("--calc", calculate_, "Work them out from the data; the file stays as it is");
+    command->add_flag("--quiet", quiet_, "Show no progress");
+    command->footer("Without --calc the statistics are those that the file stores. Digital channels have none.");
+    return command;
+}
+
+VDJson VDStatsCommand::Run(VDCommandContext& context)
+{
+    const VDFileIdHandle id = VFChooseTest(context.Registry(), arguments_);
+    const VDTimeSeriesTest test(id);
+    const std::vector<VDChannel> channels = selection_.Choose(test);
+    if (calculate_)
+        VFCalculateStats(test, channels, quiet_ || context.IsJson());
+
+    VDJson list = VDJson::array();
+    VDTextTable table("rlllrrrrrrrr");
+    table.Add({"NUMBER", "TITLE", "UNITS", "TYPE", "MAX", "MIN", "MEAN", "SDEV", "RMS", "AT MAX", "AT MIN", "AT ABS"});
+    bool missing = false;
+    for (const VDChannel& channel : channels) {
+        const OptionalStats stats = VFGetStats(test, channel);
+        missing = missing || (!stats && VFHasStats(channel));
+        if (context.IsJson())
+            list.push_back(VFStatsJson(channel, stats));
+        else
+            table.Add(VFStatsRow(channel, stats));
+    }
+    if (context.IsJson()) {
+        VDJson document = {{"path", VFGetTestFiles(id.Get()).front()}, {"calculated", calculate_}, {"channels", list}};
+        if (missing)
+            document["hint"] = VVHint;
+        return document;
+    }
+    table.Print(context.Out());
+    if (missing)
+        context.Out().Write(std::string(VVHint) + "\n");
+    return {};
+}
