@@ -43,7 +43,9 @@ public:
     /// @name Data
     /// @param count    points that there is room or data for
     /// @param numRead  points read: fewer only at the end of the channel. May be null.
-    /// A write lengthens the channel if need be; points left out on the way are 0.
+    /// A write lengthens the channel if need be; points left out on the way are 0. What was known of the statistics is not
+    /// any more. Floats and doubles are read from either kind of channel, and a double channel takes floats; all else must
+    /// be of the channel's type, so that nothing is lost unseen.
     /// @return false, recorded, if the channel has another data type or the file fails
     /// @{
     bool GetData(std::int64_t first, std::int64_t count, std::int64_t* numRead, float* values, int channel);
@@ -145,6 +147,10 @@ protected:
 
 private:
     friend class LQDataManager;
+
+    template <class T>
+    bool ReadConverted(std::int64_t first, std::int64_t count, std::int64_t* numRead, T* values, int channel);
+    bool WriteAsDoubles(std::int64_t first, std::int64_t count, const float* values, int channel);
 
     void WriteContent(Z4ByteWriter& writer) const override;
     bool ReadContent(Z4ByteReader& reader) override;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <type_traits>
 
 namespace {
 
@@ -46,6 +47,15 @@ void SwapPoints(T* values, std::int64_t count)
         values[i] = std::bit_cast<T>(bits);
     }
 }
+
+/// The two types of floating-point numbers stand for each other when data are read.
+template <class T>
+using OtherFloat = std::conditional_t<std::is_same_v<T, float>, double, float>;
+template <class T>
+constexpr std::int32_t OtherFloatType = std::is_same_v<T, float> ? Z4TypeDouble : Z4TypeFloat;
+
+/// Points that are converted at a time.
+constexpr std::int64_t ConvertedPoints = 4096;
 
 }  // namespace
 
@@ -127,6 +137,7 @@ bool LQTimeChannels::AdjustElementCount(std::int64_t count, int channel)
     Channel* const found = GetChannel(channel);
     if (found == nullptr || !CheckRange(0, count))
         return false;
+    found->stats.isKnown = found->stats.isKnown && count == GetElementCount(channel);
     return found->stream->SetLength(count * PointSize(found->type)) || Fail();
 }
 
@@ -147,10 +158,14 @@ bool LQTimeChannels::ReadPoints(std::int32_t type, std::int64_t first, std::int6
     const Channel* const found = GetChannel(channel);
     if (found == nullptr)
         return false;
-    if (found->type != type)
-        return Report(VDStoreError::WrongDataType, "The data of the channel have another type");
     if (first < 0 || count < 0)
         return CheckRange(first, count);
+    if (found->type != type) {
+        if constexpr (std::is_floating_point_v<T>)
+            if (found->type == OtherFloatType<T>)
+                return ReadConverted(first, count, numRead, values, channel);
+        return Report(VDStoreError::WrongDataType, "The data of the channel have another type");
+    }
     constexpr auto Size = static_cast<std::int64_t>(sizeof(T));
     const std::int64_t there = std::clamp<std::int64_t>(found->stream->GetLength() / Size - first, 0, count);
     if (there > 0 && !found->stream->Read(first * Size, there * Size, values))
@@ -162,16 +177,50 @@ bool LQTimeChannels::ReadPoints(std::int32_t type, std::int64_t first, std::int6
     return true;
 }
 
+/// Floats of a double channel, or doubles of a float channel.
+template <class T>
+bool LQTimeChannels::ReadConverted(std::int64_t first, std::int64_t count, std::int64_t* numRead, T* values, int channel)
+{
+    OtherFloat<T> part[ConvertedPoints];
+    std::int64_t done = 0;
+    for (std::int64_t got = ConvertedPoints; done < count && got == ConvertedPoints; done += got) {
+        if (!ReadPoints(OtherFloatType<T>, first + done, std::min(count - done, ConvertedPoints), &got, part, channel))
+            return false;
+        std::transform(part, part + got, values + done, [](auto value) { return static_cast<T>(value); });
+    }
+    if (numRead != nullptr)
+        *numRead = done;
+    return true;
+}
+
 template <class T>
 bool LQTimeChannels::WritePoints(std::int32_t type, std::int64_t first, std::int64_t count, const T* values, int channel)
 {
     Channel* const found = GetChannel(channel);
     if (found == nullptr || !CheckRange(first, count))
         return false;
-    if (found->type != type)
+    if (found->type != type) {
+        // Doubles in a float channel would lose digits, and nobody would know.
+        if constexpr (std::is_same_v<T, float>)
+            if (found->type == Z4TypeDouble)
+                return WriteAsDoubles(first, count, values, channel);
         return Report(VDStoreError::WrongDataType, "The data of the channel have another type");
+    }
     constexpr auto Size = static_cast<std::int64_t>(sizeof(T));
+    found->stats.isKnown = false;
     return found->stream->Write(first * Size, count * Size, values) || Fail();
+}
+
+bool LQTimeChannels::WriteAsDoubles(std::int64_t first, std::int64_t count, const float* values, int channel)
+{
+    double part[ConvertedPoints];
+    for (std::int64_t done = 0; done < count; done += ConvertedPoints) {
+        const std::int64_t some = std::min(count - done, ConvertedPoints);
+        std::copy(values + done, values + done + some, part);
+        if (!WritePoints(Z4TypeDouble, first + done, some, part, channel))
+            return false;
+    }
+    return true;
 }
 
 template bool LQTimeChannels::ReadPoints(std::int32_t, std::int64_t, std::int64_t, std::int64_t*, float*, int);

@@ -77,7 +77,7 @@ TEST_F(StorageAccessTest, EveryDataTypeComesBack)
                                               {6, DaxDataType::Digital64},
                                               {8, DaxDataType::Float},
                                               {9, DaxDataType::Digital32}};
-    const auto doubles = Ramp<double>(70'000, 0.1);
+    auto doubles = Ramp<double>(70'000, 0.1);
     const auto floats = Ramp<float>(100, 5);
     const auto otherFloats = Ramp<float>(50, 8);
     const auto digital64 = Ramp<std::uint64_t>(3, 1ULL << 60);
@@ -93,12 +93,19 @@ TEST_F(StorageAccessTest, EveryDataTypeComesBack)
         EXPECT_TRUE(TSAccSetBaseTime(acc.Get(), 0, -2.5));
         EXPECT_TRUE(TSAccSetYUnits(acc.Get(), 3, "kN"));
         EXPECT_TRUE(TSAccSetXTitle(acc.Get(), "Time"));
+        // A double channel takes floats. What a channel can't hold as it is, it refuses.
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 70'001, 100, floats.data()));
         EXPECT_FALSE(TSAccPutDataDigital32(acc.Get(), 1, 1, 4, digital32.data()));
+        ExpectError(-66564);
+        EXPECT_FALSE(TSAccPutDataDoublePrecision(acc.Get(), 1, 1, 4, doubles.data()));
         ExpectError(-66564);
         EXPECT_TRUE(TSAccClose(acc.Get())) << VFErrorGetText(VFGetBaseLibError()).Str();
     }
+    doubles.insert(doubles.end(), floats.begin(), floats.end());
     const VDTsAccHandle acc = OpenTest(name_);
     ExpectPoints(acc.Get(), 0, doubles, TSAccGetDataDoublePrecision);
+    ExpectPoints(acc.Get(), 0, std::vector<float>(doubles.begin(), doubles.end()), TSAccGetData);
+    ExpectPoints(acc.Get(), 1, std::vector<double>(floats.begin(), floats.end()), TSAccGetDataDoublePrecision);
     ExpectPoints(acc.Get(), 1, floats, TSAccGetData);
     ExpectPoints(acc.Get(), 2, digital64, TSAccGetDataDigital64);
     ExpectPoints(acc.Get(), 3, otherFloats, TSAccGetData);

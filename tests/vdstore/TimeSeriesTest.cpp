@@ -117,7 +117,7 @@ TEST(TimeSeries, KeepsEachTypeAndRefusesTheOthers)
     EXPECT_TRUE(series->GetData(30'000, 10, &count, values, 0));
     EXPECT_EQ(count, 0);
     series->ResetError();
-    EXPECT_FALSE(series->GetData(0, 10, &count, values, 1));
+    EXPECT_FALSE(series->GetData(0, 10, &count, values, 2));
     ExpectError(VDStoreError::WrongDataType);
     EXPECT_EQ(series->GetError(), VDStoreError::WrongDataType);
     EXPECT_FALSE(series->GetData(0, 10, &count, values, 4));
