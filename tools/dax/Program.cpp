@@ -123,7 +123,9 @@ int VFParseAndRun(const std::vector<std::unique_ptr<VDCommand>>& commands, std::
 
 int VFRunProgram(const std::vector<std::unique_ptr<VDCommand>>& commands, std::vector<std::string> arguments)
 {
+    // A reader that went away and a limit on the size of files are failures of a write, to be told as such.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     VDTextSink out(STDOUT_FILENO, "the standard output");
     try {
         const int status = VFParseAndRun(commands, std::move(arguments), out);
