@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
-#include <map>
 
 namespace {
 
 /// Keeps the least time per iteration of each benchmark over all repetitions.
-class BestTimes : public benchmark::ConsoleReporter
+class BestReporter : public benchmark::ConsoleReporter
 {
 public:
     void ReportRuns(const std::vector<Run>& runs) override
@@ -24,6 +23,7 @@ public:
         }
     }
 
+    const BenchTimes& GetAll() const { return times_; }
     /// Seconds per iteration; 0 if the benchmark did not run.
     double Get(const std::string& name) const
     {
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    std::map<std::string, double> times_;
+    BenchTimes times_;
 };
 
 const char* Verdict(bool kept)
@@ -42,7 +42,8 @@ const char* Verdict(bool kept)
 
 }  // namespace
 
-int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times)
+int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times,
+                   BenchTimes* bestTimes)
 {
     // Defaults in front, so that the command line may override them.
     std::vector<std::string> texts = {argv[0], "--benchmark_repetitions=9", "--benchmark_enable_random_interleaving=true",
@@ -55,8 +56,10 @@ int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios,
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
         return 1;
-    BestTimes best;
+    BestReporter best;
     benchmark::RunSpecifiedBenchmarks(&best);
+    if (bestTimes != nullptr)
+        *bestTimes = best.GetAll();
 
     int status = 0;
     std::printf("\n%-34s %-24s %10s %10s  %s\n", "benchmark", "against", "ratio", "promised", "");

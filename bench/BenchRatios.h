@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -9,8 +10,8 @@ struct BenchRatio
 {
     std::string name;
     std::string reference;
-    double limit;         ///< what the project promises
-    bool atLeast = false; ///< the ratio must not be below the limit; otherwise not above it
+    double limit;          ///< what the project promises
+    bool atLeast = false;  ///< the ratio must not be below the limit; otherwise not above it
 };
 
 /// A time that is promised as such.
@@ -20,7 +21,12 @@ struct BenchTime
     double limitSeconds;
 };
 
+/// Seconds that an iteration took in the best run, by the benchmark's name.
+using BenchTimes = std::map<std::string, double>;
+
 /// Runs the program's benchmarks several times in random order and prints, for each ratio and time, the figure of the best
 /// runs beside what is promised. `--benchmark_...` arguments go to the benchmark library.
+/// @param best  takes what was measured; may be null
 /// @return the process's exit status: 0, or 1 if a benchmark that is asked for did not run
-int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times = {});
+int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times = {},
+                   BenchTimes* best = nullptr);

@@ -1,40 +1,53 @@
 // The structured storage beside plain system calls on the same bytes, and beside HDF5 if that was found. Four float channels
-// are written in turn, in blocks of 16,384 points, and read from a warm file. DAX_BENCH_MIB sets the size of the data.
+// are written in turn, in blocks of 16,384 points, and read from a warm file. All rows run at several sizes of the data, so
+// that what a point costs can be seen to stay the same; DAX_BENCH_MIB sets the largest, up to 2048.
 
 #include "BenchRatios.h"
-
-#include "vdbase/VFError.h"
-#include "vdstore/LQDataManager.h"
+#include "StorageBenchFiles.h"
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
-#ifdef DAX_HAVE_HDF5
-#include <hdf5.h>
-#endif
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <thread>
-#include <vector>
 
 namespace {
 
-constexpr int Channels = 4;
+constexpr std::int64_t MiB = 1024 * 1024;
+constexpr std::int64_t Sizes[] = {64, 256, 1024, 2048};  // of the data, in MiB
+constexpr std::int64_t DefaultLargest = 256;
 constexpr std::int64_t BlockPoints = 16'384;
-constexpr std::int64_t BlockBytes = BlockPoints * 4;
 constexpr std::int64_t RandomPoints = 1'000;
 constexpr int RandomReads = 1'000;
+constexpr int Threads = 4;
+// Rows that time more than the size, threads and the disk, take no more data than this.
+constexpr std::int64_t SideBytes = 256 * MiB;
+// What the rows of threads read in all: so much that the system has spread the threads over the processors.
+constexpr std::int64_t ThreadBytes = 2048 * MiB;
 
 std::string VVFolder;
-std::int64_t VVBlocks;  // of each channel
+std::int64_t VVPoints;      // of each channel
+std::int64_t VVSidePoints;  // the same for rows of less data
 
-std::string Name(const char* name)
+std::string Name(const std::string& name)
 {
     return VVFolder + "/" + name;
+}
+
+std::string ThreadName(const std::string& kind, int thread)
+{
+    return Name(kind + std::to_string(thread));
+}
+
+void SetPoints(benchmark::State& state, std::int64_t points)
+{
+    state.SetBytesProcessed(state.iterations() * points * 4);
 }
 
 std::vector<float> MakeBlock()
@@ -46,358 +59,260 @@ std::vector<float> MakeBlock()
     return block;
 }
 
-std::vector<std::int64_t> RandomPlaces(std::int64_t limit)
+template <class File>
+bool WriteChannels(File& file, std::int64_t points)
 {
-    std::mt19937_64 random(2);
-    std::vector<std::int64_t> places(RandomReads);
-    for (std::int64_t& place : places)
-        place = static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(limit));
-    return places;
-}
-
-void SetRate(benchmark::State& state, std::int64_t bytes)
-{
-    state.SetBytesProcessed(state.iterations() * bytes);
-}
-
-std::int64_t AllBytes()
-{
-    return VVBlocks * Channels * BlockBytes;
-}
-
-class PlainFile
-{
-public:
-    PlainFile(const char* name, int flags) : handle_(open(Name(name).c_str(), flags, 0644)) {}
-    ~PlainFile() { close(handle_); }
-    PlainFile(const PlainFile&) = delete;
-    PlainFile& operator=(const PlainFile&) = delete;
-    int Get() const { return handle_; }
-
-private:
-    int handle_;
-};
-
-bool WriteBlocks(const char* name)
-{
-    const std::vector<float> block = MakeBlock();
-    const PlainFile file(name, O_RDWR | O_CREAT | O_TRUNC);
-    for (std::int64_t i = 0; i < VVBlocks * Channels; ++i)
-        if (write(file.Get(), block.data(), BlockBytes) != BlockBytes)
-            return false;
-    return true;
-}
-
-class TimeSeries
-{
-public:
-    TimeSeries(const char* name, bool create)
-    {
-        Z4Manager& files = *LQGetDataManager()->GetFileManager();
-        file_ = create ? files.CreateFile(Name(name).c_str(), nullptr) : files.OpenFile(Name(name).c_str(), false);
-        if (file_ == nullptr)
-            return;
-        object_ = LQGetDataManager()->AdoptTimeSeries(file_->GetRoot(), "TimeSeries", nullptr, Z4Size::Record32K);
-        if (create)
-            object_->AdjustChannelCountSinglePrecision(Channels);
-    }
-    bool Close(bool save)
-    {
-        const bool good = LQGetDataManager()->Close(object_, save);
-        return LQGetDataManager()->GetFileManager()->CloseFile(file_, save) && good;
-    }
-    LQTimeSeries* operator->() const { return object_; }
-
-private:
-    Z4File* file_ = nullptr;
-    LQTimeSeries* object_ = nullptr;
-};
-
-bool WriteChannels(TimeSeries& series)
-{
-    const std::vector<float> block = MakeBlock();
-    for (std::int64_t i = 0; i < VVBlocks; ++i)
-        for (int channel = 0; channel < Channels; ++channel)
-            if (!series->SetData(i * BlockPoints, BlockPoints, block.data(), channel))
+    static const std::vector<float> block = MakeBlock();
+    for (std::int64_t first = 0; first < points; first += BlockPoints)
+        for (int channel = 0; channel < BenchChannels; ++channel)
+            if (!file.Write(channel, first, BlockPoints, block.data()))
                 return false;
     return true;
 }
 
-// All writers write a new file and leave what they wrote to the system: waiting for the disk and removing the file aren't
-// timed.
-
-void RemoveUntimed(benchmark::State& state, const char* name)
+template <class File>
+bool ReadChannels(File& file, std::int64_t points)
 {
-    state.PauseTiming();
-    std::filesystem::remove(Name(name));
-    state.ResumeTiming();
+    std::vector<float> block(BlockPoints);
+    for (int channel = 0; channel < BenchChannels; ++channel)
+        for (std::int64_t first = 0; first < points; first += BlockPoints)
+            if (!file.Read(channel, first, BlockPoints, block.data()))
+                return false;
+    return true;
 }
 
-void BM_WritePlain(benchmark::State& state)
+template <class File>
+bool MakeFile(const std::string& name, std::int64_t points)
 {
+    File file(name, points, true);
+    return WriteChannels(file, points) && file.Commit();
+}
+
+/// Gives every writer the same start: as much memory as it is going to fill has just been in use for a file, and nothing of
+/// what others wrote is on its way to the disk any more. In a virtual machine the first use of a page of memory takes ten
+/// times as long as the copy into it, and which writer would meet such pages is luck.
+bool Settle(std::int64_t points)
+{
+    const std::string name = Name("settle");
+    bool good = false;
+    {
+        PlainFile scratch(name, points, true);
+        good = WriteChannels(scratch, points);
+    }
+    std::filesystem::remove(name);
+    const int folder = open(VVFolder.c_str(), O_RDONLY | O_DIRECTORY);
+    good = syncfs(folder) == 0 && good;
+    close(folder);
+    return good;
+}
+
+/// Times a new file from its making to `end`, which follows the last block. Giving the file up isn't timed.
+template <class File>
+void TimeWriting(benchmark::State& state, std::int64_t points, bool (File::*end)())
+{
+    const std::string name = Name("written");
     for (auto _ : state) {
-        if (!WriteBlocks("write.bin"))
+        bool good = Settle(points);
+        const auto start = std::chrono::steady_clock::now();
+        auto file = std::make_unique<File>(name, points, true);
+        good = WriteChannels(*file, points) && ((*file).*end)() && good;
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        file.reset();
+        std::filesystem::remove(name);
+        if (!good)
             state.SkipWithError("write failed");
-        RemoveUntimed(state, "write.bin");
     }
-    SetRate(state, AllBytes());
+    SetPoints(state, points * BenchChannels);
 }
-BENCHMARK(BM_WritePlain)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void BM_WriteStorage(benchmark::State& state)
+/// What is written is left to the system. The indexes of the storage, some 8 bytes for 32 KiB, aren't in it: they come with
+/// the commit, which waits for the disk.
+template <class File>
+void WriteRow(benchmark::State& state)
 {
-    for (auto _ : state) {
-        TimeSeries series("write.z4t", true);
-        if (!WriteChannels(series))
-            state.SkipWithError(VFErrorGetText(VFGetBaseLibError()));
-        state.PauseTiming();
-        series.Close(false);
-        state.ResumeTiming();
-    }
-    SetRate(state, AllBytes());
+    TimeWriting<File>(state, VVPoints, &File::Leave);
 }
-BENCHMARK(BM_WriteStorage)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void BM_ReadPlain(benchmark::State& state)
+/// The same until the data are safe, which the disk has the greatest part in.
+template <class File>
+void CommitRow(benchmark::State& state)
 {
-    const PlainFile file("plain.bin", O_RDONLY);
-    std::vector<float> block(BlockPoints);
+    TimeWriting<File>(state, VVSidePoints, &File::Commit);
+}
+
+template <class File>
+void ReadRow(benchmark::State& state, const std::string& kind)
+{
+    File file(Name(kind), VVPoints, false);
     for (auto _ : state)
-        for (std::int64_t i = 0; i < VVBlocks * Channels; ++i)
-            if (pread(file.Get(), block.data(), BlockBytes, i * BlockBytes) != BlockBytes)
-                state.SkipWithError("read failed");
-    SetRate(state, AllBytes());
+        if (!ReadChannels(file, VVPoints))
+            state.SkipWithError("read failed");
+    SetPoints(state, VVPoints * BenchChannels);
 }
-BENCHMARK(BM_ReadPlain)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void BM_ReadStorage(benchmark::State& state)
+template <class File>
+void RandomRow(benchmark::State& state, const std::string& kind)
 {
-    TimeSeries series("read.z4t", false);
-    std::vector<float> block(BlockPoints);
-    std::int64_t count = 0;
-    for (auto _ : state)
-        for (int channel = 0; channel < Channels; ++channel)
-            for (std::int64_t i = 0; i < VVBlocks; ++i)
-                if (!series->GetData(i * BlockPoints, BlockPoints, &count, block.data(), channel) || count != BlockPoints)
-                    state.SkipWithError("read failed");
-    SetRate(state, AllBytes());
-    series.Close(false);
-}
-BENCHMARK(BM_ReadStorage)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void BM_RandomPlain(benchmark::State& state)
-{
-    const PlainFile file("plain.bin", O_RDONLY);
-    const auto places = RandomPlaces(AllBytes() / 4 - RandomPoints);
-    std::vector<float> points(RandomPoints);
-    for (auto _ : state)
-        for (const std::int64_t place : places)
-            if (pread(file.Get(), points.data(), RandomPoints * 4, place * 4) != RandomPoints * 4)
-                state.SkipWithError("read failed");
-}
-BENCHMARK(BM_RandomPlain)->Unit(benchmark::kMicrosecond)->UseRealTime();
-
-void BM_RandomStorage(benchmark::State& state)
-{
-    TimeSeries series("read.z4t", false);
-    const auto places = RandomPlaces(VVBlocks * BlockPoints - RandomPoints);
-    std::vector<float> points(RandomPoints);
-    std::int64_t count = 0;
+    File file(Name(kind), VVPoints, false);
+    std::mt19937_64 random(2);
+    std::vector<std::int64_t> places(RandomReads);
+    for (std::int64_t& place : places)
+        place = static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(VVPoints - RandomPoints));
+    std::vector<float> values(RandomPoints);
     int channel = 0;
     for (auto _ : state)
         for (const std::int64_t place : places) {
-            channel = (channel + 1) % Channels;
-            if (!series->GetData(place, RandomPoints, &count, points.data(), channel) || count != RandomPoints)
+            channel = (channel + 1) % BenchChannels;
+            if (!file.Read(channel, place, RandomPoints, values.data()))
                 state.SkipWithError("read failed");
         }
-    series.Close(false);
+    SetPoints(state, RandomReads * RandomPoints);
 }
-BENCHMARK(BM_RandomStorage)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
-// Often enough that the system has spread the threads over the processors.
-constexpr int ThreadRounds = 8;
-
-/// Reads all four channels at the same time, a thread for each.
-template <class ReadChannel>
-void ReadInThreads(benchmark::State& state, ReadChannel readChannel)
+/// Reads four files, one behind the other or in a thread each.
+template <class File>
+void FilesRow(benchmark::State& state, const std::string& kind, bool atOnce)
 {
+    const std::int64_t points = VVSidePoints / Threads;
+    const std::int64_t rounds = ThreadBytes / (points * BenchChannels * 4 * Threads);
     std::atomic<bool> good = true;
+    const auto readFile = [&](int which) {
+        File file(ThreadName(kind, which), points, false);
+        for (std::int64_t round = 0; round < rounds; ++round)
+            good = ReadChannels(file, points) && good;
+    };
     for (auto _ : state) {
         std::vector<std::thread> threads;
-        for (int channel = 0; channel < Channels; ++channel)
-            threads.emplace_back([&good, &readChannel, channel] { good = good && readChannel(channel); });
+        for (int i = 0; i < Threads; ++i)
+            if (atOnce)
+                threads.emplace_back(readFile, i);
+            else
+                readFile(i);
         for (std::thread& thread : threads)
             thread.join();
     }
     if (!good)
         state.SkipWithError("read failed");
-    SetRate(state, AllBytes() * ThreadRounds);
+    SetPoints(state, points * Threads * BenchChannels * rounds);
 }
 
-void BM_ThreadsPlain(benchmark::State& state)
+/// The reading rows of one kind of file, on the files that `MakeFiles` made for `dataOf`, which may be another kind.
+template <class File>
+void AddReadRows(const std::string& kind, const std::string& dataOf)
 {
-    ReadInThreads(state, [](int channel) {
-        const PlainFile file("plain.bin", O_RDONLY);
-        std::vector<float> block(BlockPoints);
-        bool good = true;
-        for (std::int64_t round = 0; round < ThreadRounds; ++round)
-            for (std::int64_t i = channel * VVBlocks; i < (channel + 1) * VVBlocks; ++i)
-                good = good && pread(file.Get(), block.data(), BlockBytes, i * BlockBytes) == BlockBytes;
-        return good;
-    });
+    const auto add = [](const std::string& name, auto row, benchmark::TimeUnit unit) {
+        benchmark::RegisterBenchmark(name.c_str(), row)->Unit(unit)->UseRealTime()->MinTime(0.2);
+    };
+    add(
+        "Read" + kind, [dataOf](benchmark::State& state) { ReadRow<File>(state, dataOf); }, benchmark::kMillisecond);
+    add(
+        "Random" + kind, [dataOf](benchmark::State& state) { RandomRow<File>(state, dataOf); }, benchmark::kMicrosecond);
+    add(
+        "OneThread" + kind, [dataOf](auto& state) { FilesRow<File>(state, dataOf, false); }, benchmark::kMillisecond);
+    add(
+        "FourThreads" + kind, [dataOf](auto& state) { FilesRow<File>(state, dataOf, true); }, benchmark::kMillisecond);
 }
-BENCHMARK(BM_ThreadsPlain)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void BM_ThreadsStorage(benchmark::State& state)
+template <class File>
+void AddWriteRows(const std::string& kind)
 {
-    ReadInThreads(state, [](int channel) {
-        TimeSeries series("read.z4t", false);
-        std::vector<float> block(BlockPoints);
-        bool good = true;
-        for (std::int64_t round = 0; round < ThreadRounds; ++round)
-            for (std::int64_t i = 0; i < VVBlocks; ++i)
-                good = good && series->GetData(i * BlockPoints, BlockPoints, nullptr, block.data(), channel);
-        return series.Close(false) && good;
-    });
+    const auto add = [](const std::string& name, auto row) {
+        benchmark::RegisterBenchmark(name.c_str(), row)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
+    };
+    add("Write" + kind, WriteRow<File>);
+    add("Commit" + kind, CommitRow<File>);
 }
-BENCHMARK(BM_ThreadsStorage)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+/// The files that the reading rows of a kind need.
+template <class File>
+bool MakeFiles(const std::string& kind)
+{
+    bool good = MakeFile<File>(Name(kind), VVPoints);
+    for (int i = 0; i < Threads; ++i)
+        good = MakeFile<File>(ThreadName(kind, i), VVSidePoints / Threads) && good;
+    return good;
+}
+
+/// What a kind has to keep. How much four threads gain is the machine's affair: the plain files' gain stands beside it.
+void AddRatios(std::vector<BenchRatio>* ratios, const std::string& kind)
+{
+    ratios->push_back({"Read" + kind, "ReadPlain", 0.8, true});
+    ratios->push_back({"Random" + kind, "RandomPlain", 1.5});
+    ratios->push_back({"OneThread" + kind, "OneThreadPlain", 0.8, true});
+    ratios->push_back({"FourThreads" + kind, "FourThreadsPlain", 0.8, true});
+    ratios->push_back({"FourThreads" + kind, "OneThread" + kind, 1, true});
+    ratios->push_back({"FourThreadsPlain", "OneThreadPlain", 1, true});
+    ratios->push_back({"Write" + kind, "WritePlain", 0.7, true});
+    ratios->push_back({"Commit" + kind, "CommitPlain", 0.5, true});
 #ifdef DAX_HAVE_HDF5
-/// The same channels as four chunked data sets.
-class HdfFile
-{
-public:
-    explicit HdfFile(const char* name, bool create)
-    {
-        file_ = create ? H5Fcreate(Name(name).c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT)
-                       : H5Fopen(Name(name).c_str(), H5F_ACC_RDONLY, H5P_DEFAULT);
-        const hsize_t size = static_cast<hsize_t>(VVBlocks * BlockPoints);
-        const hsize_t unlimited = H5S_UNLIMITED;
-        const hsize_t chunk = 32 * 1024 / 4;
-        const hid_t space = H5Screate_simple(1, &size, &unlimited);
-        const hid_t layout = H5Pcreate(H5P_DATASET_CREATE);
-        H5Pset_chunk(layout, 1, &chunk);
-        H5Pset_fill_time(layout, H5D_FILL_TIME_NEVER);
-        for (int i = 0; i < Channels; ++i) {
-            const std::string set = "channel" + std::to_string(i);
-            sets_[i] = create ? H5Dcreate2(file_, set.c_str(), H5T_NATIVE_FLOAT, space, H5P_DEFAULT, layout, H5P_DEFAULT)
-                              : H5Dopen2(file_, set.c_str(), H5P_DEFAULT);
-        }
-        H5Pclose(layout);
-        H5Sclose(space);
-    }
-    ~HdfFile()
-    {
-        for (const hid_t set : sets_)
-            H5Dclose(set);
-        H5Fclose(file_);
-    }
-    HdfFile(const HdfFile&) = delete;
-    HdfFile& operator=(const HdfFile&) = delete;
-
-    template <class Move>
-    bool Transfer(int channel, std::int64_t first, std::int64_t count, Move move) const
-    {
-        const auto start = static_cast<hsize_t>(first);
-        const auto size = static_cast<hsize_t>(count);
-        const hid_t memory = H5Screate_simple(1, &size, nullptr);
-        const hid_t space = H5Dget_space(sets_[channel]);
-        H5Sselect_hyperslab(space, H5S_SELECT_SET, &start, nullptr, &size, nullptr);
-        const bool good = move(sets_[channel], memory, space) >= 0;
-        H5Sclose(space);
-        H5Sclose(memory);
-        return good;
-    }
-    bool Write(int channel, std::int64_t first, const std::vector<float>& points) const
-    {
-        return Transfer(channel, first, static_cast<std::int64_t>(points.size()), [&](hid_t set, hid_t memory, hid_t space) {
-            return H5Dwrite(set, H5T_NATIVE_FLOAT, memory, space, H5P_DEFAULT, points.data());
-        });
-    }
-    bool Read(int channel, std::int64_t first, std::vector<float>& points) const
-    {
-        return Transfer(channel, first, static_cast<std::int64_t>(points.size()), [&](hid_t set, hid_t memory, hid_t space) {
-            return H5Dread(set, H5T_NATIVE_FLOAT, memory, space, H5P_DEFAULT, points.data());
-        });
-    }
-
-private:
-    hid_t file_;
-    hid_t sets_[Channels];
-};
-
-bool WriteHdf(const char* name)
-{
-    const std::vector<float> block = MakeBlock();
-    const HdfFile file(name, true);
-    for (std::int64_t i = 0; i < VVBlocks; ++i)
-        for (int channel = 0; channel < Channels; ++channel)
-            if (!file.Write(channel, i * BlockPoints, block))
-                return false;
-    return true;
-}
-
-void BM_WriteHdf5(benchmark::State& state)
-{
-    for (auto _ : state) {
-        if (!WriteHdf("write.h5"))
-            state.SkipWithError("write failed");
-        RemoveUntimed(state, "write.h5");
-    }
-    SetRate(state, AllBytes());
-}
-BENCHMARK(BM_WriteHdf5)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void BM_ReadHdf5(benchmark::State& state)
-{
-    const HdfFile file("read.h5", false);
-    std::vector<float> block(BlockPoints);
-    for (auto _ : state)
-        for (int channel = 0; channel < Channels; ++channel)
-            for (std::int64_t i = 0; i < VVBlocks; ++i)
-                if (!file.Read(channel, i * BlockPoints, block))
-                    state.SkipWithError("read failed");
-    SetRate(state, AllBytes());
-}
-BENCHMARK(BM_ReadHdf5)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void BM_RandomHdf5(benchmark::State& state)
-{
-    const HdfFile file("read.h5", false);
-    const auto places = RandomPlaces(VVBlocks * BlockPoints - RandomPoints);
-    std::vector<float> points(RandomPoints);
-    int channel = 0;
-    for (auto _ : state)
-        for (const std::int64_t place : places)
-            if (!file.Read(channel = (channel + 1) % Channels, place, points))
-                state.SkipWithError("read failed");
-}
-BENCHMARK(BM_RandomHdf5)->Unit(benchmark::kMicrosecond)->UseRealTime();
+    for (const char* const row : {"Read", "Random", "OneThread", "FourThreads", "Write", "Commit"})
+        ratios->push_back({row + kind, std::string(row) + "Hdf5", 1, true});
 #endif
+}
+
+/// Runs all rows with this much data.
+int RunSize(std::int64_t mebibytes, int argc, char** argv, const std::vector<BenchRatio>& ratios, BenchTimes* times)
+{
+    VVPoints = mebibytes * MiB / (BenchChannels * 4);
+    VVSidePoints = std::min(VVPoints, SideBytes / (BenchChannels * 4));
+    std::printf("\n%lld MiB\n", static_cast<long long>(mebibytes));
+    bool prepared = Settle(VVPoints) && MakeFiles<PlainFile>("Plain") && MakeFiles<StorageFile>("Storage");
+#ifdef DAX_HAVE_HDF5
+    prepared = prepared && MakeFiles<Hdf5File>("Hdf5");
+#endif
+    const int status = prepared ? RunBenchRatios(argc, argv, ratios, {}, times) : 1;
+    for (const auto& entry : std::filesystem::directory_iterator(VVFolder))
+        std::filesystem::remove(entry);
+    return status;
+}
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    const char* const size = std::getenv("DAX_BENCH_MIB");
-    VVBlocks = (size == nullptr ? 128 : std::atoll(size)) * 1024 * 1024 / (Channels * BlockBytes);
-    std::string folder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (VVBlocks < 1 || mkdtemp(folder.data()) == nullptr)
+    const char* const text = std::getenv("DAX_BENCH_MIB");
+    const std::int64_t largest = text == nullptr ? DefaultLargest : std::atoll(text);
+    std::string folder = (std::filesystem::temp_directory_path() / "daxbench.XXXXXX").string();
+    if (largest < Sizes[0] || mkdtemp(folder.data()) == nullptr) {
+        std::fprintf(stderr, "StorageBench: DAX_BENCH_MIB is at least %lld\n", static_cast<long long>(Sizes[0]));
         return 1;
+    }
     VVFolder = folder;
-    std::vector<BenchRatio> ratios = {{"BM_ReadStorage", "BM_ReadPlain", 0.8, true},
-                                      {"BM_RandomStorage", "BM_RandomPlain", 1.5},
-                                      {"BM_ThreadsStorage", "BM_ThreadsPlain", 0.8, true},
-                                      {"BM_WriteStorage", "BM_WritePlain", 0.7, true}};
-    TimeSeries series("read.z4t", true);
-    bool prepared = WriteBlocks("plain.bin") && WriteChannels(series) && series.Close(true);
+    AddReadRows<PlainFile>("Plain", "Plain");
+    AddWriteRows<PlainFile>("Plain");
+    AddReadRows<StorageFile>("Storage", "Storage");
+    AddWriteRows<StorageFile>("Storage");
 #ifdef DAX_HAVE_HDF5
-    prepared = prepared && WriteHdf("read.h5");
-    for (const char* const what : {"Read", "Random", "Write"})
-        ratios.push_back({std::string("BM_") + what + "Storage", std::string("BM_") + what + "Hdf5", 1, true});
+    AddReadRows<Hdf5File>("Hdf5", "Hdf5");
+    AddWriteRows<Hdf5File>("Hdf5");
 #endif
-    const int status = prepared ? RunBenchRatios(argc, argv, ratios) : 1;
-    fs::remove_all(folder);
+    std::vector<BenchRatio> ratios;
+    AddRatios(&ratios, "Storage");
+
+    int status = 0;
+    std::vector<std::pair<std::int64_t, BenchTimes>> all;
+    for (const std::int64_t size : Sizes)
+        if (size <= largest) {
+            all.emplace_back(size, BenchTimes());
+            status = std::max(status, RunSize(size, argc, argv, ratios, &all.back().second));
+        }
+    std::filesystem::remove_all(folder);
+
+    std::printf("\n%-24s", "nanoseconds a point");
+    for (const auto& [size, times] : all)
+        std::printf("%8lld MiB", static_cast<long long>(size));
+    std::printf("\n");
+    for (const char* const row : {"Read", "Random", "Write"})
+        for (const auto& [name, seconds] : all.front().second) {
+            if (!name.starts_with(row))
+                continue;
+            std::printf("%-24s", name.c_str());
+            for (const auto& [size, times] : all) {
+                const auto points = row == std::string("Random") ? RandomReads * RandomPoints : size * MiB / 4;
+                const auto found = times.find(name);
+                std::printf("%12.4f", found == times.end() ? 0.0 : found->second * 1e9 / static_cast<double>(points));
+            }
+            std::printf("\n");
+        }
     return status;
 }
