@@ -4,6 +4,7 @@
 
 #include "FuzzFile.h"
 
+#include "daxlib/DaxHandle.h"
 #include "vdarchive/Z4Bytes.h"
 #include "vdbase/VDHeader.h"
 #include "vdbase/VFChecksum.h"
@@ -138,6 +139,33 @@ void Use(const char* filename, bool writable)
     manager.GetFileManager()->CloseFile(file, writable);
 }
 
+/// The way of a host: identified, opened, read.
+void UseAsTest(const char* filename)
+{
+    const VDFileIdHandle file(FIDCreate());
+    const VDFileInfoHandle info(FINFCreate());
+    const VDTsAccHandle acc(TSAccCreate());
+    VDFileIdArrayHandle tests;
+    VDFileIdHandle test;
+    if (!FIDSetFilename(file.Get(), VTNameFormFile, filename, "") ||
+        !FINFIdentifyFile(info.Get(), file.Get(), 1, tests.Out()) || !FIAGetAt(tests.Get(), 0, test.Out()) ||
+        !TSAccSetId(acc.Get(), test.Get(), 0) || !TSAccOpen(acc.Get(), VTTsAccOpenRead))
+        return;
+    long count = 0;
+    TSAccGetNumChans(acc.Get(), &count);
+    std::vector<double> values(5'000);
+    for (int channel = 0; channel < std::min(count, 20L); ++channel) {
+        std::int64_t numRead = 0;
+        double max = 0;
+        VDString title;
+        TSAccGetDataDoublePrecision(acc.Get(), channel, 1, 5'000, &numRead, values.data());
+        TSAccGetStatDoublePrecision(acc.Get(), channel, VTTsAccStatMax, &max);
+        TSAccGetChanTitle(acc.Get(), channel, &title);
+    }
+    LQChannelMapper* mapper = nullptr;
+    TSAccGetMetaData(acc.Get(), &mapper);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -149,6 +177,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     VDStringArray findings;
     const bool isSound = LQGetDataManager()->GetFileManager()->CheckFile(filename, &findings);
     Use(filename, false);
+    if ((data[0] & 4) != 0)
+        UseAsTest(filename);
     if ((data[0] & 2) == 0)
         return 0;
     Use(filename, true);
