@@ -1,5 +1,6 @@
 #pragma once
 
+#include "daxlib/DaxHandle.h"
 #include "vdstore/LQDataManager.h"
 
 #include <fcntl.h>
@@ -60,8 +61,12 @@ public:
         if (file_ == nullptr)
             return;
         object_ = LQGetDataManager()->AdoptTimeSeries(file_->GetRoot(), "TimeSeries", nullptr, Z4Size::Record32K);
-        if (create && object_ != nullptr)
-            object_->AdjustChannelCountSinglePrecision(BenchChannels);
+        if (!create || object_ == nullptr)
+            return;
+        file_->SetSubType(11);
+        object_->AdjustChannelCountSinglePrecision(BenchChannels);
+        for (int channel = 0; channel < BenchChannels; ++channel)
+            object_->GetMapper()->SetChannelNumber(channel + 1, channel);
     }
     ~StorageFile() { Close(false); }
     StorageFile(const StorageFile&) = delete;
@@ -92,6 +97,57 @@ private:
 
     Z4File* file_ = nullptr;
     LQTimeSeries* object_ = nullptr;
+};
+
+/// The same file as a host sees it, through the access functions.
+class AccessFile
+{
+public:
+    AccessFile(const std::string& name, std::int64_t, bool create) : acc_(TSAccCreate())
+    {
+        const VDFileIdHandle id = create ? MakeId(name) : Identify(name);
+        open_ = id && TSAccSetId(acc_.Get(), id.Get(), create) != 0 &&
+                TSAccOpen(acc_.Get(), create ? VTTsAccOpenCreate : VTTsAccOpenRead) != 0;
+    }
+
+    bool Write(int channel, std::int64_t first, std::int64_t count, const float* values)
+    {
+        return open_ && TSAccPutData(acc_.Get(), channel, first + 1, count, values) != 0;
+    }
+    bool Read(int channel, std::int64_t first, std::int64_t count, float* values)
+    {
+        return open_ && TSAccGetData(acc_.Get(), channel, first + 1, count, nullptr, values) != 0;
+    }
+    bool Leave() { return open_; }
+    bool Commit() { return open_ && TSAccClose(acc_.Get()) != 0; }
+
+private:
+    static VDFileIdHandle MakeId(const std::string& name)
+    {
+        VDFileIdHandle id(FIDCreate());
+        FIDSetFileId(id.Get(), DaxStorageFileId, 11);
+        FIDSetFilename(id.Get(), VTNameFormFile, name.c_str(), "");
+        int index = 0;
+        for (int number = 1; number <= BenchChannels; ++number)
+            FIDAddChannel(id.Get(), number, &index);
+        FIDSetIdentified(id.Get(), 1);
+        FIDSetInfoLoaded(id.Get(), 1);
+        return id;
+    }
+    static VDFileIdHandle Identify(const std::string& name)
+    {
+        const VDFileIdHandle file(FIDCreate());
+        const VDFileInfoHandle formats(FINFCreate());
+        VDFileIdArrayHandle tests;
+        VDFileIdHandle test;
+        if (FIDSetFilename(file.Get(), VTNameFormFile, name.c_str(), "") != 0 &&
+            FINFIdentifyFile(formats.Get(), file.Get(), 1, tests.Out()) != 0)
+            FIAGetAt(tests.Get(), 0, test.Out());
+        return test;
+    }
+
+    VDTsAccHandle acc_;
+    bool open_ = false;
 };
 
 #ifdef DAX_HAVE_HDF5

@@ -8,6 +8,7 @@
 #include "vdstore/LQDataManager.h"
 
 #include <numeric>
+#include <thread>
 
 namespace {
 
@@ -223,6 +224,34 @@ TEST_F(StorageAccessTest, ATemporaryTestGoesWithItsLastId)
         EXPECT_TRUE(VDFileSystem::FileExists(name_.c_str()));
     }
     EXPECT_FALSE(VDFileSystem::FileExists(name_.c_str()));
+}
+
+TEST_F(StorageAccessTest, ThreadsWithAFileEachGoSideBySide)
+{
+    const auto use = [this](int which) {
+        const std::string name = folder_.Name(std::to_string(which) + ".z4t");
+        const auto floats = Ramp<float>(200'000, static_cast<float>(which));
+        {
+            const VDFileIdHandle id = NewId(11, {{1, DaxDataType::Float}});
+            FIDSetFilename(id.Get(), VTNameFormFile, name.c_str(), "");
+            const VDTsAccHandle acc = BindTest(id.Get(), true);
+            EXPECT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
+            for (int block = 0; block < 20; ++block) {
+                EXPECT_TRUE(TSAccPutNext(acc.Get(), 0, 10'000, floats.data() + block * 10'000));
+                EXPECT_TRUE(block % 5 != 0 || TSAccFlush(acc.Get()));
+            }
+        }
+        const VDTsAccHandle acc = OpenTest(name);
+        ExpectPoints(acc.Get(), 0, floats, TSAccGetData);
+        float max = 0;
+        EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMax, &max));
+        EXPECT_EQ(max, floats.back());
+    };
+    std::vector<std::thread> threads;
+    for (int which = 0; which < 4; ++which)
+        threads.emplace_back(use, which);
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 TEST_F(StorageAccessTest, AManifestTakesABuiltInPluginOut)
