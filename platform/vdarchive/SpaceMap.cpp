@@ -94,9 +94,12 @@ void SpaceMap::StartWith(std::int64_t end)
 
 bool SpaceMap::Use(std::int64_t offset, std::int64_t size)
 {
+    // Both may come from a damaged file.
+    if (offset < 0 || offset % Unit != 0 || size < 1 || offset > end_ || size > end_ - offset)
+        return false;
     size = RoundUp(size);
     auto extent = free_.upper_bound(offset);
-    if (extent == free_.begin() || offset % Unit != 0)
+    if (extent == free_.begin())
         return false;
     --extent;
     const auto [from, length] = *extent;

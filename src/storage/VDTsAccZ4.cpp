@@ -208,7 +208,7 @@ bool VDTsAccZ4::GetCapability(int capability, char* answer)
 
 bool VDTsAccZ4::LoadMetaData(LQChannelMapper** mapper)
 {
-    if (!object_->RefreshMetadata(false, LQObject::ALL_CHANNELS))
+    if (object_ == nullptr || !object_->RefreshMetadata(false, LQObject::ALL_CHANNELS))
         return false;
     *mapper = object_->GetMapper();
     return *mapper != nullptr;
@@ -227,13 +227,13 @@ bool VDTsAccZ4::CheckCount(long channel, std::int64_t count, std::int64_t got, c
 bool VDTsAccZ4::GetData(long channel, std::int64_t first, std::int64_t count, float* values)
 {
     std::int64_t got = 0;
-    return object_->GetData(first - 1, count, &got, values, GetChannel(channel)) &&
+    return object_ != nullptr && object_->GetData(first - 1, count, &got, values, GetChannel(channel)) &&
            CheckCount(channel, count, got, "VDTsAccZ4::GetData");
 }
 
 bool VDTsAccZ4::PutData(long channel, std::int64_t first, std::int64_t count, const float* values)
 {
-    return object_->SetData(first - 1, count, values, GetChannel(channel));
+    return object_ != nullptr && object_->SetData(first - 1, count, values, GetChannel(channel));
 }
 
 // The older kind of object has floats only: all else fails there, without a report.
