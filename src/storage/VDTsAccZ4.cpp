@@ -238,44 +238,50 @@ bool VDTsAccZ4::PutData(long channel, std::int64_t first, std::int64_t count, co
 
 // The older kind of object has floats only: all else fails there, without a report.
 
-bool VDTsAccZ4::GetDataDoublePrecision(long channel, std::int64_t first, std::int64_t count, double* values)
+template <auto Get, auto Map, class Value>
+bool VDTsAccZ4::GetTyped(long channel, std::int64_t first, std::int64_t count, Value* values, const char* routine)
 {
     std::int64_t got = 0;
     return timeSeries_ != nullptr &&
-           timeSeries_->GetDataDoublePrecision(first - 1, count, &got, values,
-                                               timeSeries_->MapperToDouble(GetChannel(channel))) &&
-           CheckCount(channel, count, got, "VDTsAccZ4::GetDataDoublePrecision");
+           (timeSeries_->*Get)(first - 1, count, &got, values, (timeSeries_->*Map)(GetChannel(channel))) &&
+           CheckCount(channel, count, got, routine);
+}
+
+template <auto Set, class Value>
+bool VDTsAccZ4::PutTyped(long channel, std::int64_t first, std::int64_t count, const Value* values)
+{
+    return timeSeries_ != nullptr && (timeSeries_->*Set)(first - 1, count, values, GetChannel(channel));
+}
+
+bool VDTsAccZ4::GetDataDoublePrecision(long channel, std::int64_t first, std::int64_t count, double* values)
+{
+    return GetTyped<&LQTimeSeries::GetDataDoublePrecision, &LQTimeSeries::MapperToDouble>(
+        channel, first, count, values, "VDTsAccZ4::GetDataDoublePrecision");
 }
 
 bool VDTsAccZ4::PutDataDoublePrecision(long channel, std::int64_t first, std::int64_t count, const double* values)
 {
-    return timeSeries_ != nullptr && timeSeries_->SetDataDoublePrecision(first - 1, count, values, GetChannel(channel));
+    return PutTyped<&LQTimeSeries::SetDataDoublePrecision>(channel, first, count, values);
 }
 
 bool VDTsAccZ4::GetDataDigital32(long channel, std::int64_t first, std::int64_t count, std::uint32_t* values)
 {
-    std::int64_t got = 0;
-    return timeSeries_ != nullptr &&
-           timeSeries_->GetDataDigital32(first - 1, count, &got, values,
-                                         timeSeries_->MapperToDigital32(GetChannel(channel))) &&
-           CheckCount(channel, count, got, "VDTsAccZ4::GetDataDigital");
+    return GetTyped<&LQTimeSeries::GetDataDigital32, &LQTimeSeries::MapperToDigital32>(channel, first, count, values,
+                                                                                       "VDTsAccZ4::GetDataDigital");
 }
 
 bool VDTsAccZ4::PutDataDigital32(long channel, std::int64_t first, std::int64_t count, const std::uint32_t* values)
 {
-    return timeSeries_ != nullptr && timeSeries_->SetDataDigital32(first - 1, count, values, GetChannel(channel));
+    return PutTyped<&LQTimeSeries::SetDataDigital32>(channel, first, count, values);
 }
 
 bool VDTsAccZ4::GetDataDigital64(long channel, std::int64_t first, std::int64_t count, std::uint64_t* values)
 {
-    std::int64_t got = 0;
-    return timeSeries_ != nullptr &&
-           timeSeries_->GetDataDigital64(first - 1, count, &got, values,
-                                         timeSeries_->MapperToDigital64(GetChannel(channel))) &&
-           CheckCount(channel, count, got, "VDTsAccZ4::GetDataDigital64");
+    return GetTyped<&LQTimeSeries::GetDataDigital64, &LQTimeSeries::MapperToDigital64>(channel, first, count, values,
+                                                                                       "VDTsAccZ4::GetDataDigital64");
 }
 
 bool VDTsAccZ4::PutDataDigital64(long channel, std::int64_t first, std::int64_t count, const std::uint64_t* values)
 {
-    return timeSeries_ != nullptr && timeSeries_->SetDataDigital64(first - 1, count, values, GetChannel(channel));
+    return PutTyped<&LQTimeSeries::SetDataDigital64>(channel, first, count, values);
 }

@@ -44,6 +44,10 @@ private:
 
     /// The object's own channel of an access channel.
     int GetChannel(long channel) const { return static_cast<int>(channelIndex_[static_cast<int>(channel)]); }
+    template <auto Get, auto Map, class Value>
+    bool GetTyped(long channel, std::int64_t first, std::int64_t count, Value* values, const char* routine);
+    template <auto Set, class Value>
+    bool PutTyped(long channel, std::int64_t first, std::int64_t count, const Value* values);
     /// Whether all points came.
     bool CheckCount(long channel, std::int64_t count, std::int64_t got, const char* routine) const;
     void GetStatistics(int channel, VDVariant* value) const;
