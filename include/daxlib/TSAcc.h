@@ -180,8 +180,8 @@ DAX_API int TSAccSetStats(VDTsAcc* acc, int index, float max, float min, float m
 /// @param recalculate  non-zero has them worked out from the file at the next flush, whatever `enable` says
 DAX_API int TSAccSetStatsMonitor(VDTsAcc* acc, char enable, char recalculate);
 /// Works the statistics out from the data, of an index or all; with all, digital channels are left out. Moves the sequential
-/// cursors. With offsets in use the offsets are in the values that are read. -328019 if the progress object cancels, -328015
-/// if the file doesn't give all its points.
+/// cursors. Offsets in use are left out of it, and added when the statistics are read. -328019 if the progress object cancels,
+/// -328015 if the file doesn't give all its points.
 DAX_API int TSAccCalcStats(VDTsAcc* acc, int index);
 /// Keeps a host's progress object for long operations; it stays the host's. Null for none.
 DAX_API int TSAccSetProgressObject(VDTsAcc* acc, VDProgressObject* progress);
