@@ -3,6 +3,8 @@
 
 #include "vdbase/VDPreferenceSystem.h"
 
+#include <sstream>
+
 namespace {
 
 constexpr const char* VVRead = "VDCanDefinition::ReadDatabase";
@@ -16,6 +18,20 @@ protected:
         return database_.ReadDatabase(folder_.Write("a.dbc", text).c_str());
     }
     VDCanChanDefinition* Chan(int frame, int chan) { return database_.GetFrameDefinition(frame)->GetChanDefinition(chan); }
+
+    std::string Describe(int frame, int index)
+    {
+        const VDCanChanDefinition& chan = *Chan(frame, index);
+        std::ostringstream text;
+        text << chan.GetTitle().Str() << (chan.IsMultiplexSwitch() ? " M" : "")
+             << (chan.IsMultiplexed() ? " m" + std::to_string(chan.GetMultiplexId()) : "") << ' ' << chan.GetStartBit()
+             << '|' << chan.GetNumBits() << (chan.GetBigEndian() ? " up" : " down")
+             << (chan.GetIsSigned() ? " signed " : " unsigned ") << chan.GetFactor() << ',' << chan.GetOffset() << ' '
+             << chan.GetMinval() << '|' << chan.GetMaxval() << " " << chan.GetUnits().Str() << ':';
+        for (const VDString& receiver : chan.GetReceivers())
+            text << ' ' << receiver.Str();
+        return text.str();
+    }
 
     TestFolder folder_;
     VDCanDefinition database_;
@@ -49,28 +65,9 @@ TEST_F(CanDatabaseTest, ReadsFramesAndSignals)
     EXPECT_EQ(motor.GetChanDefinition(3), nullptr);
     EXPECT_EQ(motor.GetChanDefinition(-1), nullptr);
 
-    const VDCanChanDefinition& speed = *Chan(0, 0);
-    EXPECT_STREQ(speed.GetTitle(), "Speed");
-    EXPECT_EQ(speed.GetStartBit(), 0);
-    EXPECT_EQ(speed.GetNumBits(), 16);
-    EXPECT_TRUE(speed.GetBigEndian());
-    EXPECT_FALSE(speed.GetIsSigned());
-    EXPECT_EQ(speed.GetFactor(), 0.25);
-    EXPECT_EQ(speed.GetOffset(), -10);
-    EXPECT_EQ(speed.GetMinval(), -10);
-    EXPECT_EQ(speed.GetMaxval(), 16000);
-    EXPECT_STREQ(speed.GetUnits(), "rev /min");
-    ASSERT_EQ(speed.GetReceivers().GetSize(), 1);
-    EXPECT_STREQ(speed.GetReceivers()[0], "Dash");
-
-    EXPECT_TRUE(Chan(0, 1)->IsMultiplexSwitch());
-    EXPECT_FALSE(Chan(0, 1)->IsMultiplexed());
-    EXPECT_FALSE(Chan(0, 1)->GetBigEndian());
-    EXPECT_TRUE(Chan(0, 1)->GetIsSigned());
-    EXPECT_EQ(Chan(0, 1)->GetReceivers().GetSize(), 0);
-    EXPECT_TRUE(Chan(0, 2)->IsMultiplexed());
-    EXPECT_EQ(Chan(0, 2)->GetMultiplexId(), 3);
-    EXPECT_EQ(Chan(0, 2)->GetReceivers().GetSize(), 2);
+    EXPECT_EQ(Describe(0, 0), "Speed 0|16 up unsigned 0.25,-10 -10|16000 rev /min: Dash");
+    EXPECT_EQ(Describe(0, 1), "Mode M 16|4 down signed 1,0 0|0 :");
+    EXPECT_EQ(Describe(0, 2), "Extra m3 20|4 up signed 1,0 0|0 V: Dash Engine");
     EXPECT_STREQ(database_.GetFrameDefinition(1)->GetTransmitterName(), "");
     EXPECT_STREQ(Chan(1, 0)->GetTitle(), "A");
     EXPECT_EQ(database_.GetFrameDefinitionForId(6), database_.GetFrameDefinition(1));
@@ -183,18 +180,16 @@ TEST_F(CanDatabaseTest, ReadsEnumerations)
 
 TEST_F(CanDatabaseTest, ReadsUtf8OnRequest)
 {
-    const std::string text = VVFrame + " SG_ T : 0|8@1+ (1,0) [0|9] \"\xC2\xB0"
-                                       "C\" Vector__XXX\nBA_DEF_DEF_ \"P\xC3\xA9riode\" 20;\nCM_ BO_ 100 \"\xFF\";\n";
+    const std::string text = VVFrame + " SG_ T : 0|8@1+ (1,0) [0|9] \"\xC2\xB0R\" Vector__XXX\n" +
+                             "BA_DEF_DEF_ \"P\xC3\xA9riode\" 20;\nCM_ BO_ 100 \"\xFF\";\n";
     ASSERT_TRUE(Read(text));
-    EXPECT_STREQ(Chan(0, 0)->GetUnits(), "\xC2\xB0"
-                                         "C");
+    EXPECT_STREQ(Chan(0, 0)->GetUnits(), "\xC2\xB0R");
     EXPECT_EQ(database_.GetFrameDefinition(0)->GetSamplePeriod(), 0);
 
     VDPreferenceSystem().OverrideBooleanValue("/FileFormats/DBC/DBCIsUtf8", true);
     database_ = VDCanDefinition();
     ASSERT_TRUE(Read(text));
-    EXPECT_STREQ(Chan(0, 0)->GetUnits(), "\xB0"
-                                         "C");
+    EXPECT_STREQ(Chan(0, 0)->GetUnits(), "\xB0R");
     EXPECT_EQ(database_.GetFrameDefinition(0)->GetSamplePeriod(), 20);
     EXPECT_STREQ(database_.GetFrameDefinition(0)->GetDescription(), "\xFF");
 }

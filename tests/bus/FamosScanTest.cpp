@@ -158,8 +158,7 @@ TEST_F(FamosScanTest, ListsSignalsOfTheDatabase)
     EXPECT_FALSE(Open(shortFrame, VVDatabase));
     EXPECT_EQ(VFErrorGetReports(VFGetBaseLibError())[0].text.Str(),
               "The frame length defined in the DBC file for frame Id: 100 is 4 bytes, but the number of bytes available for "
-              "this frame "
-              "in the raw data is only 3 bytes. ");
+              "this frame in the raw data is only 3 bytes. ");
     VDPreferenceSystem().OverrideBooleanValue("/FileFormats/Famos/IgnoreShortFrames", true);
     EXPECT_TRUE(Open(shortFrame, VVDatabase));
     EXPECT_TRUE(Titles().empty());

@@ -1,4 +1,4 @@
-#include "IdentityTestSupport.h"
+#include "support/TestFileId.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ TEST(FileIdArray, SharesItemsAndCopiesArrays)
     EXPECT_NE(0, FIAAppend(copies.Get(), array.Get()));
     const VDFileIdHandle shared = At(array, 0);
     EXPECT_NE(0, FIASelectAt(array.Get(), 0, 1));
-    EXPECT_EQ(1, (TestGet<char, FIDGetSelected>(shared)));
+    EXPECT_EQ(1, TestFlag<FIDGetSelected>(shared));
     char selected = 1;
     EXPECT_NE(0, FIAGetSelectAt(copies.Get(), 0, &selected));
     EXPECT_EQ(0, selected);
@@ -55,8 +55,7 @@ TEST(FileIdArray, IndexErrorsNameTheIndex)
     VDFileId* id = nullptr;
     char selected = 0;
     EXPECT_EQ(0, FIAGetAt(array.Get(), 1, &id));
-    ExpectErrorText(-328595, "Index out of range  (1)");
-    ExpectError(-328595, "", "VDFileIdArray::GetAt");
+    ExpectReport(-328595, "Index out of range  (1)", "VDFileIdArray::GetAt");
     for (const bool done : {FIARemoveAt(array.Get(), -1) != 0, FIASelectAt(array.Get(), -1, 1) != 0,
                             FIAGetSelectAt(array.Get(), -1, &selected) != 0}) {
         EXPECT_FALSE(done);

@@ -1,4 +1,4 @@
-#include "IdentityTestSupport.h"
+#include "support/TestFileId.h"
 
 /// The names of a test for people and for deriving file names: they need no identification.
 

@@ -1,27 +1,12 @@
 #pragma once
 
 #include "plugins/StandIn.h"
-#include "support/TestSupport.h"
+#include "support/TestFileId.h"
 
-#include "daxlib/FIA.h"
-#include "daxlib/FID.h"
-#include "daxlib/FINF.h"
 #include "vdbase/VDPreferenceSystem.h"
-
-#include <memory>
 
 /// What the tests of the format registry share. The registry is a process's own, so that every test starts with an empty
 /// one.
-
-template <auto Release>
-struct HandleDeleter
-{
-    void operator()(auto* handle) const { Release(handle); }
-};
-
-using IdHandle = std::unique_ptr<VDFileId, HandleDeleter<FIDRelease>>;
-using ArrayHandle = std::unique_ptr<VDFileIdArray, HandleDeleter<FIARelease>>;
-using InfoHandle = std::unique_ptr<VDFileInfo, HandleDeleter<FINFRelease>>;
 
 class RegistryTest : public testing::Test
 {
@@ -46,65 +31,44 @@ protected:
         VDPreferenceSystem().OverrideStringValue(("/FileFormats/Extensions/" + key).c_str(), value);
     }
 
-    static IdHandle MakeId(const std::string& filename)
+    VDFileIdHandle MakeFile(const std::string& entry, const std::string& content)
     {
-        IdHandle id(FIDCreate());
-        EXPECT_TRUE(FIDSetFilename(id.get(), VTNameFormFile, filename.c_str(), ""));
-        return id;
+        return TestId(folder_.Write(entry, content));
     }
-    IdHandle MakeFile(const std::string& entry, const std::string& content) { return MakeId(folder_.Write(entry, content)); }
 
-    bool Identify(const IdHandle& id, bool loadInfo = false)
+    /// Appends the tests of a file to those found before.
+    bool Identify(const VDFileIdHandle& id, bool loadInfo = false)
     {
-        VDFileIdArray* tests = tests_.release();
-        const bool identified = FINFIdentifyFile(Info(), id.get(), loadInfo, &tests) != 0;
-        tests_.reset(tests);
+        VDFileIdArray* tests = tests_.Detach();
+        const bool identified = FINFIdentifyFile(Info(), id.Get(), loadInfo, &tests) != 0;
+        tests_.Reset(tests);
         return identified;
     }
 
-    VDFileInfo* Info() const { return info_.get(); }
+    VDFileInfo* Info() const { return info_.Get(); }
     int NumTests() const
     {
         int size = -1;
-        FIAGetSize(tests_.get(), &size);
+        FIAGetSize(tests_.Get(), &size);
         return size;
     }
-    IdHandle Test(int index) const
+    VDFileIdHandle Test(int index) const
     {
-        VDFileId* id = nullptr;
-        EXPECT_TRUE(FIAGetAt(tests_.get(), index, &id));
-        return IdHandle(id);
+        VDFileIdHandle id;
+        EXPECT_TRUE(FIAGetAt(tests_.Get(), index, id.Out()));
+        return id;
     }
-
-    static int FileIdOf(const IdHandle& id)
+    static int FileIdOf(const VDFileIdHandle& id)
     {
         int fileId = -1;
         int subId = -1;
-        EXPECT_TRUE(FIDGetFileId(id.get(), &fileId, &subId));
+        EXPECT_TRUE(FIDGetFileId(id.Get(), &fileId, &subId));
         return fileId;
-    }
-    static bool Flag(const IdHandle& id, int (*getter)(VDFileId*, char*))
-    {
-        char flag = 0;
-        EXPECT_TRUE(getter(id.get(), &flag));
-        return flag != 0;
-    }
-    static std::string Text(const IdHandle& id, int (*getter)(VDFileId*, VDString*))
-    {
-        VDString text;
-        EXPECT_TRUE(getter(id.get(), &text));
-        return text.Str();
-    }
-    static std::string Text(const IdHandle& id, int (*getter)(VDFileId*, int, VDString*), int index)
-    {
-        VDString text;
-        EXPECT_TRUE(getter(id.get(), index, &text));
-        return text.Str();
     }
 
     TestFolder folder_;
-    InfoHandle info_{FINFCreate()};
-    ArrayHandle tests_;
+    VDFileInfoHandle info_{FINFCreate()};
+    VDFileIdArrayHandle tests_;
 };
 
 /// A configuration of two access types with two file types each.

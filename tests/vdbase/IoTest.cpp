@@ -9,6 +9,9 @@
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <tuple>
+
+using namespace std::string_literals;
 
 namespace {
 
@@ -71,22 +74,16 @@ TEST(Io, EndsAndEdges)
     ASSERT_TRUE(io.Open(VTOpenRead));
     char buffer[600] = {};
     std::int64_t got = -1;
-    EXPECT_TRUE(io.ReadAtCur(512, buffer, &got));
-    EXPECT_EQ(got, 10);
-    EXPECT_EQ(io.GetCurPos(), 10);
-    EXPECT_TRUE(io.Read(Largest - 1, 600, buffer, &got));
-    EXPECT_EQ(got, 0);
-    EXPECT_TRUE(io.Read(Largest, Largest, buffer, &got));
-    EXPECT_EQ(got, 0);
-    EXPECT_TRUE(io.Read(4, 600, buffer, &got));
-    EXPECT_EQ(got, 6);
-
+    for (const auto& [offset, count, expected] :
+         {std::tuple(std::int64_t{0}, std::int64_t{512}, 10), {Largest - 1, 600, 0}, {Largest, Largest, 0}, {4, 600, 6}}) {
+        EXPECT_TRUE(io.Read(offset, count, buffer, &got));
+        EXPECT_EQ(got, expected) << "at " << offset;
+        EXPECT_EQ(io.GetCurPos(), offset + expected);
+    }
     EXPECT_TRUE(io.Read(4, 6, buffer, nullptr));
     EXPECT_FALSE(io.Read(5, 6, buffer, nullptr));
     ExpectErrorText(VDBaseError::FileRead, "The file can't be read: it ends too early\nFile : " + file);
-    EXPECT_FALSE(io.Read(-1, 1, buffer, &got));
-    EXPECT_FALSE(io.Read(0, -1, buffer, &got));
-    EXPECT_FALSE(io.SetCurPos(-1));
+    EXPECT_FALSE(io.Read(-1, 1, buffer, &got) || io.Read(0, -1, buffer, &got) || io.SetCurPos(-1));
     ExpectError(VDBaseError::FileRead, "negative", "VDIo::SetCurPos");
     EXPECT_FALSE(io.Write(0, 1, "x"));
     ExpectError(VDBaseError::FileWrite, file, "VDIo::Write");
@@ -96,8 +93,7 @@ TEST(Io, EndsAndEdges)
 
     VDIo empty(folder.Write("empty.dat", "").c_str());
     ASSERT_TRUE(empty.Open(VTOpenRead));
-    EXPECT_TRUE(empty.ReadAtCur(512, buffer, &got));
-    EXPECT_EQ(got, 0);
+    EXPECT_EQ(ReadSome(empty, 512), "");
 }
 
 TEST(Io, OnlyFilesOpen)
@@ -105,22 +101,17 @@ TEST(Io, OnlyFilesOpen)
     const TestFolder folder;
     const std::string pipe = folder.Name("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const struct
-    {
-        std::string name;
-        int mode;
-        const char* reason;
-    } rows[] = {{folder.Path(), VTOpenRead, "Is a directory"},       {folder.Path(), VTOpenUpdate, "Is a directory"},
-                {folder.Path(), VTOpenCreate, "Is a directory"},     {folder.Name("none"), VTOpenRead, "No such file"},
-                {folder.Name("none"), VTOpenUpdate, "No such file"}, {pipe, VTOpenRead, "it is a pipe or a device"},
-                {folder.Name("none"), 3, "the mode is unknown"},     {"", VTOpenRead, "No such file"}};
-    for (const auto& row : rows) {
+    const std::string none = folder.Name("none");
+    using Row = std::tuple<std::string, int, const char*>;
+    for (const auto& [name, mode, reason] :
+         {Row(folder.Path(), VTOpenRead, "Is a directory"), Row(folder.Path(), VTOpenUpdate, "Is a directory"),
+          Row(folder.Path(), VTOpenCreate, "Is a directory"), Row(none, VTOpenRead, "No such file or directory"),
+          Row(none, VTOpenUpdate, "No such file or directory"), Row("", VTOpenRead, "No such file or directory"),
+          Row(none, 3, "the mode is unknown"), Row(pipe, VTOpenRead, "it is a pipe or a device")}) {
         VFErrorClear();
-        VDIo io(row.name.c_str());
-        EXPECT_FALSE(io.Open(row.mode));
-        EXPECT_FALSE(io.IsOpen());
-        ExpectError(VDBaseError::FileOpen, std::string(row.reason), "VDIo::Open");
-        ExpectError(VDBaseError::FileOpen, "\nFile : " + row.name);
+        VDIo io(name.c_str());
+        EXPECT_TRUE(!io.Open(mode) && !io.IsOpen());
+        ExpectError(VDBaseError::FileOpen, std::string(reason) + "\nFile : " + name, "VDIo::Open");
     }
 }
 
@@ -161,24 +152,18 @@ TEST(TextIo, LinesOfAllKinds)
     const TestFolder folder;
     const std::string longLine(65530, 'x');
     const std::string file =
-        folder.Write("a.txt", "one\r\ntwo\rthree\n\n" + longLine + "12345678\r\n" + std::string("a\0b", 3) + "\n\nlast");
+        folder.Write("a.txt", "one\r\ntwo\rthree\n\n" + longLine + "12345678\r\n" + "a\0b"s + "\n\nlast");
     VDTextIo io(file.c_str());
     ASSERT_TRUE(io.Open(VTOpenRead));
     VDString line;
-    bool truncated = true;
-    for (const std::string& expected : {std::string("one"), std::string("two"), std::string("three"), std::string()}) {
-        ASSERT_TRUE(io.ReadString(&line, 1000, &truncated));
-        EXPECT_EQ(line.Str(), expected);
-        EXPECT_FALSE(truncated);
-    }
-    ASSERT_TRUE(io.ReadString(&line, 65530, &truncated));
-    EXPECT_TRUE(line.Str() == longLine && truncated);
-    ASSERT_TRUE(io.ReadString(&line, 8, &truncated));  // its end follows at once, behind the buffer's edge
-    EXPECT_EQ(line.Str(), "12345678");
-    EXPECT_FALSE(truncated);
-    for (const std::string& expected : {std::string("a\0b", 3), std::string(), std::string("last")}) {
-        ASSERT_TRUE(io.ReadString(&line, 1000, nullptr));
-        EXPECT_EQ(line.Str(), expected);
+    // The line of 8 bytes has its end at once, behind the buffer's edge.
+    using Row = std::pair<std::string, int>;
+    for (const auto& [expected, maxLength] :
+         {Row("one", 1000), Row("two", 1000), Row("three", 1000), Row("", 1000), Row(longLine, 65530), Row("12345678", 8),
+          Row("a\0b"s, 1000), Row("", 1000), Row("last", 1000)}) {
+        bool truncated = maxLength != 65530;
+        ASSERT_TRUE(io.ReadString(&line, maxLength, &truncated));
+        EXPECT_TRUE(line.Str() == expected && truncated == (maxLength == 65530)) << line.Left(20);
     }
     EXPECT_FALSE(io.ReadString(&line, 1000, nullptr));
     ExpectNoError();

@@ -16,16 +16,14 @@ std::string Entry(const std::string& family, const std::string& name, const std:
            "\"\nlibrary = \"" + library + "\"\nprefix = \"P\"\n" + more;
 }
 
-int Collect(void* context, const char* name, const char* description)
-{
-    *static_cast<std::string*>(context) += std::string(name) + '(' + description + ") ";
-    return 1;
-}
-
 std::string Enumerate(const char* family)
 {
+    const auto collect = [](void* context, const char* name, const char* description) {
+        *static_cast<std::string*>(context) += std::string(name) + '(' + description + ") ";
+        return 1;
+    };
     std::string names;
-    return VFEnumPlugIns(family, Collect, &names) ? names : "failed";
+    return VFEnumPlugIns(family, collect, &names) ? names : "failed";
 }
 
 std::string BaseLibraryFile()
@@ -60,10 +58,8 @@ TEST(PlugIn, ManifestsInOrderAndTheFirstNameWins)
 
     int skip = -1;
     VDString library, prefix;
-    EXPECT_TRUE(VFGetPlugInType("FILEFORMAT", "Wav", &skip, &library, &prefix));
-    EXPECT_EQ(skip, 1);
+    EXPECT_TRUE(VFGetPlugInType("FILEFORMAT", "Wav", &skip, &library, &prefix) && skip == 1 && prefix == "P");
     EXPECT_EQ(library.Str(), TestHomeFolder() + "lib/x.so") << "relative to the manifest";
-    EXPECT_EQ(prefix.Str(), "P");
     EXPECT_FALSE(VFGetPlugInType("FileFormat", "T", &skip, &library, &prefix));
     EXPECT_FALSE(VFEnumPlugIns(
         "FileFormat", [](void*, const char*, const char*) { return 0; }, nullptr));
@@ -73,22 +69,18 @@ TEST(PlugIn, ManifestsInOrderAndTheFirstNameWins)
 TEST(PlugIn, FaultyManifestsAreToldAndReadAgain)
 {
     const std::string good = Entry("FileFormat", "A", "x");
-    const struct
-    {
-        std::string content;
-        const char* reason;
-    } rows[] = {{good + "[[plugin", "line 7: "},
-                {good + "\n[[plugin]]\nfamily = \"FileFormat\"\n", "line 8: \"name\" is missing"},
-                {good + "skip = 1\n", "line 7: \"skip\" must be true or false"},
-                {good + "priority = 1\n", "line 7: unknown key \"priority\""},
-                {"[[plugins]]\n", "line 1: only [[plugin]] tables"},
-                {"plugin = [1]\n", "only [[plugin]] tables"},
-                {Entry("FileFormat", "", "x"), "line 3: \"name\" must be a text"},
-                {"\n[[plugin]]\nfamily = 5\n", "line 3: \"family\" must be a text"}};
-    for (const auto& row : rows) {
-        TestWriteFile(TestHomeFolder(), "plugins.toml", row.content);
+    using Row = std::pair<std::string, const char*>;
+    for (const auto& [content, reason] :
+         {Row(good + "[[plugin", "line 7: "),
+          Row(good + "\n[[plugin]]\nfamily = \"FileFormat\"\n", "line 8: \"name\" is missing"),
+          Row(good + "skip = 1\n", "line 7: \"skip\" must be true or false"),
+          Row(good + "priority = 1\n", "line 7: unknown key \"priority\""),
+          Row("[[plugins]]\n", "line 1: only [[plugin]] tables"), Row("plugin = [1]\n", "only [[plugin]] tables"),
+          Row(Entry("FileFormat", "", "x"), "line 3: \"name\" must be a text"),
+          Row("\n[[plugin]]\nfamily = 5\n", "line 3: \"family\" must be a text")}) {
+        TestWriteFile(TestHomeFolder(), "plugins.toml", content);
         EXPECT_EQ(Enumerate("FileFormat"), "failed");
-        ExpectError(VDBaseError::PluginConfig, row.reason, "VFEnumPlugIns");
+        ExpectError(VDBaseError::PluginConfig, reason, "VFEnumPlugIns");
         ExpectError(VDBaseError::PluginConfig, "\nFile : " + TestHomeFolder() + "plugins.toml");
     }
     EXPECT_FALSE(VFGetPlugInType("FileFormat", "A", nullptr, nullptr, nullptr));

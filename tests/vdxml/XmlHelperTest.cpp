@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+using namespace std::string_literals;
+
 namespace {
 
 std::string Name(const DOM_Node& node)
@@ -17,11 +19,20 @@ DOMString Dom(const char* text)
     return VDUXmlHelper::VDToDOMString(text);
 }
 
-std::string Text(const DOM_Node& node, bool indent = false)
+std::string Text(const DOM_Node& node)
 {
     VDUDataBuffer buffer;
-    EXPECT_TRUE(VDUXmlHelper::ConvertNodeTreeToText(node, &buffer, indent));
+    EXPECT_TRUE(VDUXmlHelper::ConvertNodeTreeToText(node, &buffer, false));
     return std::string(buffer.View());
+}
+
+// The value of an attribute, "none" without it.
+std::string Attribute(const DOM_Element& element, const char* name)
+{
+    VDString value("old");
+    const bool found = VDUXmlHelper::GetAttribute(element, name, &value);
+    EXPECT_TRUE(found || value.IsEmpty());
+    return found ? value.Str() : "none";
 }
 
 }  // namespace
@@ -31,9 +42,8 @@ TEST(XmlHelper, ReadsAndWalksATree)
     const TestFolder folder;
     const std::string file = folder.Write(
         "GeneralFiles.sys", "<?xml version='1.0' encoding='ISO-8859-1'?>\n<GeneralFiles Version='1.0'><!-- note -->\n"
-                            " <AccessType Id='1000' Name='Gr\xF6\xDF"
-                            "e' Enabled=''/>text<Other/><AccessType Id='1001'/></GeneralFiles>");
-    DOM_Element second;
+                            " <AccessType Id='1000' Name='Gr\xF6\xDFt' Enabled=''/>text<Other/><Last/></GeneralFiles>");
+    DOM_Element last;
     {
         const DOM_Document document = VDUXmlHelper::ParseXmlFromFile(file.c_str());
         const DOM_Element root = document.GetDocumentElement();
@@ -41,21 +51,16 @@ TEST(XmlHelper, ReadsAndWalksATree)
         EXPECT_EQ(root.GetParentNode(), document);
         DOM_Element first;
         ASSERT_TRUE(VDUXmlHelper::GetSingleElementChild(root, "AccessType", &first));
-        VDString value;
-        EXPECT_TRUE(VDUXmlHelper::GetAttribute(first, "Name", &value));
-        EXPECT_EQ(value.Str(), "Gr\xC3\xB6\xC3\x9F"
-                               "e");
-        EXPECT_TRUE(VDUXmlHelper::GetAttribute(first, "Enabled", &value));
-        EXPECT_FALSE(VDUXmlHelper::GetAttribute(first, "id", &value));
-        EXPECT_TRUE(value.IsEmpty());
-        EXPECT_FALSE(VDUXmlHelper::GetSingleElementChild(root, "Missing", &second));
+        EXPECT_EQ(Attribute(first, "Name"), "Gr\xC3\xB6\xC3\x9Ft");
+        EXPECT_EQ(Attribute(first, "Enabled"), "");
+        EXPECT_EQ(Attribute(first, "id"), "none");
+        EXPECT_FALSE(VDUXmlHelper::GetSingleElementChild(root, "Missing", &last));
         EXPECT_TRUE(DOM_Element(first.GetNextSibling()).IsNull()) << "a text is no element";
-        EXPECT_EQ(Name(first.GetNextSibling().GetNextSibling()), "Other");
-        second = DOM_Element(first.GetNextSibling().GetNextSibling().GetNextSibling());
+        last = DOM_Element(first.GetNextSibling().GetNextSibling().GetNextSibling());
     }
     // The tree lives on behind a handle on one of its nodes.
-    EXPECT_EQ(VDUXmlHelper::DOMToVDString(second.GetAttribute(Dom("Id"))).Str(), "1001");
-    EXPECT_TRUE(second.GetNextSibling().IsNull());
+    EXPECT_EQ(Name(last), "Last");
+    EXPECT_TRUE(last.GetNextSibling().IsNull());
     EXPECT_EQ(DOM_Node().GetNodeType(), VTDomNone);
     EXPECT_TRUE(DOM_Document().GetDocumentElement().GetFirstChild().IsNull());
     ExpectNoError();
@@ -71,8 +76,7 @@ TEST(XmlHelper, FaultsAreToldWithTheirPlace)
     EXPECT_TRUE(VDUXmlHelper::ParseXmlFromFile(folder.Name("none.xml").c_str()).IsNull());
     ExpectError(VDBaseError::FileOpen, "none.xml");
     for (const std::string& text :
-         {std::string(), std::string("no xml"), std::string("<a/><b/>"), std::string("<a x='1' x='2'/>"),
-          std::string("<a>\x01</a>"), std::string("<a>\xFF</a>"), std::string("<a>\0</a>", 8)}) {
+         {""s, "no xml"s, "<a/><b/>"s, "<a x='1' x='2'/>"s, "<a>\x01</a>"s, "<a>\xFF</a>"s, "<a>\0</a>"s}) {
         VFErrorClear();
         EXPECT_TRUE(VDUXmlHelper::ParseXml(text.data(), static_cast<int>(text.size())).IsNull()) << text;
         ExpectError(VDBaseError::XmlParse, "The XML text can't be parsed: ", "VDUXmlHelper::ParseXml");
@@ -105,12 +109,12 @@ TEST(XmlHelper, NothingOutsideIsReadAndExpansionEnds)
             bomb += "&e" + std::to_string(level - 1) + ';';
         bomb += "'>";
     }
-    EXPECT_TRUE(VDUXmlHelper::ParseXml((bomb + "]><a>&e9;</a>").c_str()).IsNull());
-    EXPECT_TRUE(VDUXmlHelper::ParseXml((bomb + "]><a b='&e9;'/>").c_str()).IsNull());
+    for (const char* use : {"]><a>&e9;</a>", "]><a b='&e9;'/>"})
+        EXPECT_TRUE(VDUXmlHelper::ParseXml((bomb + use).c_str()).IsNull()) << use;
     EXPECT_EQ(Text(VDUXmlHelper::ParseXml("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;&e;</a>").GetDocumentElement()), "<a>xx</a>");
 
     std::string deep;
-    for (int level = 0; level < 100000; ++level)
+    while (deep.size() < 300000)
         deep += "<a>";
     EXPECT_TRUE(VDUXmlHelper::ParseXml(deep.c_str()).IsNull());
     ExpectError(VDBaseError::XmlParse, "nest too deep");
@@ -134,11 +138,9 @@ TEST(XmlHelper, WritesWhatItReads)
     ASSERT_TRUE(VDUXmlHelper::SaveNodeTreeToFile(root, file.c_str(), true));
     EXPECT_TRUE(TestReadFile(file).starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root units=\""))
         << TestReadFile(file);
-    VDString value;
-    const DOM_Document again = VDUXmlHelper::ParseXmlFromFile(file.c_str());
-    ASSERT_TRUE(VDUXmlHelper::GetAttribute(again.GetDocumentElement(), "units", &value));
-    EXPECT_EQ(value.Str(), units);
-    EXPECT_EQ(VDUXmlHelper::DOMToVDString(again.GetDocumentElement().GetFirstChild().GetNodeValue()).Str(), "a<b");
+    const DOM_Element again = VDUXmlHelper::ParseXmlFromFile(file.c_str()).GetDocumentElement();
+    EXPECT_EQ(Attribute(again, "units"), units);
+    EXPECT_EQ(VDUXmlHelper::DOMToVDString(again.GetFirstChild().GetNodeValue()).Str(), "a<b");
 
     EXPECT_FALSE(VDUXmlHelper::SaveNodeTreeToFile(root, folder.Name("no/such/").c_str(), true));
     EXPECT_FALSE(VDUXmlHelper::SaveNodeTreeToFile(DOM_Node(), file.c_str(), true));
@@ -149,30 +151,17 @@ TEST(XmlHelper, WritesWhatItReads)
 
 TEST(XmlHelper, TextsAlwaysMakeReadableXml)
 {
-    const struct
-    {
-        const char *in, *out;
-    } rows[] = {{"\xB0"
-                 "C",
-                 "\xC2\xB0"
-                 "C"},
-                {"\x01", "\xEF\xBF\xBD"},
-                {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xC2\x80"},
-                {"\xC0\x80", "\xC3\x80\xC2\x80"},
-                {"\xE2\x82", "\xC3\xA2\xC2\x82"},
-                {"\xF0\x9D\x84\x9E", "\xF0\x9D\x84\x9E"},
-                {"\xEF\xBF\xBF", "\xEF\xBF\xBD"},
-                {nullptr, ""}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(VDUXmlHelper::DOMToVDString(Dom(row.in)).Str(), row.out);
+    using Row = std::pair<const char*, std::string>;
+    for (const auto& [in, out] :
+         {Row("\xB0K", "\xC2\xB0K"), Row("\x01", "\xEF\xBF\xBD"), Row("\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xC2\x80"),
+          Row("\xC0\x80", "\xC3\x80\xC2\x80"), Row("\xE2\x82", "\xC3\xA2\xC2\x82"), Row(nullptr, ""),
+          Row("\xF0\x9D\x84\x9E", "\xF0\x9D\x84\x9E"), Row("\xEF\xBF\xBF", "\xEF\xBF\xBD")}) {
         DOM_Document document = DOM_Document::CreateDocument();
         DOM_Element root = document.CreateElement(Dom("a"));
         document.AppendChild(root);
-        root.SetAttribute(Dom("b"), Dom(row.in));
-        const std::string text = Text(document);
-        VDString value;
-        EXPECT_TRUE(VDUXmlHelper::GetAttribute(VDUXmlHelper::ParseXml(text.c_str()).GetDocumentElement(), "b", &value));
-        EXPECT_EQ(value.Str(), row.out);
+        root.SetAttribute(Dom("b"), Dom(in));
+        EXPECT_EQ(Attribute(root, "b"), out);
+        EXPECT_EQ(Attribute(VDUXmlHelper::ParseXml(Text(document).c_str()).GetDocumentElement(), "b"), out);
     }
     EXPECT_EQ(VDUXmlHelper::DOMToVDString(DOMString(std::u16string(1, char16_t{0xD800}))).Str(), "\xEF\xBF\xBD");
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/TestSupport.h"
+#include "support/TestFileId.h"
+#include "support/TestTimeSeries.h"
 
-#include "daxlib/DaxHandle.h"
 #include "daxlib/TimeSeriesPlugin.h"
 
 #include <sndfile.h>
@@ -66,12 +66,10 @@ protected:
     /// Identifies a file with its channels; null if that fails.
     static VDFileIdHandle Identify(const std::string& filename)
     {
-        const VDFileIdHandle id(FIDCreate());
         const VDFileInfoHandle info(FINFCreate());
         VDFileIdArrayHandle tests;
         VDFileIdHandle test;
-        if (FIDSetFilename(id.Get(), VTNameFormFile, filename.c_str(), "") &&
-            FINFIdentifyFile(info.Get(), id.Get(), 1, tests.Out()))
+        if (FINFIdentifyFile(info.Get(), TestId(filename).Get(), 1, tests.Out()))
             FIAGetAt(tests.Get(), 0, test.Out());
         return test;
     }
@@ -79,14 +77,8 @@ protected:
     /// The id of a file that is to be written.
     static VDFileIdHandle NewId(const std::string& filename, int subId, int channels)
     {
-        VDFileIdHandle id(FIDCreate());
-        FIDSetFilename(id.Get(), VTNameFormFile, filename.c_str(), "");
-        FIDSetFileId(id.Get(), WavFileId, subId);
-        FIDSetIdentified(id.Get(), 1);
-        for (int number = 1, index = 0; number <= channels; ++number)
-            FIDAddChannel(id.Get(), number, &index);
-        FIDSetInfoLoaded(id.Get(), 1);
-        return id;
+        const std::vector<int> types(static_cast<std::size_t>(channels), DaxDataType::Float);
+        return NewTestId(filename, WavFileId, subId, types);
     }
 
     static VDTsAccHandle Open(VDFileId* id, int mode)
@@ -95,6 +87,10 @@ protected:
         if (!TSAccSetId(access.Get(), id, mode >= VTTsAccOpenCreate) || !TSAccOpen(access.Get(), mode))
             access.Reset();
         return access;
+    }
+    static VDTsAccHandle Create(const std::string& filename, int subId, int channels)
+    {
+        return Open(NewId(filename, subId, channels).Get(), VTTsAccOpenCreate);
     }
     static VDTsAccHandle OpenFile(const std::string& filename, int mode = VTTsAccOpenRead)
     {

@@ -36,8 +36,7 @@ TEST_F(WavTest, WritesEachFloatBitForBitInAnyOrder)
     for (const int subId : {Wav, Rf64, W64}) {
         SCOPED_TRACE(subId);
         const std::string name = folder_.Name("out" + std::to_string(subId));
-        const VDFileIdHandle id = NewId(name, subId, channels);
-        VDTsAccHandle access = Open(id.Get(), VTTsAccOpenCreate);
+        VDTsAccHandle access = Create(name, subId, channels);
         ASSERT_TRUE(access);
         EXPECT_TRUE(TSAccSetSampleRate(access.Get(), static_cast<int>(DaxChannel::All), 2147483647.0));
         // One channel as a whole, two in blocks that alternate, one from the end backwards, one late and in odd blocks.
@@ -76,8 +75,7 @@ TEST_F(WavTest, WritesEachFloatBitForBitInAnyOrder)
 TEST_F(WavTest, NarrowsDoublesAndShowsThemAtOnce)
 {
     const std::string name = folder_.Name("a.wav");
-    const VDFileIdHandle id = NewId(name, Wav, 2);
-    const VDTsAccHandle access = Open(id.Get(), VTTsAccOpenCreate);
+    const VDTsAccHandle access = Create(name, Wav, 2);
     ASSERT_TRUE(access);
     const std::vector<double> values{0.1, -3.0, 1e300};
     EXPECT_TRUE(TSAccPutDataDoublePrecision(access.Get(), 1, 1, 3, values.data()));
@@ -91,8 +89,7 @@ TEST_F(WavTest, NarrowsDoublesAndShowsThemAtOnce)
 TEST_F(WavTest, KeepsOnlyWhatTheHeaderHolds)
 {
     const std::string name = folder_.Name("a.wav");
-    const VDFileIdHandle id = NewId(name, Wav, 2);
-    VDTsAccHandle access = Open(id.Get(), VTTsAccOpenCreate);
+    VDTsAccHandle access = Create(name, Wav, 2);
     ASSERT_TRUE(access);
     VDTsAcc* acc = access.Get();
     EXPECT_TRUE(Put(acc, 0, 1, {1.0F, 2.0F}));
@@ -136,8 +133,7 @@ TEST_F(WavTest, StopsBeforeFourGiBWhereTheFormatDoes)
     for (const int subId : {Wav, Rf64, W64}) {
         SCOPED_TRACE(subId);
         const std::string name = folder_.Name("big" + std::to_string(subId));
-        const VDFileIdHandle id = NewId(name, subId, 1);
-        VDTsAccHandle access = Open(id.Get(), VTTsAccOpenCreate);
+        VDTsAccHandle access = Create(name, subId, 1);
         ASSERT_TRUE(access);
         char large = 2;
         EXPECT_TRUE(TSAccGetCapability(access.Get(), DaxTimeSeries::LargeFiles, &large));
@@ -170,7 +166,7 @@ TEST_F(WavTest, AKilledWriterLeavesWhatItWrote)
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            const VDTsAccHandle access = Open(NewId(name, subId, 1).Get(), VTTsAccOpenCreate);
+            const VDTsAccHandle access = Create(name, subId, 1);
             Put(access.Get(), 0, 1, std::vector(points, 1.5F));
             _exit(0);
         }
@@ -218,14 +214,12 @@ TEST_F(WavTest, ChangesAForeignFileInPlace)
 
 TEST_F(WavTest, ReportsAFileThatCannotBeWritten)
 {
-    const VDFileIdHandle nowhere = NewId(folder_.Path() + "/none/a.wav", Wav, 1);
-    EXPECT_FALSE(Open(nowhere.Get(), VTTsAccOpenCreate));
+    EXPECT_FALSE(Create(folder_.Path() + "/none/a.wav", Wav, 1));
     ExpectError(-331883, "Error opening WAV file");
 
     // A disk that is full: what was written before stays, and the failure isn't lost.
     const std::string name = folder_.Name("a.wav");
-    const VDFileIdHandle id = NewId(name, Wav, 1);
-    VDTsAccHandle access = Open(id.Get(), VTTsAccOpenCreate);
+    VDTsAccHandle access = Create(name, Wav, 1);
     ASSERT_TRUE(access);
     EXPECT_TRUE(Put(access.Get(), 0, 1, std::vector(1000, 1.0F)));
     EXPECT_TRUE(TSAccFlush(access.Get()));

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// What the tests of file ids share.
+/// Makes file ids for tests and asks them.
 
 inline VDFileIdHandle TestId()
 {
@@ -45,6 +45,18 @@ Value TestGet(const VDFileIdHandle& id, Arguments... arguments)
 }
 
 template <auto Getter, class... Arguments>
+int TestInt(const VDFileIdHandle& id, Arguments... arguments)
+{
+    return TestGet<int, Getter>(id, arguments...);
+}
+
+template <auto Getter, class... Arguments>
+int TestFlag(const VDFileIdHandle& id, Arguments... arguments)
+{
+    return TestGet<char, Getter>(id, arguments...);
+}
+
+template <auto Getter, class... Arguments>
 std::string TestText(const VDFileIdHandle& id, Arguments... arguments)
 {
     return TestGet<VDString, Getter>(id, arguments...).Str();
@@ -66,4 +78,11 @@ inline std::string TestFilename(const VDFileIdHandle& id, VDString* extension = 
 inline std::string TestDescriptor(const VDFileIdHandle& id, int type)
 {
     return TestText<FIDGetTestDescriptor>(id, type);
+}
+
+/// Expects the whole text and the routine of the last report.
+inline void ExpectReport(int code, const std::string& text, const std::string& routine)
+{
+    ExpectErrorText(code, text);
+    ExpectError(code, {}, routine);
 }
