@@ -8,26 +8,18 @@ using namespace StandIn;
 
 namespace {
 
-class OffsetTest : public testing::Test
+using OffsetTest = StandInTest;
+
+/// The item of the set "Offset" of channel index 0; a value that no test uses if there is none.
+double Item(VDTsAcc* acc, const char* name)
 {
-protected:
-    OffsetTest() { TestWriteFile(TestHomeFolder(), "plugins.toml", Manifests()); }
-
-    std::string Write(const std::string& script) { return folder_.Write("test.sta", "STAND " + script + "\n"); }
-
-    /// The item of the set "Offset" of channel index 0; a value that no test uses if there is none.
-    static double Item(VDTsAcc* acc, const char* name)
-    {
-        LQChannelMapper* mapper = nullptr;
-        EXPECT_TRUE(TSAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
-        double value = -999;
-        if (Z4PropertySet* set = mapper == nullptr ? nullptr : mapper->GetMetaDataSet("Offset", 0))
-            set->GetDouble(name, &value);
-        return value;
-    }
-
-    TestFolder folder_;
-};
+    LQChannelMapper* mapper = nullptr;
+    EXPECT_TRUE(TSAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    double value = -999;
+    if (Z4PropertySet* set = mapper == nullptr ? nullptr : mapper->GetMetaDataSet("Offset", 0))
+        set->GetDouble(name, &value);
+    return value;
+}
 
 }  // namespace
 

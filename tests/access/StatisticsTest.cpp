@@ -64,16 +64,13 @@ struct Progress : VDProgressObject
     bool throws = false;
 };
 
-class StatisticsTest : public testing::Test
+class StatisticsTest : public StandInTest
 {
 protected:
-    StatisticsTest() { TestWriteFile(TestHomeFolder(), "plugins.toml", Manifests()); }
-
     VDTsAccHandle Open(const std::string& script, int mode = VTTsAccOpenRead, int type = DaxDataType::Float)
     {
         // A file of its own: the stand-in remembers what a file held when it was closed.
-        const std::string name = std::to_string(++opened_) + ".sta";
-        const VDFileIdHandle id = IdentifyTest(folder_.Write(name, "STAND channels=1 " + script + "\n"));
+        const VDFileIdHandle id = IdentifyTest(Write("channels=1 " + script, std::to_string(++opened_) + ".sta"));
         FIDSetChanType(id.Get(), 0, type);
         VDTsAccHandle acc = BindTest(id.Get());
         EXPECT_TRUE(TSAccOpen(acc.Get(), mode)) << VFErrorGetText(VFGetBaseLibError()).Str();
@@ -83,14 +80,12 @@ protected:
     /// A new test of a format that stores statistics.
     VDTsAccHandle Create(const std::vector<int>& types)
     {
-        const std::string name = folder_.Write("new.sta", "STAND caps=0,2,4,5,6 log=1\n");
-        const VDFileIdHandle id = NewTestId(name, FileId, SubPlain, types);
+        const VDFileIdHandle id = NewTestId(Write("caps=0,2,4,5,6 log=1"), FileId, SubPlain, types);
         VDTsAccHandle acc = BindTest(id.Get(), true);
         EXPECT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenCreate)) << VFErrorGetText(VFGetBaseLibError()).Str();
         return acc;
     }
 
-    TestFolder folder_;
     int opened_ = 0;
 };
 

@@ -6,18 +6,15 @@
 
 #include <chrono>
 #include <filesystem>
-#include <set>
 #include <thread>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-class DaxCopy : public testing::Test
+class DaxCopy : public StandIn::StandInTest
 {
 protected:
-    void SetUp() override { TestWriteFile(TestHomeFolder(), "plugins.toml", StandIn::Manifests()); }
-
     /// Entries of the test's folder that the program made and didn't clear away.
     std::size_t CountLeftovers() const
     {
@@ -38,7 +35,6 @@ protected:
         return process;
     }
 
-    TestFolder folder_;
     DaxProgram dax_;
     const std::string stereo_ = folder_.Write("stereo.wav", MakeWav16(8000, 2, {0, 16384, -32768, 8192, 16384, -16384}));
     const std::string out_ = folder_.Name("out.wav");
@@ -53,26 +49,24 @@ TEST_F(DaxCopy, TheCopyHoldsTheSameValues)
     EXPECT_EQ(dax_.Run({"read", out_}).out, dax_.Run({"read", stereo_}).out);
 
     ASSERT_EQ(dax_.Run({"copy", stereo_, folder_.Name("named.bin"), "--format", "wav", "--chan", "2"}).status, 0);
-    EXPECT_EQ(dax_.Run({"info", "--json", folder_.Name("named.bin")}).Json()["channels"].size(), 1U);
+    EXPECT_EQ(dax_.Json({"info", folder_.Name("named.bin")})["channels"].size(), 1U);
     EXPECT_EQ(CountLeftovers(), 0U);
 }
 
 TEST_F(DaxCopy, RefusesWhatWouldLoseAFile)
 {
     const std::string earlier = folder_.Write("earlier.wav", "earlier");
-    const DaxResult exists = dax_.Run({"copy", stereo_, earlier});
-    EXPECT_EQ(exists.status, 1);
-    EXPECT_EQ(exists.err.find("dax: error -900008: "), 0U) << exists.err;
+    dax_.ExpectFailure({"copy", stereo_, earlier}, -900008);
     EXPECT_EQ(TestReadFile(earlier), "earlier");
 
     const std::string before = TestReadFile(stereo_);
     fs::create_hard_link(stereo_, folder_.Name("twin.wav"));
     for (const std::string& same : {stereo_, folder_.Name("twin.wav")})
-        EXPECT_EQ(dax_.Run({"copy", "--json", stereo_, same, "--overwrite"}).Codes(), std::vector<int>{-900009});
+        dax_.ExpectFailure({"copy", stereo_, same, "--overwrite"}, -900009);
     EXPECT_EQ(TestReadFile(stereo_), before);
 
-    EXPECT_EQ(dax_.Run({"copy", "--json", stereo_, folder_.Name("out.xyz")}).Codes(), std::vector<int>{-900011});
-    EXPECT_EQ(dax_.Run({"copy", "--json", stereo_, out_, "--format", "nosuch"}).Codes(), std::vector<int>{-328699});
+    dax_.ExpectFailure({"copy", stereo_, folder_.Name("out.xyz")}, -900011);
+    dax_.ExpectFailure({"copy", stereo_, out_, "--format", "nosuch"}, -328699);
     EXPECT_EQ(dax_.Run({"copy", "--json", stereo_, folder_.Path(), "--format", "wav", "--overwrite"}).status, 1);
     EXPECT_EQ(CountLeftovers(), 0U);
 
@@ -85,18 +79,11 @@ TEST_F(DaxCopy, RefusesWhatWouldLoseAFile)
 TEST_F(DaxCopy, WhatIsLostIsListedAndStrictRefusesIt)
 {
     const std::string source = folder_.Write("load.sta", "STAND channels=2 points=20 units=kN base=5 rate=100");
-    const DaxResult refused = dax_.Run({"copy", "--json", source, out_, "--strict"});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.Codes(), std::vector<int>{-900013});
+    dax_.ExpectFailure({"copy", source, out_, "--strict"}, -900013);
     EXPECT_FALSE(fs::exists(out_));
     EXPECT_EQ(CountLeftovers(), 0U);
 
-    const DaxResult copied = dax_.Run({"copy", "--json", source, out_});
-    ASSERT_EQ(copied.status, 0) << copied.out;
-    const auto document = copied.Json();
-    std::set<std::string> lost;
-    for (const auto& loss : document["lost"])
-        lost.insert(loss["what"].get<std::string>());
+    const std::set<std::string> lost = dax_.Run({"copy", "--json", source, out_}).Lost();
     EXPECT_TRUE(lost.contains("units"));
     EXPECT_TRUE(lost.contains("baseTime"));
     EXPECT_FALSE(lost.contains("values"));
@@ -107,8 +94,7 @@ TEST_F(DaxCopy, ChannelsThatCannotShareAHeaderAreNotWritten)
 {
     for (const char* unlike : {"rates=100,50", "lengths=20,10"}) {
         const std::string source = folder_.Write("unlike.sta", std::string("STAND channels=2 ") + unlike);
-        const DaxResult result = dax_.Run({"copy", "--json", source, out_});
-        EXPECT_EQ(result.Codes(), std::vector<int>{-900012}) << unlike;
+        dax_.ExpectFailure({"copy", source, out_}, -900012);
         EXPECT_FALSE(fs::exists(out_));
     }
 }
@@ -117,8 +103,7 @@ TEST_F(DaxCopy, AFailureOnTheWayLeavesTheEarlierFile)
 {
     const std::string broken = folder_.Write("broken.sta", "STAND tsfail=GetData points=100 rate=100");
     folder_.Write("out.wav", "earlier");
-    const DaxResult result = dax_.Run({"copy", "--json", broken, out_, "--overwrite"});
-    EXPECT_EQ(result.Codes(), std::vector<int>{-328020});
+    dax_.ExpectFailure({"copy", broken, out_, "--overwrite"}, -328020);
     EXPECT_EQ(TestReadFile(out_), "earlier");
     EXPECT_EQ(CountLeftovers(), 0U);
 }

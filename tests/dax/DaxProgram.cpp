@@ -4,39 +4,24 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <cstring>
 #include <sstream>
 
 namespace {
 
 template <class Number>
-void Put(std::string& bytes, Number value)
+std::string Bytes(Number value)
 {
-    char raw[sizeof(Number)];
-    std::memcpy(raw, &value, sizeof(Number));  // little-endian machines only, as WAV is
-    bytes.append(raw, sizeof(Number));
+    return {reinterpret_cast<const char*>(&value), sizeof value};  // little-endian machines only, as WAV is
 }
 
 template <class Sample>
-std::string MakeWav(int format, int rate, int channels, const std::vector<Sample>& samples)
+std::string MakeWav(std::uint16_t format, int rate, int channels, const std::vector<Sample>& samples)
 {
-    const auto frame = static_cast<std::uint32_t>(channels) * sizeof(Sample);
+    const auto frame = static_cast<std::uint16_t>(static_cast<std::size_t>(channels) * sizeof(Sample));
     const auto size = static_cast<std::uint32_t>(samples.size() * sizeof(Sample));
-    std::string bytes = "RIFF";
-    Put(bytes, 36 + size);
-    bytes += "WAVEfmt ";
-    Put(bytes, std::uint32_t{16});
-    Put(bytes, static_cast<std::uint16_t>(format));
-    Put(bytes, static_cast<std::uint16_t>(channels));
-    Put(bytes, static_cast<std::uint32_t>(rate));
-    Put(bytes, static_cast<std::uint32_t>(static_cast<std::uint32_t>(rate) * frame));
-    Put(bytes, static_cast<std::uint16_t>(frame));
-    Put(bytes, static_cast<std::uint16_t>(sizeof(Sample) * 8));
-    bytes += "data";
-    Put(bytes, size);
-    for (const Sample sample : samples)
-        Put(bytes, sample);
-    return bytes;
+    return "RIFF" + Bytes(36 + size) + "WAVEfmt " + Bytes(16) + Bytes(format) + Bytes(static_cast<std::uint16_t>(channels)) +
+           Bytes(rate) + Bytes(rate * frame) + Bytes(frame) + Bytes(static_cast<std::uint16_t>(sizeof(Sample) * 8)) +
+           "data" + Bytes(size) + std::string(reinterpret_cast<const char*>(samples.data()), size);
 }
 
 }  // namespace
@@ -49,7 +34,17 @@ std::vector<int> DaxResult::Codes() const
     return codes;
 }
 
-pid_t DaxProgram::Start(const std::vector<std::string>& arguments) const
+std::set<std::string> DaxResult::Lost() const
+{
+    const auto document = Json();
+    EXPECT_TRUE(status == 0 && document["lost"].is_array()) << out;
+    std::set<std::string> lost;
+    for (const auto& loss : document["lost"])
+        lost.insert(loss["what"].get<std::string>());
+    return lost;
+}
+
+pid_t DaxProgram::Start(const std::vector<std::string>& arguments, int out) const
 {
     std::vector<char*> argv = {const_cast<char*>("dax")};
     for (const std::string& argument : arguments)
@@ -60,6 +55,8 @@ pid_t DaxProgram::Start(const std::vector<std::string>& arguments) const
     posix_spawn_file_actions_init(&actions);
     const int flags = O_WRONLY | O_CREAT | O_TRUNC;
     posix_spawn_file_actions_addopen(&actions, 1, folder_.Name("out").c_str(), flags, 0600);
+    if (out >= 0)
+        posix_spawn_file_actions_adddup2(&actions, out, 1);
     posix_spawn_file_actions_addopen(&actions, 2, folder_.Name("err").c_str(), flags, 0600);
     pid_t process = -1;
     EXPECT_EQ(posix_spawn(&process, DAX_PROGRAM, &actions, nullptr, argv.data(), environ), 0);
@@ -75,9 +72,24 @@ DaxResult DaxProgram::Wait(pid_t process) const
             TestReadFile(folder_.Name("err"))};
 }
 
-DaxResult DaxProgram::Run(const std::vector<std::string>& arguments) const
+DaxResult DaxProgram::Run(std::vector<std::string> arguments, const std::vector<std::string>& more) const
 {
+    arguments.insert(arguments.end(), more.begin(), more.end());
     return Wait(Start(arguments));
+}
+
+nlohmann::json DaxProgram::Json(const std::vector<std::string>& arguments) const
+{
+    const DaxResult result = Run(arguments, {"--json"});
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    return result.Json();
+}
+
+void DaxProgram::ExpectFailure(const std::vector<std::string>& arguments, int code) const
+{
+    const DaxResult result = Run(arguments, {"--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.Codes(), std::vector<int>{code}) << result.out;
 }
 
 std::string MakeWav16(int rate, int channels, const std::vector<std::int16_t>& samples)

@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,15 +20,22 @@ struct DaxResult
     nlohmann::json Json() const { return nlohmann::json::parse(out, nullptr, false); }
     /// The codes under "errors" of the document.
     std::vector<int> Codes() const;
+    /// The names of what a copy that succeeded loses.
+    std::set<std::string> Lost() const;
 };
 
 /// The program `dax`, run as a user runs it: with the plug-ins that are built, and `TestHomeFolder()` as the user's folder.
 class DaxProgram
 {
 public:
-    DaxResult Run(const std::vector<std::string>& arguments) const;
+    DaxResult Run(std::vector<std::string> arguments, const std::vector<std::string>& more = {}) const;
+    /// The document of a run that succeeds.
+    nlohmann::json Json(const std::vector<std::string>& arguments) const;
+    /// Runs it with "--json" and expects this error and no other.
+    void ExpectFailure(const std::vector<std::string>& arguments, int code) const;
     /// Starts the program and returns; `Wait` gives its result.
-    pid_t Start(const std::vector<std::string>& arguments) const;
+    /// @param out  where its output goes instead, if given
+    pid_t Start(const std::vector<std::string>& arguments, int out = -1) const;
     DaxResult Wait(pid_t process) const;
 
 private:

@@ -2,10 +2,9 @@
 #include "plugins/StandIn.h"
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -25,27 +24,18 @@ protected:
 
 TEST_F(DaxRead, TypesNamesTheFormatsWithTheirExtensions)
 {
-    const DaxResult result = dax_.Run({"types", "--json"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    bool found = false;
-    const auto document = result.Json();
-    for (const auto& type : document["types"])
-        if (type["keyword"] == "WAV") {
-            found = true;
-            EXPECT_EQ(type["accessType"], "Time series");
-            EXPECT_EQ(type["readable"], true);
-            EXPECT_EQ(type["writable"], true);
-            EXPECT_EQ(type["extensions"], nlohmann::json({"wav"}));
-        }
-    EXPECT_TRUE(found);
+    const auto types = dax_.Json({"types"})["types"];
+    const auto wav = std::find_if(types.begin(), types.end(), [](const auto& type) { return type["keyword"] == "WAV"; });
+    ASSERT_NE(wav, types.end());
+    EXPECT_EQ((*wav)["accessType"], "Time series");
+    EXPECT_TRUE((*wav)["readable"] == true && (*wav)["writable"] == true) << *wav;
+    EXPECT_EQ((*wav)["extensions"], nlohmann::json({"wav"}));
     EXPECT_NE(dax_.Run({"types"}).out.find("WAV"), std::string::npos);
 }
 
 TEST_F(DaxRead, IdentifySaysWhatEachFileIsAndGoesOnAfterAFailure)
 {
-    const DaxResult one = dax_.Run({"identify", "--json", stereo_});
-    ASSERT_EQ(one.status, 0) << one.err;
-    const auto file = one.Json()["files"][0];
+    const auto file = dax_.Json({"identify", stereo_})["files"][0];
     EXPECT_EQ(file["path"], stereo_);
     EXPECT_EQ(file["keyword"], "WAV");
     EXPECT_EQ(file["accessType"], "Time series");
@@ -63,30 +53,23 @@ TEST_F(DaxRead, FilesOfSeveralTestsAreListedAndOneIsChosen)
 {
     UseStandIns();
     const std::string file = folder_.Write("runs.sta", "STAND tests=2 points=3 units=kN");
-    const auto tests = dax_.Run({"identify", "--json", file}).Json()["files"];
+    const auto tests = dax_.Json({"identify", file})["files"];
     ASSERT_EQ(tests.size(), 2U);
     EXPECT_EQ(tests[1]["run"], 2);
-    EXPECT_EQ(dax_.Run({"info", "--json", file}).Codes(), std::vector<int>{-900003});
-    EXPECT_EQ(dax_.Run({"info", "--json", file, "--test", "3"}).Codes(), std::vector<int>{-900004});
-    EXPECT_EQ(dax_.Run({"info", "--json", file, "--test", "2"}).Json()["run"], 2);
+    dax_.ExpectFailure({"info", file}, -900003);
+    dax_.ExpectFailure({"info", file, "--test", "3"}, -900004);
+    EXPECT_EQ(dax_.Json({"info", file, "--test", "2"})["run"], 2);
 }
 
 TEST_F(DaxRead, InfoDescribesTheChannels)
 {
-    const DaxResult result = dax_.Run({"info", "--json", stereo_});
-    ASSERT_EQ(result.status, 0) << result.err;
-    const auto document = result.Json();
+    const auto document = dax_.Json({"info", stereo_});
     EXPECT_EQ(document["path"], stereo_);
     EXPECT_EQ(document["keyword"], "WAV");
     ASSERT_EQ(document["channels"].size(), 2U);
-    const auto channel = document["channels"][1];
-    EXPECT_EQ(channel["index"], 1);
-    EXPECT_EQ(channel["number"], 2);
-    EXPECT_EQ(channel["type"], "float");
-    EXPECT_EQ(channel["sampleRate"], 8000.0);
-    EXPECT_EQ(channel["baseTime"], 0.0);
-    EXPECT_EQ(channel["points"], 3);
-    EXPECT_TRUE(channel.contains("title") && channel.contains("units"));
+    const nlohmann::json second = {{"index", 1},      {"number", 2},          {"title", "Channel 2"}, {"units", ""},
+                                   {"type", "float"}, {"sampleRate", 8000.0}, {"baseTime", 0.0},      {"points", 3}};
+    EXPECT_EQ(document["channels"][1], second);
     EXPECT_NE(dax_.Run({"info", stereo_}).out.find("8000"), std::string::npos);
 }
 
@@ -110,10 +93,10 @@ TEST_F(DaxRead, ReadPrintsARowForEachPoint)
                                                       {"read", stereo_, "--chan", "1-2"},
                                                       {"read", stereo_, "--chan", "2", "--chan", "1"}})
         EXPECT_EQ(Lines(dax_.Run(arguments).out), all);
-    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--chan", "1,3"}).Codes(), std::vector<int>{-900002});
-    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--first", "4"}).Codes(), std::vector<int>{-900006});
+    dax_.ExpectFailure({"read", stereo_, "--chan", "1,3"}, -900002);
+    dax_.ExpectFailure({"read", stereo_, "--first", "4"}, -900006);
 
-    const auto document = dax_.Run({"read", "--json", stereo_, "--first", "2"}).Json();
+    const auto document = dax_.Json({"read", stereo_, "--first", "2"});
     EXPECT_EQ(document["channels"][0]["values"], nlohmann::json({-1, 0.5}));
     EXPECT_EQ(document["channels"][1]["first"], 2);
 }
@@ -162,46 +145,33 @@ TEST_F(DaxRead, ChannelsOfDifferentRatesAreNeverJoined)
     EXPECT_EQ(TestReadFile(folder_.Name("mixed_ch2.csv")), "time [s],Channel 2 [kN]\n0,1001\n0.02,1002\n");
     EXPECT_EQ(written.Json()["files"].size(), 2U);
     EXPECT_EQ(access(folder_.Name("mixed.csv").c_str(), F_OK), -1);
-    EXPECT_EQ(dax_.Run({"read", "--json", file}).Json()["channels"][1]["values"], nlohmann::json({1001, 1002}));
+    EXPECT_EQ(dax_.Json({"read", file})["channels"][1]["values"], nlohmann::json({1001, 1002}));
 }
 
 TEST_F(DaxRead, AnOutputFileIsNotReplacedUnasked)
 {
     const std::string csv = folder_.Write("out.csv", "earlier");
-    const DaxResult refused = dax_.Run({"read", "--json", stereo_, "--out", csv});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.Codes(), std::vector<int>{-900008});
+    dax_.ExpectFailure({"read", stereo_, "--out", csv}, -900008);
     EXPECT_EQ(TestReadFile(csv), "earlier");
     EXPECT_EQ(dax_.Run({"read", stereo_, "--out", csv, "--overwrite"}).status, 0);
     EXPECT_EQ(Lines(TestReadFile(csv)).size(), 4U);
-    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--out", folder_.Path() + "/none/out.csv"}).Codes(),
-              std::vector<int>{-900010});
-    EXPECT_EQ(dax_.Run({"read", "--json", stereo_, "--out", stereo_, "--overwrite"}).Codes(), std::vector<int>{-900009});
+    dax_.ExpectFailure({"read", stereo_, "--out", folder_.Path() + "/none/out.csv"}, -900010);
+    dax_.ExpectFailure({"read", stereo_, "--out", stereo_, "--overwrite"}, -900009);
 }
 
 TEST_F(DaxRead, AReaderThatGoesAwayIsNoError)
 {
     const std::string file = folder_.Write("long.wav", MakeWav16(8000, 1, std::vector<std::int16_t>(200000, 1)));
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
-    posix_spawn_file_actions_addopen(&actions, 2, folder_.Name("err").c_str(), O_WRONLY | O_CREAT, 0600);
-    const char* const argv[] = {"dax", "read", file.c_str(), nullptr};
-    unsetenv("DAX_SYS");
-    pid_t process = -1;
-    ASSERT_EQ(posix_spawn(&process, DAX_PROGRAM, &actions, nullptr, const_cast<char* const*>(argv), environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const pid_t process = dax_.Start({"read", file}, ends[1]);
     close(ends[1]);
     char byte = 0;
     EXPECT_EQ(read(ends[0], &byte, 1), 1);
     close(ends[0]);
-    int status = 0;
-    waitpid(process, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    EXPECT_EQ(TestReadFile(folder_.Name("err")), "");
+    const DaxResult result = dax_.Wait(process);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <signal.h>
 
 #include <chrono>
-#include <set>
 #include <thread>
 
 namespace {
@@ -74,18 +73,7 @@ protected:
         WriteStorage(typed_, true);
         WriteStorage(older_, false);
     }
-    std::string Keyword(const std::string& file) const { return dax_.Run({"info", "--json", file}).Json()["keyword"]; }
-    /// The names of what a copy loses.
-    std::set<std::string> Losses(const std::vector<std::string>& arguments) const
-    {
-        const DaxResult result = dax_.Run(arguments);
-        const json document = result.Json();
-        EXPECT_TRUE(result.status == 0 && document["lost"].is_array()) << result.out;
-        std::set<std::string> lost;
-        for (const json& loss : document["lost"])
-            lost.insert(loss["what"].get<std::string>());
-        return lost;
-    }
+    std::string Keyword(const std::string& file) const { return dax_.Json({"info", file})["keyword"]; }
     /// The rows of the metadata that are neither header nor place of the file.
     std::vector<std::string> OwnMetaData(const std::string& file) const
     {
@@ -106,12 +94,12 @@ protected:
 TEST_F(DaxStorage, ACopyKeepsTypesValuesAndMetaData)
 {
     const std::string whole = folder_.Name("whole.z4t");
-    EXPECT_EQ(Losses({"copy", "--json", "--strict", typed_, whole}), std::set<std::string>());
+    EXPECT_EQ(dax_.Run({"copy", "--json", "--strict", typed_, whole}).Lost(), std::set<std::string>());
     const std::string values = dax_.Run({"read", typed_}).out;
     EXPECT_NE(values.find("\n2.5,0.1,1.5,18446744073709486080,4294901760\n"), std::string::npos) << values.substr(0, 200);
     EXPECT_TRUE(dax_.Run({"read", whole}).out == values);
-    const json info = dax_.Run({"info", "--json", whole}).Json();
-    EXPECT_EQ(info["channels"], dax_.Run({"info", "--json", typed_}).Json()["channels"]);
+    const json info = dax_.Json({"info", whole});
+    EXPECT_EQ(info["channels"], dax_.Json({"info", typed_})["channels"]);
     EXPECT_EQ(info["channels"][2]["type"], "digital64");
     std::vector<std::string> meta = OwnMetaData(typed_);
     EXPECT_EQ(meta.size(), 7U);
@@ -119,7 +107,7 @@ TEST_F(DaxStorage, ACopyKeepsTypesValuesAndMetaData)
     EXPECT_EQ(TestReadFile(whole).find(".dax-"), std::string::npos);  // no trace of the place where it was written
 
     const std::string part = folder_.Name("part.z4t");
-    EXPECT_EQ(Losses({"copy", "--json", typed_, part, "--chan", "1,3"}), std::set<std::string>());
+    EXPECT_EQ(dax_.Run({"copy", "--json", typed_, part, "--chan", "1,3"}).Lost(), std::set<std::string>());
     EXPECT_TRUE(dax_.Run({"read", part}).out == dax_.Run({"read", typed_, "--chan", "1,3"}).out);
     std::erase_if(meta, [](const std::string& row) { return row[0] == '2' || row[0] == '4'; });
     EXPECT_EQ(OwnMetaData(part), meta);
@@ -132,19 +120,18 @@ TEST_F(DaxStorage, TheTypedKindIsTheDefault)
     EXPECT_EQ(Keyword(folder_.Name("plain.z4t")), "Z4TimeSeries");
     ASSERT_EQ(dax_.Run({"copy", older_, folder_.Name("newer.z4t")}).status, 0);
     EXPECT_EQ(Keyword(folder_.Name("newer.z4t")), "Z4TimeSeries");
-    EXPECT_EQ(Losses({"copy", "--json", older_, folder_.Name("same.z4t"), "--format", olderKind}), std::set<std::string>());
+    EXPECT_EQ(dax_.Run({"copy", "--json", older_, folder_.Name("same.z4t"), "--format", olderKind}).Lost(),
+              std::set<std::string>());
     EXPECT_EQ(Keyword(folder_.Name("same.z4t")), olderKind);
 
     const std::string target = folder_.Name("no.y4t");
     for (const std::vector<std::string>& options :
          {std::vector<std::string>{}, {"--format", olderKind}, {"--format", "TemporaryTimeSeries"}}) {
-        std::vector<std::string> arguments = {"copy", "--json", typed_, target};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        const DaxResult result = dax_.Run(arguments);
+        const DaxResult result = dax_.Run({"copy", "--json", typed_, target}, options);
         EXPECT_EQ(result.Codes(), std::vector<int>{-900011});
         EXPECT_EQ(result.out.find(", TemporaryTimeSeries"), std::string::npos) << result.out;
     }
-    EXPECT_EQ(dax_.Run({"copy", "--json", wav_, folder_.Path()}).Codes(), std::vector<int>{-900010});
+    dax_.ExpectFailure({"copy", wav_, folder_.Path()}, -900010);
 }
 
 TEST_F(DaxStorage, OnlyRealMetaDataIsLost)
@@ -152,18 +139,18 @@ TEST_F(DaxStorage, OnlyRealMetaDataIsLost)
     const std::set<std::string> expected = {
         "channelNumber",       "title", "yTitle", "units", "baseTime", "metadata Vehicle/Driver", "metadata Vehicle/Mileage",
         "metadata Sensor/Gain"};
-    EXPECT_EQ(Losses({"copy", "--json", typed_, folder_.Name("part.wav"), "--chan", "2"}), expected);
+    EXPECT_EQ(dax_.Run({"copy", "--json", typed_, folder_.Name("part.wav"), "--chan", "2"}).Lost(), expected);
 }
 
 TEST_F(DaxStorage, StatisticsAreThoseOfTheFileOrOfTheData)
 {
-    const json stored = dax_.Run({"stats", "--json", typed_}).Json();
+    const json stored = dax_.Json({"stats", typed_});
     EXPECT_TRUE(stored["channels"][0]["max"].is_null() && stored["channels"][0]["pointOfMax"].is_null());
     EXPECT_TRUE(stored.contains("hint"));
-    EXPECT_FALSE(dax_.Run({"stats", "--json", typed_, "--chan", "3-4"}).Json().contains("hint"));
+    EXPECT_FALSE(dax_.Json({"stats", typed_, "--chan", "3-4"}).contains("hint"));
 
     const std::string before = TestReadFile(typed_);
-    const json document = dax_.Run({"stats", "--json", "--calc", typed_}).Json();
+    const json document = dax_.Json({"stats", "--calc", typed_});
     EXPECT_TRUE(TestReadFile(typed_) == before);
     const json channels = document["channels"];
     EXPECT_EQ(channels[0]["max"].get<double>(), Ramp(0.1).back());  // with all digits of a double
@@ -171,11 +158,11 @@ TEST_F(DaxStorage, StatisticsAreThoseOfTheFileOrOfTheData)
     EXPECT_EQ(channels[0]["pointOfAbs"], Points);
     EXPECT_EQ(channels[1]["min"], 1.5);
     EXPECT_TRUE(channels[2]["mean"].is_null() && channels[3]["mean"].is_null() && !document.contains("hint"));
-    EXPECT_EQ(dax_.Run({"stats", "--json", "--calc", typed_, "--chan", "1,3"}).Json()["channels"][0], channels[0]);
+    EXPECT_EQ(dax_.Json({"stats", "--calc", typed_, "--chan", "1,3"})["channels"][0], channels[0]);
 
     // A copy stores what it has seen.
     ASSERT_EQ(dax_.Run({"copy", typed_, folder_.Name("copy.z4t")}).status, 0);
-    EXPECT_EQ(dax_.Run({"stats", "--json", folder_.Name("copy.z4t")}).Json()["channels"], channels);
+    EXPECT_EQ(dax_.Json({"stats", folder_.Name("copy.z4t")})["channels"], channels);
 }
 
 TEST_F(DaxStorage, ASignalCancelsTheCalculation)
@@ -198,7 +185,7 @@ TEST_F(DaxStorage, ASignalCancelsTheCalculation)
 
 TEST_F(DaxStorage, MetaShowsSetsAndItems)
 {
-    const json sets = dax_.Run({"meta", "--json", typed_}).Json()["test"];
+    const json sets = dax_.Json({"meta", typed_})["test"];
     const json vehicle = {{"set", "Vehicle"},
                           {"items",
                            {{{"item", "Driver"}, {"type", "string"}, {"value", "Anna"}},
@@ -207,7 +194,7 @@ TEST_F(DaxStorage, MetaShowsSetsAndItems)
     const std::vector<std::string> rows = OwnMetaData(typed_);
     EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const auto& row) { return row.ends_with("  int32   Undefined"); }),
               1);
-    EXPECT_EQ(dax_.Run({"meta", "--json", wav_}).Codes(), std::vector<int>{-327992});
+    dax_.ExpectFailure({"meta", wav_}, -327992);
 }
 
 TEST_F(DaxStorage, CheckFindsWhatIsWrong)
@@ -224,7 +211,7 @@ TEST_F(DaxStorage, CheckFindsWhatIsWrong)
     const std::string finding = result.Json()["findings"][0];
     EXPECT_EQ(dax_.Run({"check", damaged}).out, damaged + ": " + finding + "\n");
     for (const std::string& foreign : {wav_, folder_.Name("none.z4t")})
-        EXPECT_EQ(dax_.Run({"check", "--json", foreign}).Codes(), std::vector<int>{-66050});
+        dax_.ExpectFailure({"check", foreign}, -66050);
 }
 
 }  // namespace

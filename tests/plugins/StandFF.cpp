@@ -6,6 +6,7 @@
 #include "daxlib/FINF.h"
 #include "daxlib/FileFormatPlugin.h"
 
+#include <algorithm>
 #include <span>
 
 STAND_API DaxFileFormat::IdentifyFile StandFFIdentifyFile, LexadeFFIdentifyFile, OtherFFIdentifyFile;
@@ -85,10 +86,8 @@ void AnswerValue(std::span<const StandType> types, const std::string& key, const
             answer.AppendItem(VDVariant(type.nameForm));
         else if (key == "FormatKeyword")
             answer.AppendItem(VDVariant(type.keyword));
-        else if (key == "DefaultExtension" && hint == "BAD")
-            answer.AppendItem(VDVariant(1L));
         else if (key == "DefaultExtension")
-            answer.AppendItem(VDVariant(hint.IsEmpty() ? "sta" : hint.c_str()));
+            answer.AppendItem(hint == "BAD" ? VDVariant(1L) : VDVariant(hint.IsEmpty() ? "sta" : hint.c_str()));
         return;
     }
 }
@@ -127,7 +126,7 @@ int AppendTests(VDFileId* id, const StandScript& script, int fileId, VDFileIdArr
 int Identify(VDFileId* id, const StandScript& script, int fileId, VDFileIdArray* tests, char* claimed)
 {
     *claimed = 0;
-    if (!script.IsValid() || script.Has("decline"))
+    if (!script.IsValid())
         return 1;
     if (script.Has("recurse")) {
         VDFileInfo* info = FINFCreate();
@@ -197,23 +196,21 @@ void StandFFGetLastError(VDString* text)
     *text = StandLastError(VVLastScript);
 }
 
-void StandFFGetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,
-                                 VDString* description, char* more)
-{
-    NextType(VVTypes, index, fileId, subId, accessType, accessClass, description, more);
-}
+/// The entry points that tell of a table of types.
+#define STAND_TYPES(Prefix, types)                                                                                          \
+    void Prefix##GetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,          \
+                                      VDString* description, char* more)                                                    \
+    {                                                                                                                       \
+        NextType(types, index, fileId, subId, accessType, accessClass, description, more);                                  \
+    }                                                                                                                       \
+    void Prefix##GetValue(const char* key, const VDVariant* arguments, VDVariant* answer)                                   \
+    {                                                                                                                       \
+        AnswerValue(types, key, *arguments, *answer);                                                                       \
+    }
 
-void LexadeFFGetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,
-                                  VDString* description, char* more)
-{
-    NextType(VVLexadeTypes, index, fileId, subId, accessType, accessClass, description, more);
-}
-
-void OtherFFGetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,
-                                 VDString* description, char* more)
-{
-    NextType(VVOtherTypes, index, fileId, subId, accessType, accessClass, description, more);
-}
+STAND_TYPES(StandFF, VVTypes)
+STAND_TYPES(LexadeFF, VVLexadeTypes)
+STAND_TYPES(OtherFF, VVOtherTypes)
 
 void ThrowTypeFFGetNextSupportedType(int*, int*, int*, int*, VDString*, VDString*, char*)
 {
@@ -227,13 +224,9 @@ void StandFFGetNextCapability(int fileId, int subId, int* index, VDString* name,
     if (!*more)
         return;
     *name = names[*index];
-    *value = 1;
-    if (*index == 2) {
-        *value = 0;
-        for (const StandType& type : VVTypes)
-            if (type.fileId == fileId && type.subId == subId)
-                *value = type.hasRun;
-    }
+    *value = *index < 2 || std::ranges::any_of(VVTypes, [&](const StandType& type) {
+        return type.fileId == fileId && type.subId == subId && type.hasRun != 0;
+    });
     ++*index;
 }
 
@@ -242,27 +235,9 @@ void ThrowCapFFGetNextCapability(int, int, int*, VDString*, int*, char*)
     StandThrow("int");
 }
 
-void StandFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
+void BadNameFFGetValue(const char*, const VDVariant*, VDVariant* answer)
 {
-    AnswerValue(VVTypes, key, *arguments, *answer);
-}
-
-void LexadeFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
-{
-    AnswerValue(VVLexadeTypes, key, *arguments, *answer);
-}
-
-void OtherFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
-{
-    AnswerValue(VVOtherTypes, key, *arguments, *answer);
-}
-
-void BadNameFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
-{
-    if (std::string(key) == "NameForm")
-        answer->AppendItem(VDVariant("no number"));
-    else
-        AnswerValue(VVTypes, key, *arguments, *answer);
+    answer->AppendItem(VDVariant("no number"));
 }
 
 void BadKeyFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
@@ -270,7 +245,7 @@ void BadKeyFFGetValue(const char* key, const VDVariant* arguments, VDVariant* an
     if (std::string(key) == "FormatKeyword")
         answer->AppendItem(VDVariant(1L));
     else
-        AnswerValue(VVTypes, key, *arguments, *answer);
+        StandFFGetValue(key, arguments, answer);
 }
 
 void ThrowValueFFGetValue(const char*, const VDVariant*, VDVariant*)

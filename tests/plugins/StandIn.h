@@ -28,7 +28,7 @@
 ///     fileid=29101 subid=1      the file type (these are the defaults)
 ///     tests=2                   the file holds tests of run number 1, 2, ...; without it the file is one test
 ///     title=TEXT                test title
-///     decline=1  fail=1         IdentifyFile declines, gives 0
+///     fail=1                    IdentifyFile gives 0
 ///     throw=1|int               IdentifyFile throws a standard exception, an int
 ///     recurse=1                 IdentifyFile first identifies the same id again
 /// for LoadFileInfo:
@@ -132,5 +132,20 @@ inline int TakeMaxInFlight()
     auto* take = Find<int()>("StandTSTakeMaxInFlight");
     return take == nullptr ? -1 : take();
 }
+
+/// A test whose process knows the complete plug-ins.
+class StandInTest : public testing::Test
+{
+protected:
+    StandInTest() { TestWriteFile(TestHomeFolder(), "plugins.toml", Manifests()); }
+
+    /// Writes a stand-in file and gives its whole name.
+    std::string Write(const std::string& script, const std::string& name = "test.sta") const
+    {
+        return folder_.Write(name, "STAND " + script + "\n");
+    }
+
+    TestFolder folder_;
+};
 
 }  // namespace StandIn

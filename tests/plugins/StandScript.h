@@ -1,9 +1,11 @@
 #pragma once
 
-#include <charconv>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,22 +17,14 @@ public:
     StandScript() = default;
     explicit StandScript(std::string_view header)
     {
-        if (!header.starts_with("STAND"))
+        valid_ = header.starts_with("STAND");
+        if (!valid_)
             return;
-        valid_ = true;
-        std::string_view line = header.substr(5);
-        line = line.substr(0, line.find_first_of(std::string_view("\r\n\0", 3)));
-        std::size_t at = 0;
-        while ((at = line.find_first_not_of(' ', at)) < line.size()) {
-            const std::size_t equals = line.find('=', at);
-            if (equals == std::string_view::npos)
-                return;
-            const bool quoted = equals + 1 < line.size() && line[equals + 1] == '"';
-            const std::size_t begin = equals + (quoted ? 2U : 1U);
-            const std::size_t end = std::min(line.find(quoted ? '"' : ' ', begin), line.size());
-            values_[std::string(line.substr(at, equals - at))] = Unescape(line.substr(begin, end - begin));
-            at = end + (quoted ? 1U : 0U);
-        }
+        static const std::regex setting("([^ =]+)=(?:\"([^\"]*)\"|([^ ]*))");
+        static const std::regex lineFeed("\\\\n");
+        const std::string line(header.substr(0, header.find_first_of(std::string_view("\r\n\0", 3))));
+        for (std::sregex_iterator found(line.begin(), line.end(), setting), end; found != end; ++found)
+            values_[(*found)[1]] = std::regex_replace((*found)[2].str() + (*found)[3].str(), lineFeed, "\n");
     }
 
     static StandScript OfFile(const char* filename)
@@ -56,31 +50,18 @@ public:
     std::vector<std::string> List(const std::string& key, const std::string& otherwise = {}) const
     {
         std::vector<std::string> items;
-        const std::string text = Text(key, otherwise);
-        for (std::size_t at = 0; at < text.size();) {
-            const std::size_t end = std::min(text.find(',', at), text.size());
-            items.push_back(text.substr(at, end - at));
-            at = end + 1;
-        }
+        std::istringstream text(Text(key, otherwise));
+        for (std::string item; std::getline(text, item, ',');)
+            items.push_back(item);
         return items;
     }
     bool Lists(const std::string& key, std::string_view item, const std::string& otherwise = {}) const
     {
-        for (const std::string& listed : List(key, otherwise))
-            if (listed == item)
-                return true;
-        return false;
+        const std::vector<std::string> items = List(key, otherwise);
+        return std::find(items.begin(), items.end(), item) != items.end();
     }
 
 private:
-    static std::string Unescape(std::string_view text)
-    {
-        std::string result(text);
-        for (std::size_t at = 0; (at = result.find("\\n", at)) != std::string::npos; ++at)
-            result.replace(at, 2, "\n");
-        return result;
-    }
-
     bool valid_ = false;
     std::map<std::string, std::string> values_;
 };

@@ -10,16 +10,8 @@ STAND_API DaxTimeSeries::Flush StandTSFlush;
 STAND_API DaxTimeSeries::GetCapability StandTSGetCapability;
 STAND_API DaxTimeSeries::GetValue StandTSGetValue;
 STAND_API DaxTimeSeries::PutValue StandTSPutValue;
-STAND_API DaxTimeSeries::GetData StandTSGetData;
-STAND_API DaxTimeSeries::PutData StandTSPutData;
 STAND_API DaxTimeSeries::LoadMetaData StandTSLoadMetaData;
 STAND_API DaxTimeSeries::AddLegacyMetaData StandTSAddLegacyMetaData;
-STAND_API DaxTimeSeries::GetDataDoublePrecision StandTSGetDataDoublePrecision;
-STAND_API DaxTimeSeries::PutDataDoublePrecision StandTSPutDataDoublePrecision;
-STAND_API DaxTimeSeries::GetDataDigital32 StandTSGetDataDigital32;
-STAND_API DaxTimeSeries::PutDataDigital32 StandTSPutDataDigital32;
-STAND_API DaxTimeSeries::GetDataDigital64 StandTSGetDataDigital64;
-STAND_API DaxTimeSeries::PutDataDigital64 StandTSPutDataDigital64;
 
 namespace {
 
@@ -82,54 +74,30 @@ int StandTSPutValue(void* instance, long channel, int key, VDVariant* value)
     return Self(instance)->PutValue(channel, key, *value);
 }
 
-int StandTSGetData(void* instance, long channel, std::int64_t first, std::int64_t count, float* values)
-{
-    return Self(instance)->Get("GetData", channel, first, count, values);
-}
-
-int StandTSPutData(void* instance, long channel, std::int64_t first, std::int64_t count, const float* values)
-{
-    return Self(instance)->Put("PutData", channel, first, count, values);
-}
-
 int StandTSLoadMetaData(void* instance, LQChannelMapper** mapper)
 {
     return Self(instance)->LoadMetaData(mapper);
 }
 
-int StandTSAddLegacyMetaData(void* instance, LQChannelMapper* mapper)
+int StandTSAddLegacyMetaData(void* instance, LQChannelMapper*)
 {
-    return Self(instance)->AddLegacyMetaData(mapper);
+    return Self(instance)->AddLegacyMetaData();
 }
 
-int StandTSGetDataDoublePrecision(void* instance, long channel, std::int64_t first, std::int64_t count, double* values)
-{
-    return Self(instance)->Get("GetDataDoublePrecision", channel, first, count, values);
-}
+/// The entry points of one data type, whose names end in the suffix.
+#define STAND_DATA(Suffix, Value)                                                                                           \
+    STAND_API DaxTimeSeries::GetData##Suffix StandTSGetData##Suffix;                                                        \
+    STAND_API DaxTimeSeries::PutData##Suffix StandTSPutData##Suffix;                                                        \
+    int StandTSGetData##Suffix(void* instance, long channel, std::int64_t first, std::int64_t count, Value* values)         \
+    {                                                                                                                       \
+        return Self(instance)->Get("GetData" #Suffix, channel, first, count, values);                                       \
+    }                                                                                                                       \
+    int StandTSPutData##Suffix(void* instance, long channel, std::int64_t first, std::int64_t count, const Value* values)   \
+    {                                                                                                                       \
+        return Self(instance)->Put("PutData" #Suffix, channel, first, count, values);                                       \
+    }
 
-int StandTSPutDataDoublePrecision(void* instance, long channel, std::int64_t first, std::int64_t count, const double* values)
-{
-    return Self(instance)->Put("PutDataDoublePrecision", channel, first, count, values);
-}
-
-int StandTSGetDataDigital32(void* instance, long channel, std::int64_t first, std::int64_t count, std::uint32_t* values)
-{
-    return Self(instance)->Get("GetDataDigital32", channel, first, count, values);
-}
-
-int StandTSPutDataDigital32(void* instance, long channel, std::int64_t first, std::int64_t count,
-                            const std::uint32_t* values)
-{
-    return Self(instance)->Put("PutDataDigital32", channel, first, count, values);
-}
-
-int StandTSGetDataDigital64(void* instance, long channel, std::int64_t first, std::int64_t count, std::uint64_t* values)
-{
-    return Self(instance)->Get("GetDataDigital64", channel, first, count, values);
-}
-
-int StandTSPutDataDigital64(void* instance, long channel, std::int64_t first, std::int64_t count,
-                            const std::uint64_t* values)
-{
-    return Self(instance)->Put("PutDataDigital64", channel, first, count, values);
-}
+STAND_DATA(, float)
+STAND_DATA(DoublePrecision, double)
+STAND_DATA(Digital32, std::uint32_t)
+STAND_DATA(Digital64, std::uint64_t)

@@ -1,5 +1,7 @@
 #include "StandTimeSeries.h"
 
+#include "vdstore/LQChannelMapper.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -52,6 +54,12 @@ std::string Text(const VDVariant& value)
     for (int index = 0; index < value.GetNumItems(); ++index)
         all += (index == 0 ? "" : ",") + Text(value[index]);
     return all;
+}
+
+VDVariant Known(const std::map<int, VDVariant>& header, int key)
+{
+    const auto found = header.find(key);
+    return found == header.end() ? VDVariant() : found->second;
 }
 
 }  // namespace
@@ -139,16 +147,22 @@ int StandTimeSeries::Open(int mode)
     int count = 0;
     FIDGetNumChans(id_, &count);
     test_ = {};
+    test_.header = {{DaxTimeSeries::BufferSize, VDVariant(static_cast<long>(script_.Int("buffer", 4096)))},
+                    {DaxTimeSeries::XTitle, VDVariant("Time")},
+                    {DaxTimeSeries::XUnits, VDVariant("s")}};
     test_.channels.resize(static_cast<std::size_t>(count));
-    for (StandChannel& channel : test_.channels) {
-        channel.title = script_.Text("chantitle");
-        if (mode > 2)
-            continue;
-        const auto index = static_cast<std::size_t>(&channel - test_.channels.data());
-        channel.rate = ListedNumber("rates", index, script_.Number("rate", 100.0));
-        channel.base = script_.Number("base");
-        channel.points = static_cast<std::int64_t>(ListedNumber("lengths", index, script_.Number("points", 1000.0)));
-        channel.initialPoints = channel.points;
+    for (std::size_t index = 0; index < test_.channels.size(); ++index) {
+        const bool created = mode > 2;
+        const double rate = created ? 1.0 : ListedNumber("rates", index, script_.Number("rate", 100.0));
+        const double points = created ? 0.0 : ListedNumber("lengths", index, script_.Number("points", 1000.0));
+        StandChannel& channel = test_.channels[index];
+        channel.points = channel.initialPoints = static_cast<std::int64_t>(points);
+        channel.header = {{DaxTimeSeries::SampleRate, VDVariant(rate)},
+                          {DaxTimeSeries::BaseTime, VDVariant(created ? 0.0 : script_.Number("base"))},
+                          {DaxTimeSeries::YTitle, VDVariant("")},
+                          {DaxTimeSeries::YUnits, VDVariant("")},
+                          {DaxTimeSeries::ChanTitle, VDVariant(script_.Text("chantitle").c_str())},
+                          {DaxTimeSeries::Statistics, StoredStatistics()}};
     }
     return 1;
 }
@@ -168,26 +182,6 @@ int StandTimeSeries::GetCapability(int capability, char* answer)
 {
     *answer = HasCapability(capability);
     return Enter("GetCapability" + std::to_string(capability));
-}
-
-VDVariant StandTimeSeries::FileValue(int key) const
-{
-    switch (key) {
-    case DaxTimeSeries::MaxXTitle:
-    case DaxTimeSeries::MaxYTitle:
-        return VDVariant(40L);
-    case DaxTimeSeries::MaxXUnits:
-    case DaxTimeSeries::MaxYUnits:
-        return VDVariant(20L);
-    case DaxTimeSeries::XTitle:
-        return VDVariant(test_.xTitle);
-    case DaxTimeSeries::XUnits:
-        return VDVariant(test_.xUnits);
-    case DaxTimeSeries::BufferSize:
-        return VDVariant(static_cast<long>(script_.Int("buffer", 4096)));
-    default:
-        return {};
-    }
 }
 
 VDVariant StandTimeSeries::StoredStatistics() const
@@ -210,32 +204,18 @@ VDVariant StandTimeSeries::ChannelValue(long index, int key) const
     const StandChannel& channel = test_.channels[static_cast<std::size_t>(index)];
     int number = 0;
     switch (key) {
-    case DaxTimeSeries::SampleRate:
-        return VDVariant(channel.rate);
-    case DaxTimeSeries::BaseTime:
-        return VDVariant(channel.base);
     case DaxTimeSeries::NumPoints:
         return VDVariant::FromHuge(channel.points);
-    case DaxTimeSeries::YTitle:
-        return VDVariant(channel.yTitle);
-    case DaxTimeSeries::YUnits:
-        return VDVariant(channel.yUnits);
-    case DaxTimeSeries::Statistics:
-        return channel.statistics.IsNull() ? StoredStatistics() : channel.statistics;
-    case DaxTimeSeries::FullScale:
-        return channel.fullScale;
-    case DaxTimeSeries::ChanTitle:
-        return VDVariant(channel.title);
     case DaxTimeSeries::ActualChanNumber:
         FIDGetChanNumber(id_, static_cast<int>(index), &number);
         return VDVariant(static_cast<long>(number + script_.Int("actual")));
     case DaxTimeSeries::FullScaleValid:
-        return VDVariant(!channel.fullScale.IsNull());
+        return VDVariant(channel.header.contains(DaxTimeSeries::FullScale));
     case DaxTimeSeries::ScheduleOffset:
         return VDVariant::FromList(
             {VDVariant(script_.Has("schedule")), VDVariant(static_cast<float>(script_.Number("schedule")))});
     default:
-        return {};
+        return Known(channel.header, key);
     }
 }
 
@@ -252,7 +232,7 @@ int StandTimeSeries::GetValue(long channel, int key, VDVariant* value)
         if (known != test_.specific.end())
             value->AppendItem(known->second);
     } else if (channel == DaxChannel::WholeFile) {
-        *value = FileValue(key);
+        *value = Known(test_.header, key);
     } else if (channel >= 0 && channel < static_cast<long>(test_.channels.size())) {
         *value = ChannelValue(channel, key);
     }
@@ -270,44 +250,40 @@ int StandTimeSeries::PutValue(long index, int key, const VDVariant& value)
         test_.specific[name.Str()] = value[1];
         return 1;
     }
-    if (key == DaxTimeSeries::XTitle)
-        return value.GetString(&test_.xTitle);
-    if (key == DaxTimeSeries::XUnits)
-        return value.GetString(&test_.xUnits);
+    if (index == DaxChannel::WholeFile)
+        test_.header[key] = value;
+    const bool common = key <= DaxTimeSeries::NumPoints && HasCapability(DaxTimeSeries::CommonHeader);
     for (std::size_t at = 0; at < test_.channels.size(); ++at) {
-        const bool common = key <= DaxTimeSeries::NumPoints && HasCapability(DaxTimeSeries::CommonHeader);
+        StandChannel& channel = test_.channels[at];
         if (static_cast<long>(at) != index && !common)
             continue;
-        StandChannel& channel = test_.channels[at];
-        switch (key) {
-        case DaxTimeSeries::SampleRate:
-            value.GetDouble(&channel.rate);
-            break;
-        case DaxTimeSeries::BaseTime:
-            value.GetDouble(&channel.base);
-            break;
-        case DaxTimeSeries::NumPoints:
+        if (key == DaxTimeSeries::NumPoints)
             value.GetHuge(&channel.points);
-            break;
-        case DaxTimeSeries::YTitle:
-            value.GetString(&channel.yTitle);
-            break;
-        case DaxTimeSeries::YUnits:
-            value.GetString(&channel.yUnits);
-            break;
-        case DaxTimeSeries::Statistics:
-        case DaxTimeSeries::StatisticsDouble:
-            channel.statistics = value;
-            break;
-        case DaxTimeSeries::FullScale:
-            channel.fullScale = value;
-            break;
-        case DaxTimeSeries::ChanTitle:
-            value.GetString(&channel.title);
-            break;
-        default:
-            break;
+        else
+            channel.header[key == DaxTimeSeries::StatisticsDouble ? DaxTimeSeries::Statistics : key] = value;
+    }
+    return 1;
+}
+
+int StandTimeSeries::LoadMetaData(LQChannelMapper** mapper)
+{
+    *mapper = nullptr;
+    if (!Enter("LoadMetaData"))
+        return 0;
+    if (!mapper_) {
+        mapper_ = std::make_shared<LQChannelMapper>(nullptr);
+        for (int index = 0; index < static_cast<int>(test_.channels.size()); ++index) {
+            int number = 0;
+            VDString title;
+            FIDGetChanNumber(id_, index, &number);
+            FIDGetChanTitle(id_, index, &title);
+            LQChannelEntry* entry = mapper_->Append();
+            mapper_->SetChannelNumber(number, entry);
+            mapper_->SetChanTitle(title, entry);
+            if (script_.Has("offset"))
+                mapper_->AdoptMetaDataSet("Offset", nullptr, index)->PutDouble("OffsetValue", script_.Number("offset"));
         }
     }
+    *mapper = mapper_.get();
     return 1;
 }

@@ -15,15 +15,9 @@ class LQChannelMapper;
 /// One channel of a stand-in test. Each type has values of its own, made when they are first asked for.
 struct StandChannel
 {
-    double rate = 1.0;
-    double base = 0.0;
+    std::map<int, VDVariant> header;  ///< by key
     std::int64_t points = 0;
     std::int64_t initialPoints = 0;  ///< up to here an unwritten point has `StandValue`, behind it 0
-    VDString yTitle;
-    VDString yUnits;
-    VDString title;
-    VDVariant fullScale;
-    VDVariant statistics;
     std::tuple<std::vector<float>, std::vector<double>, std::vector<std::uint32_t>, std::vector<std::uint64_t>> values;
 };
 
@@ -31,8 +25,7 @@ struct StandChannel
 struct StandTest
 {
     std::vector<StandChannel> channels;
-    VDString xTitle = "Time";
-    VDString xUnits = "s";
+    std::map<int, VDVariant> header;
     std::map<std::string, VDVariant> specific;
 };
 
@@ -52,7 +45,7 @@ public:
     int PutValue(long channel, int key, const VDVariant& value);
     VDString GetLastError() const { return StandLastError(script_); }
     int LoadMetaData(LQChannelMapper** mapper);
-    int AddLegacyMetaData(LQChannelMapper* mapper);
+    int AddLegacyMetaData() { return Enter("AddLegacyMetaData"); }
 
     template <class T>
     int Get(const char* routine, long channel, std::int64_t first, std::int64_t count, T* values)
@@ -84,7 +77,6 @@ private:
     int EnterData(const char* routine, long channel, std::int64_t first, std::int64_t count);
     bool HasCapability(int capability) const;
     double ListedNumber(const std::string& key, std::size_t index, double otherwise) const;
-    VDVariant FileValue(int key) const;
     VDVariant ChannelValue(long index, int key) const;
     VDVariant StoredStatistics() const;
 
