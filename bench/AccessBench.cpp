@@ -1,5 +1,6 @@
 // What the access layer adds to a plug-in that does nothing but copy memory.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 
 #include "daxlib/daxlib.h"
@@ -9,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 
 namespace {
@@ -69,14 +69,9 @@ BENCHMARK(BM_TSAccGetData);
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    std::string folder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr)
-        return 1;
-    VVFilename = folder + "/bench.sta";
+    const BenchFolder folder;
+    VVFilename = folder.Name("bench.sta");
     std::ofstream(VVFilename) << "STAND channels=1 points=" << Points << "\n";
     AddPlugins();
-    const int status = RunBenchRatios(argc, argv, {{"BM_TSAccGetData", "BM_MemcpyBlocks", 1.05}});
-    fs::remove_all(folder);
-    return status;
+    return RunBenchRatios(argc, argv, {{"BM_TSAccGetData", "BM_MemcpyBlocks", 1.05}});
 }

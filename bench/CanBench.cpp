@@ -1,5 +1,6 @@
 // What reading a CAN database and decoding its signals cost.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 
 #include "daxlib/VDCanDefinition.h"
@@ -15,7 +16,6 @@ namespace {
 constexpr int Frames = 300;
 constexpr int SignalsPerFrame = 9;
 constexpr std::size_t DatabaseSize = 230'000;
-std::string VVFolder;
 std::string VVDatabase;
 
 /// 300 frames with 2,700 signals, and comments, periods and value names in the proportions of real databases.
@@ -111,17 +111,12 @@ BENCHMARK(BM_DecodePhysical);
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    VVFolder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (mkdtemp(VVFolder.data()) == nullptr)
-        return 1;
-    VVDatabase = VVFolder + "/a.dbc";
+    const BenchFolder folder;
+    VVDatabase = folder.Name("a.dbc");
     std::ofstream(VVDatabase, std::ios::binary) << MakeDatabase();
     // 120 MB/s, 300 and 150 million signals a second.
-    const int status = RunBenchRatios(argc, argv, {},
-                                      {{"BM_ReadDatabase", static_cast<double>(fs::file_size(VVDatabase)) / 120e6},
-                                       {"BM_DecodeRaw", 8 / 300e6},
-                                       {"BM_DecodePhysical", 8 / 150e6}});
-    fs::remove_all(VVFolder);
-    return status;
+    return RunBenchRatios(argc, argv, {},
+                          {{"BM_ReadDatabase", static_cast<double>(std::filesystem::file_size(VVDatabase)) / 120e6},
+                           {"BM_DecodeRaw", 8 / 300e6},
+                           {"BM_DecodePhysical", 8 / 150e6}});
 }

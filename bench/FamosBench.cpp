@@ -1,5 +1,6 @@
 // What opening Famos files costs beside going through their bytes without a look at them.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 #include "bus/VDFamosUtil.h"
 #include "support/FamosBuilder.h"
@@ -130,19 +131,14 @@ BENCHMARK(BM_ScanSorted)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    std::string folder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr)
-        return 1;
-    VVHeaderFile = folder + "/header.dat";
-    VVStreamFile = folder + "/stream.dat";
+    const BenchFolder folder;
+    VVHeaderFile = folder.Name("header.dat");
+    VVStreamFile = folder.Name("stream.dat");
     WriteHeaderFile();
     WriteStreamFile();
-    const int status = RunBenchRatios(argc, argv,
-                                      {{"BM_OpenHeader", "BM_BareHop", 2.4},
-                                       {"BM_ScanFastLookup", "BM_ReadAndSum", 0.15, true},
-                                       {"BM_ScanSorted", "BM_ReadAndSum", 0.10, true}},
-                                      {{"BM_OpenHeader", 0.060}});
-    fs::remove_all(folder);
-    return status;
+    return RunBenchRatios(argc, argv,
+                          {{"BM_OpenHeader", "BM_BareHop", 2.4},
+                           {"BM_ScanFastLookup", "BM_ReadAndSum", 0.15, true},
+                           {"BM_ScanSorted", "BM_ReadAndSum", 0.10, true}},
+                          {{"BM_OpenHeader", 0.060}});
 }

@@ -1,5 +1,6 @@
 // What naming a file and finding out what it is costs beside the bare system calls.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 
 #include "daxlib/daxlib.h"
@@ -10,7 +11,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 namespace {
@@ -71,16 +71,11 @@ std::string WavContent()
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    std::string folder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr)
-        return 1;
+    const BenchFolder folder;
     const std::string content = WavContent();
     for (int number = 0; number < Files; ++number) {
-        VVFilenames.push_back(folder + "/run" + std::to_string(number) + ".wav");
+        VVFilenames.push_back(folder.Name("run" + std::to_string(number) + ".wav"));
         std::ofstream(VVFilenames.back(), std::ios::binary) << content;
     }
-    const int status = RunBenchRatios(argc, argv, {{"BM_IdentifyFile", "BM_OpenReadClose", 2.0}}, {{"BM_CreateAndName", 5e-6}});
-    fs::remove_all(folder);
-    return status;
+    return RunBenchRatios(argc, argv, {{"BM_IdentifyFile", "BM_OpenReadClose", 2.0}}, {{"BM_CreateAndName", 5e-6}});
 }

@@ -1,5 +1,6 @@
 // What calculating statistics costs beside reading the same blocks of a warm storage file.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 
 #include "daxlib/daxlib.h"
@@ -8,7 +9,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <random>
 
 namespace {
@@ -139,15 +139,9 @@ BENCHMARK(CalcDoubles);
 
 int main(int argc, char** argv)
 {
-    namespace fs = std::filesystem;
-    VVFolder = (fs::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (mkdtemp(VVFolder.data()) == nullptr)
-        return 1;
-    VVFolder += "/";
+    const BenchFolder folder;
+    VVFolder = folder.Name("");
     Write<float>(VVFloats);
     Write<double>(VVDoubles);
-    const int status =
-        RunBenchRatios(argc, argv, {{"CalcFloats", "ReadFloats", 0.5, true}, {"CalcDoubles", "ReadDoubles", 0.5, true}});
-    fs::remove_all(VVFolder);
-    return status;
+    return RunBenchRatios(argc, argv, {{"CalcFloats", "ReadFloats", 0.5, true}, {"CalcDoubles", "ReadDoubles", 0.5, true}});
 }

@@ -2,6 +2,7 @@
 // are written in turn, in blocks of 16,384 points, and read from a warm file. All rows run at several sizes of the data, so
 // that what a point costs can be seen to stay the same; DAX_BENCH_MIB sets the largest, up to 2048.
 
+#include "BenchFolder.h"
 #include "BenchRatios.h"
 #include "StorageBenchFiles.h"
 
@@ -271,12 +272,12 @@ int main(int argc, char** argv)
 {
     const char* const text = std::getenv("DAX_BENCH_MIB");
     const std::int64_t largest = text == nullptr ? DefaultLargest : std::atoll(text);
-    std::string folder = (std::filesystem::temp_directory_path() / "daxbench.XXXXXX").string();
-    if (largest < Sizes[0] || mkdtemp(folder.data()) == nullptr) {
+    if (largest < Sizes[0]) {
         std::fprintf(stderr, "StorageBench: DAX_BENCH_MIB is at least %lld\n", static_cast<long long>(Sizes[0]));
         return 1;
     }
-    VVFolder = folder;
+    const BenchFolder folder;
+    VVFolder = folder.Path();
     AddReadRows<PlainFile>("Plain", "Plain");
     AddWriteRows<PlainFile>("Plain");
     AddReadRows<StorageFile>("Storage", "Storage");
@@ -300,7 +301,6 @@ int main(int argc, char** argv)
             all.emplace_back(size, BenchTimes());
             status = std::max(status, RunSize(size, argc, argv, ratios, &all.back().second));
         }
-    std::filesystem::remove_all(folder);
 
     std::printf("\n%-24s", "nanoseconds a point");
     for (const auto& [size, times] : all)

@@ -2,6 +2,7 @@
 
 #include "MapperCodec.h"
 #include "vdbase/VFError.h"
+#include "vdstore/LQAttributeNames.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
 LQObject::LQObject() : mapper_(this) {}
@@ -83,8 +84,8 @@ bool LQObject::RefreshMetadata(bool keep, int channel)
         if ((channel != ALL_CHANNELS && channel != i) || !mapper_.GetChanTitle(title, i) || title.IsEmpty())
             continue;
         Z4PropertySet* const attributes = mapper_.AdoptMetaDataSet(LQChannelMapper::ATTRIBUTES, nullptr, i);
-        if (!keep || !attributes->Exists("ChanTitle", false))
-            attributes->PutString("ChanTitle", title);
+        if (!keep || !attributes->Exists(LQAttribute::ChanTitle, false))
+            attributes->PutString(LQAttribute::ChanTitle, title);
     }
     return true;
 }

@@ -1,5 +1,7 @@
 #include "vdstore/LQTimeChannels.h"
 
+#include "vdstore/LQAttributeNames.h"
+
 // What a time series knows about its channels beside their data.
 
 namespace {
@@ -37,10 +39,6 @@ private:
     Z4PropertySet& set_;
     bool keep_;
 };
-
-constexpr const char* StatNames[] = {"Max", "Min", "Mean", "SDev", "RMS"};
-constexpr const char* PointNames[] = {"PMax", "PMin", "PAbs"};
-constexpr const char* TimeNames[] = {"TimeMax", "TimeMin", "TimeAbs"};
 
 }  // namespace
 
@@ -145,21 +143,23 @@ void LQTimeChannels::RefreshChannel(bool keep, int channel)
         return;
     const Attributes attributes(*set, keep);
     const Channel& facts = channels_[static_cast<std::size_t>(channel)];
-    attributes.Put("SampleRate", facts.sampleRate);
-    attributes.Put("BaseTime", facts.baseTime);
-    attributes.Put("NumPoints", GetElementCount(channel));
-    for (std::size_t i = 0; i < std::size(StatNames); ++i)
-        facts.stats.isKnown ? attributes.Put(StatNames[i], facts.stats.values[i]) : attributes.Remove(StatNames[i]);
-    for (std::size_t i = 0; i < std::size(PointNames); ++i) {
+    attributes.Put(LQAttribute::SampleRate, facts.sampleRate);
+    attributes.Put(LQAttribute::BaseTime, facts.baseTime);
+    attributes.Put(LQAttribute::NumPoints, GetElementCount(channel));
+    for (std::size_t i = 0; i < std::size(LQAttribute::Stats); ++i)
+        facts.stats.isKnown ? attributes.Put(LQAttribute::Stats[i], facts.stats.values[i])
+                            : attributes.Remove(LQAttribute::Stats[i]);
+    for (std::size_t i = 0; i < std::size(LQAttribute::StatPoints); ++i) {
         const std::int64_t point = facts.stats.points[i];
-        facts.stats.isKnown ? attributes.Put(PointNames[i], point) : attributes.Remove(PointNames[i]);
+        facts.stats.isKnown ? attributes.Put(LQAttribute::StatPoints[i], point)
+                            : attributes.Remove(LQAttribute::StatPoints[i]);
         if (facts.stats.isKnown && facts.sampleRate > 0)
-            attributes.Put(TimeNames[i], static_cast<double>(point - 1) / facts.sampleRate + facts.baseTime);
+            attributes.Put(LQAttribute::StatTimes[i], static_cast<double>(point - 1) / facts.sampleRate + facts.baseTime);
         else
-            attributes.Remove(TimeNames[i]);
+            attributes.Remove(LQAttribute::StatTimes[i]);
     }
-    attributes.Put("YTitle", facts.yTitle);
-    attributes.Put("YUnits", facts.yUnits);
+    attributes.Put(LQAttribute::YTitle, facts.yTitle);
+    attributes.Put(LQAttribute::YUnits, facts.yUnits);
 }
 
 bool LQTimeChannels::RefreshMetadata(bool keep, int channel)
@@ -169,8 +169,8 @@ bool LQTimeChannels::RefreshMetadata(bool keep, int channel)
     if (channel == ALL_CHANNELS) {
         const Attributes test(*GetMapper()->AdoptMetaDataSet(LQChannelMapper::ATTRIBUTES, nullptr, LQChannelMapper::GLOBAL),
                               keep);
-        test.Put("XTitle", xTitle_);
-        test.Put("XUnits", xUnits_);
+        test.Put(LQAttribute::XTitle, xTitle_);
+        test.Put(LQAttribute::XUnits, xUnits_);
     }
     for (int i = 0; i < GetChannelCount(); ++i)
         if (channel == ALL_CHANNELS || channel == i)

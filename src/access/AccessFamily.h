@@ -15,6 +15,12 @@ class LQChannelMapper;
 /// What makes one access family different from the others. The core (`VDAccessCore`) and the plug-in table
 /// (`VDAccessPlugins`) are written once and work from such a description; a family adds the calls for its own kind of data.
 
+/// Whether a plug-in's open mode makes a new file.
+constexpr bool VFIsCreateMode(int mode)
+{
+    return mode == 3 || mode == 4;
+}
+
 /// The entry points that all families have with the same arguments. A family derives its own list from it.
 struct VDAccessEntryPoints
 {

@@ -8,11 +8,6 @@
 
 namespace {
 
-bool VFIsCreateMode(int mode)
-{
-    return mode == 3 || mode == 4;
-}
-
 bool VFIsInStore(const VDString& descriptor)
 {
     return descriptor.Left(8) == "vdindex:" || descriptor.Left(12) == "vdfilestore:";

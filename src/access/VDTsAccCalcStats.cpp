@@ -1,5 +1,6 @@
 #include "VDTsAcc.h"
 
+#include "StatsList.h"
 #include "VDOperationProgress.h"
 #include "frame/VDValueGuard.h"
 #include "frame/VFDaxReport.h"
@@ -60,11 +61,8 @@ bool VFFinish(VDTimeFileChan& channel)
 template <class Value>
 VDVariant VFStatsList(VDTimeFileChan& channel)
 {
-    VDVariant list = VDVariant::FromList({});
-    for (const Value value : channel.Stats<Value>().values)
-        list.AppendItem(VDVariant(value));
-    for (const std::int64_t point : channel.statPoints)
-        list.AppendItem(VDVariant::FromHuge(point));
+    VDVariant list;
+    VDStatsList<Value>{channel.Stats<Value>().values, channel.statPoints}.AppendTo(list);
     return list;
 }
 

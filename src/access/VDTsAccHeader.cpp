@@ -1,16 +1,13 @@
 #include "VDTsAcc.h"
 
 #include "vdarchive/Z4PropertySet.h"
+#include "vdstore/LQAttributeNames.h"
 
 using namespace DaxTimeSeries;
 
 // The attributes that describe the test and its channels in the metadata, for formats that don't put them there themselves.
 
 namespace {
-
-constexpr const char* VVStatNames[] = {"Max", "Min", "Mean", "SDev", "RMS"};
-constexpr const char* VVPointNames[] = {"PMax", "PMin", "PAbs"};
-constexpr const char* VVTimeNames[] = {"TimeMax", "TimeMin", "TimeAbs"};
 
 void VFSetText(Z4PropertySet& set, const char* name, const char* text)
 {
@@ -27,9 +24,9 @@ bool VDTsAcc::AddHeaderMetaData(LQChannelMapper& mapper)
         return false;
     VDString text;
     if (GetFileText(XTitle, &text, "GetXTitle"))
-        VFSetText(*set, "XTitle", text);
+        VFSetText(*set, LQAttribute::XTitle, text);
     if (GetFileText(XUnits, &text, "GetXUnits"))
-        VFSetText(*set, "XUnits", text);
+        VFSetText(*set, LQAttribute::XUnits, text);
     for (int index = 0; index < Count(); ++index)
         if (!AddChannelMetaData(mapper, index))
             return false;
@@ -43,29 +40,29 @@ bool VDTsAcc::AddChannelMetaData(LQChannelMapper& mapper, int index)
         return false;
     LoadStats(index);
     VDTimeFileChan& channel = channels_[index];
-    set->AddDouble("SampleRate", channel.sampleRate);
-    set->AddDouble("BaseTime", channel.baseTime);
-    set->AddHuge("NumPoints", channel.numPoints);
+    set->AddDouble(LQAttribute::SampleRate, channel.sampleRate);
+    set->AddDouble(LQAttribute::BaseTime, channel.baseTime);
+    set->AddHuge(LQAttribute::NumPoints, channel.numPoints);
     if (channel.statsValid) {
         WithStatsType(index, [&]<class Value>(Value) {
             const auto& values = channel.Stats<Value>().values;
             for (std::size_t at = 0; at < values.size(); ++at)
-                set->AddDouble(VVStatNames[at], static_cast<double>(values[at]));
+                set->AddDouble(LQAttribute::Stats[at], static_cast<double>(values[at]));
         });
         for (std::size_t at = 0; at < channel.statPoints.size(); ++at)
-            set->AddHuge(VVPointNames[at], channel.statPoints[at]);
+            set->AddHuge(LQAttribute::StatPoints[at], channel.statPoints[at]);
         for (std::size_t at = 0; at < channel.statPoints.size(); ++at) {
             double time = 0;
             if (PointToTime(index, channel.statPoints[at], &time))
-                set->AddDouble(VVTimeNames[at], time);
+                set->AddDouble(LQAttribute::StatTimes[at], time);
         }
     }
     VDString text;
     if (GetYTitle(index, &text))
-        VFSetText(*set, "YTitle", text);
+        VFSetText(*set, LQAttribute::YTitle, text);
     if (GetYUnits(index, &text))
-        VFSetText(*set, "YUnits", text);
+        VFSetText(*set, LQAttribute::YUnits, text);
     if (GetChanTitle(index, &text))
-        VFSetText(*set, "ChanTitle", text);
+        VFSetText(*set, LQAttribute::ChanTitle, text);
     return true;
 }

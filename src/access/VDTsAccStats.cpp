@@ -1,5 +1,6 @@
 #include "VDTsAcc.h"
 
+#include "StatsList.h"
 #include "frame/VFDaxReport.h"
 
 #include <algorithm>
@@ -19,21 +20,13 @@ Value& VFStat(VDTimeFileChan& channel, int id)
 
 /// Takes the list of a plug-in if it holds values of this precision.
 template <class Value>
-bool VFTakeStats(const VDVariant& list, bool (VDVariant::*get)(Value*) const, VDTimeFileChan& channel)
+bool VFTakeStats(const VDVariant& list, VDTimeFileChan& channel)
 {
-    std::array<Value, 5> values;
-    std::array<std::int64_t, 3> points;
-    if (list.GetNumItems() != static_cast<int>(values.size() + points.size()))
+    VDStatsList<Value> stats;
+    if (!stats.TakeFrom(list))
         return false;
-    int item = 0;
-    for (Value& value : values)
-        if (!(list[item++].*get)(&value))
-            return false;
-    for (std::int64_t& point : points)
-        if (!list[item++].GetHuge(&point))
-            return false;
-    channel.Stats<Value>().values = values;
-    channel.statPoints = points;
+    channel.Stats<Value>().values = stats.values;
+    channel.statPoints = stats.points;
     channel.statsValid = true;
     return true;
 }
@@ -74,16 +67,15 @@ bool VDTsAcc::LoadStats(int index)
         return true;
     if (!core_.GetValue(index, Statistics, &list))
         return false;
-    if (!VFTakeStats<float>(list, &VDVariant::GetFloat, channel)) {
-        VFTakeStats<double>(list, &VDVariant::GetDouble, channel);
+    if (!VFTakeStats<float>(list, channel)) {
+        VFTakeStats<double>(list, channel);
     } else if (IsDouble(index)) {
         // Floats of a double channel: the plug-in may have more digits under the other key. If not, few digits are better
         // than the zeros that would pass for the channel's own statistics.
         const VDErrorMute mute;
         const auto& floats = channel.floatStats.values;
         VDVariant doubles;
-        if (!core_.GetValue(index, StatisticsDouble, &doubles) ||
-            !VFTakeStats<double>(doubles, &VDVariant::GetDouble, channel))
+        if (!core_.GetValue(index, StatisticsDouble, &doubles) || !VFTakeStats<double>(doubles, channel))
             std::copy(floats.begin(), floats.end(), channel.doubleStats.values.begin());
     }
     return true;

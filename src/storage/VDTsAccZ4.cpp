@@ -2,6 +2,7 @@
 
 #include "RecordSizeTuning.h"
 #include "StorageFileTypes.h"
+#include "access/AccessFamily.h"
 #include "frame/DaxErrorCodes.h"
 
 #include "daxlib/FID.h"
@@ -23,11 +24,6 @@ std::size_t VFGetKind(VDFileId* id, int index)
         if ((type & 0xffff) == (VVTypes[kind] & 0xffff))
             return kind;
     return 0;
-}
-
-bool VFIsCreateMode(int mode)
-{
-    return mode == 3 || mode == 4;
 }
 
 }  // namespace

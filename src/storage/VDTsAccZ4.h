@@ -52,8 +52,8 @@ private:
     bool CheckCount(long channel, std::int64_t count, std::int64_t got, const char* routine) const;
     void GetStatistics(int channel, VDVariant* value) const;
     void GetStatisticsDouble(int channel, VDVariant* value) const;
-    bool PutStatistics(int channel, const VDVariant& value);
-    bool PutStatisticsDouble(int channel, const VDVariant& value);
+    bool PutStatistics(int channel, const VDVariant& list);
+    bool PutStatisticsDouble(int channel, const VDVariant& list);
     void GetFullScale(int channel, VDVariant* value) const;
     void PutHint(const VDVariant& list);
 

@@ -1,5 +1,6 @@
 #include "VDTsAccZ4.h"
 
+#include "access/StatsList.h"
 #include "daxlib/TimeSeriesPlugin.h"
 
 // The values of the file and of its channels that travel as variants.
@@ -9,33 +10,6 @@ namespace {
 constexpr long LongestText = 200;
 constexpr long BlockPoints = 32768;
 constexpr const char* ObjectName = "LQTimeSeries";
-
-/// The statistics of a channel in the order of the list that carries them.
-template <class T>
-struct StatisticsList
-{
-    T max, min, mean, sdev, rms;
-    std::int64_t pointOfMax, pointOfMin, pointOfAbs;
-
-    void AppendTo(VDVariant* list) const
-    {
-        for (const T value : {max, min, mean, sdev, rms})
-            list->AppendItem(VDVariant(value));
-        for (const std::int64_t point : {pointOfMax, pointOfMin, pointOfAbs})
-            list->AppendItem(VDVariant::FromHuge(point));
-    }
-    bool TakeFrom(const VDVariant& list, bool (VDVariant::*get)(T*) const)
-    {
-        int item = 0;
-        for (T* const value : {&max, &min, &mean, &sdev, &rms})
-            if (!(list[item++].*get)(value))
-                return false;
-        for (std::int64_t* const point : {&pointOfMax, &pointOfMin, &pointOfAbs})
-            if (!list[item++].GetHuge(point))
-                return false;
-        return true;
-    }
-};
 
 /// Answers with what the query gives; a query that fails leaves the answer as it is.
 template <class T, class Query>
@@ -57,41 +31,43 @@ VDString VFText(const VDVariant& value)
 
 void VDTsAccZ4::GetStatistics(int channel, VDVariant* value) const
 {
-    StatisticsList<float> stats{};
-    if (object_->GetAllStats(channel, &stats.max, &stats.min, &stats.mean, &stats.sdev, &stats.rms, &stats.pointOfMax,
-                             &stats.pointOfMin, &stats.pointOfAbs))
-        stats.AppendTo(value);
+    VDStatsList<float> stats;
+    auto& [values, points] = stats;
+    if (object_->GetAllStats(channel, &values[0], &values[1], &values[2], &values[3], &values[4], &points[0], &points[1],
+                             &points[2]))
+        stats.AppendTo(*value);
 }
 
 void VDTsAccZ4::GetStatisticsDouble(int channel, VDVariant* value) const
 {
-    StatisticsList<double> stats{};
+    VDStatsList<double> stats;
+    auto& [values, points] = stats;
     if (timeSeries_ != nullptr &&
-        timeSeries_->GetAllStatsDoublePrecision(channel, &stats.max, &stats.min, &stats.mean, &stats.sdev, &stats.rms,
-                                                &stats.pointOfMax, &stats.pointOfMin, &stats.pointOfAbs))
-        stats.AppendTo(value);
+        timeSeries_->GetAllStatsDoublePrecision(channel, &values[0], &values[1], &values[2], &values[3], &values[4],
+                                                &points[0], &points[1], &points[2]))
+        stats.AppendTo(*value);
 }
 
-bool VDTsAccZ4::PutStatistics(int channel, const VDVariant& value)
+bool VDTsAccZ4::PutStatistics(int channel, const VDVariant& list)
 {
-    if (value.IsNull())
+    if (list.IsNull())
         return object_->SetStatsFlags(channel, 0);
-    StatisticsList<float> stats{};
-    return stats.TakeFrom(value, &VDVariant::GetFloat) &&
-           object_->SetStats(channel, stats.max, stats.min, stats.mean, stats.sdev, stats.rms, stats.pointOfMax,
-                             stats.pointOfMin, stats.pointOfAbs);
+    VDStatsList<float> stats;
+    const auto& [values, points] = stats;
+    return stats.TakeFrom(list) && object_->SetStats(channel, values[0], values[1], values[2], values[3], values[4],
+                                                     points[0], points[1], points[2]);
 }
 
-bool VDTsAccZ4::PutStatisticsDouble(int channel, const VDVariant& value)
+bool VDTsAccZ4::PutStatisticsDouble(int channel, const VDVariant& list)
 {
     if (timeSeries_ == nullptr)
         return true;
-    if (value.IsNull())
+    if (list.IsNull())
         return timeSeries_->SetStatsFlags(channel, 0);
-    StatisticsList<double> stats{};
-    return stats.TakeFrom(value, &VDVariant::GetDouble) &&
-           timeSeries_->SetStatsDoublePrecision(channel, stats.max, stats.min, stats.mean, stats.sdev, stats.rms,
-                                                stats.pointOfMax, stats.pointOfMin, stats.pointOfAbs);
+    VDStatsList<double> stats;
+    const auto& [values, points] = stats;
+    return stats.TakeFrom(list) && timeSeries_->SetStatsDoublePrecision(channel, values[0], values[1], values[2], values[3],
+                                                                        values[4], points[0], points[1], points[2]);
 }
 
 /// The format has no limits of its own; the smallest and the largest value stand for them.

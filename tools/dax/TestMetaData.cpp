@@ -3,6 +3,7 @@
 #include "ToolError.h"
 
 #include "vdbase/VFError.h"
+#include "vdstore/LQAttributeNames.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <algorithm>
@@ -16,14 +17,15 @@ constexpr int VVKeepsNone = -327992;
 constexpr const char* VVInputInfo = "InputTestInfo";
 
 /// Attributes that are header values and statistics under other names.
-constexpr const char* VVDerived[] = {"XTitle",  "XUnits",  "SampleRate", "BaseTime", "NumPoints", "Max",  "Min",
-                                     "Mean",    "SDev",    "RMS",        "PMax",     "PMin",      "PAbs", "TimeMax",
-                                     "TimeMin", "TimeAbs", "YTitle",     "YUnits",   "ChanTitle"};
-
 bool VFIsDerived(const Z4PropertySet& set, const Z4Property& item)
 {
+    using namespace LQAttribute;
+    static constexpr const char* header[] = {XTitle, XUnits, ChanTitle, YTitle, YUnits, SampleRate, BaseTime, NumPoints};
+    const auto isOneOf = [&](const auto& names) {
+        return std::any_of(std::begin(names), std::end(names), [&](const char* name) { return item.GetName() == name; });
+    };
     return set.GetName() == LQChannelMapper::ATTRIBUTES &&
-           std::any_of(std::begin(VVDerived), std::end(VVDerived), [&](const char* name) { return item.GetName() == name; });
+           (isOneOf(header) || isOneOf(Stats) || isOneOf(StatPoints) || isOneOf(StatTimes));
 }
 
 }  // namespace
