@@ -13,10 +13,13 @@ using Base = VDTsAccPluginBase;
 /// Null, recorded, for anything that is no plug-in of this family.
 Base* VFGetPlugin(void* instance, const char* routine)
 {
-    // The object may be of any class, so nothing behind the common base is looked at before that is known.
-    auto* const plugin = dynamic_cast<Base*>(static_cast<VDCompBase*>(instance));
-    if (plugin != nullptr && plugin->GetPluginFamilyId() == Base::FamilyId)
-        return plugin;
+    // The object may be of any class, so nothing behind the common base is looked at before its own class is known.
+    auto* const object = static_cast<VDCompBase*>(instance);
+    if (object != nullptr && object->GetID() == VDTsAccZ4::ClassId) {
+        auto* const plugin = static_cast<Base*>(object);
+        if (plugin->GetPluginFamilyId() == Base::FamilyId)
+            return plugin;
+    }
     VFDaxReportError(DaxError::InvalidHandle, routine);
     return nullptr;
 }
