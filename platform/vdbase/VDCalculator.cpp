@@ -1,204 +1,41 @@
 #include "vdbase/VDCalculator.h"
 
-#include "vdbase/VFNumber.h"
+#include "CalculatorCompiler.h"
+#include "CalculatorMachine.h"
 
-#include <mpParser.h>
+#include "vdbase/VDBaseErrorCodes.h"
+#include "vdbase/VFError.h"
 
-#include <cctype>
 #include <cstring>
-#include <deque>
-#include <string_view>
-#include <vector>
+#include <typeinfo>
+#include <utility>
+
+/// A compiled expression, and the machine that ran it last.
+struct VDCalculator::Compiled
+{
+    CalculatorProgram program;
+    CalculatorMachine machine;
+    bool isRunning = false;
+};
 
 namespace {
 
-// No matrices: a short expression could ask for any amount of memory with them.
-constexpr unsigned VVPackages = mup::pckCOMMON | mup::pckNON_COMPLEX | mup::pckSTRING;
-
-bool IsNameStart(char byte)
+bool Report(int code, const char* routine, const CalculatorFailure& failure, bool chain)
 {
-    return std::isalpha(static_cast<unsigned char>(byte)) != 0 || byte == '_';
-}
-
-bool IsNameByte(char byte)
-{
-    return IsNameStart(byte) || std::isdigit(static_cast<unsigned char>(byte)) != 0;
-}
-
-bool ToValue(const VDVariant& variant, mup::Value* value)
-{
-    bool boolean = false;
-    double number = 0;
+    const char* const verb = code == VDBaseError::ExpressionText ? "read" : "evaluated";
     VDString text;
-    if (variant.GetBoolean(&boolean))
-        *value = mup::Value(boolean);
-    else if (variant.GetString(&text))
-        *value = mup::Value(mup::string_type(text.Str()));
-    else if (variant.ConvertToDouble(&number))
-        *value = mup::Value(number);
-    else
-        return false;
-    return true;
+    text.Format("The expression can't be %s at position %zu: ", verb, failure.position);
+    VFErrorSet(code, text + failure.what.c_str(), routine, chain ? 1 : 0);
+    return false;
 }
 
-VDVariant ToVariant(const mup::IValue& value)
+bool ReportNoMemory(const char* routine)
 {
-    switch (value.GetType()) {
-    case 'b':
-        return VDVariant(value.GetBool());
-    case 's':
-        return VDVariant(VDString(value.GetString()));
-    case 'i':
-    case 'f':
-        return VDVariant(static_cast<double>(value.GetFloat()));
-    default:
-        return VDVariant();
-    }
+    VFErrorSet(VDBaseError::ExpressionValue, "Out of memory", routine, 0);
+    return false;
 }
-
-// A function of a derived calculator.
-class UserFunction : public mup::ICallback
-{
-public:
-    UserFunction(VDCalculator* calculator, const std::string& name)
-        : ICallback(mup::cmFUNC, name.c_str(), -1), calculator_(calculator), name_(name)
-    {
-    }
-
-    void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override
-    {
-        VDArray<VDVariant> list;
-        for (int index = 0; index < count; ++index)
-            list.AppendItem(ToVariant(*arguments[index]));
-        VDVariant answer;
-        mup::Value value;
-        if (!calculator_->ExecuteUserFunction(VDString(name_), std::move(list), &answer) || !ToValue(answer, &value))
-            throw mup::ParserError("user function " + name_);
-        *result = value;
-    }
-    const mup::char_type* GetDesc() const override { return "function of the host"; }
-    mup::IToken* Clone() const override { return new UserFunction(*this); }
-
-private:
-    VDCalculator* calculator_;
-    std::string name_;
-};
 
 }  // namespace
-
-/// The parser, and the variables of the expression that is set.
-class VDCalculator::Engine
-{
-public:
-    explicit Engine(VDCalculator* owner) : owner_(owner), parser_(VVPackages) {}
-
-    bool Set(const char* expression);
-    const mup::IValue& Evaluate();
-
-private:
-    struct Variable
-    {
-        std::string name;
-        int index;
-        mup::Value value{0.0};
-    };
-
-    bool TakeVariable(std::string_view rest, std::size_t* length, std::string* text);
-    std::size_t TakeName(std::string_view rest);
-
-    VDCalculator* owner_;
-    mup::ParserX parser_;
-    std::deque<Variable> variables_;
-    std::vector<std::string> functions_;
-    bool ready_ = false;
-};
-
-bool VDCalculator::Engine::Set(const char* expression)
-{
-    ready_ = false;
-    parser_.ClearVar();
-    variables_.clear();
-    for (const std::string& name : functions_)
-        parser_.RemoveFun(name);
-    functions_.clear();
-
-    const std::string_view whole = expression == nullptr ? std::string_view() : std::string_view(expression);
-    if (whole.size() > MaxExpression)
-        return false;
-    std::string text;
-    bool quoted = false;
-    for (std::size_t position = 0; position < whole.size();) {
-        std::size_t length = 1;
-        if (whole[position] == '"')
-            quoted = !quoted;
-        if (!quoted && whole[position] == '#') {
-            if (!TakeVariable(whole.substr(position), &length, &text))
-                return false;
-        } else {
-            if (!quoted && IsNameStart(whole[position]) && (position == 0 || !IsNameByte(whole[position - 1])))
-                length = TakeName(whole.substr(position));
-            text += whole.substr(position, length);
-        }
-        position += length;
-    }
-    parser_.SetExpr(text);
-    parser_.GetExprVar();  // reads the expression, and throws if it can't
-    ready_ = true;
-    return true;
-}
-
-// Puts an identifier of our own in the place of a "#...#" token.
-bool VDCalculator::Engine::TakeVariable(std::string_view rest, std::size_t* length, std::string* text)
-{
-    std::size_t end = 1;
-    for (int depth = 0; end < rest.size() && (rest[end] != '#' || depth > 0); ++end)
-        depth += rest[end] == '(' ? 1 : rest[end] == ')' ? -1 : 0;
-    if (end >= rest.size())
-        return false;
-    const std::string name(rest.substr(0, end + 1));
-    int index = -1;
-    if (!owner_->IsVariableNameValid(name.c_str(), &index))
-        return false;
-    const std::string identifier = "dax_variable_" + std::to_string(variables_.size());
-    variables_.push_back({name, index});
-    parser_.DefineVar(identifier, mup::Variable(&variables_.back().value));
-    *text += identifier;
-    *length = end + 1;
-    return true;
-}
-
-// Makes a name in front of a bracket a function of the derived calculator, unless the parser knows it.
-std::size_t VDCalculator::Engine::TakeName(std::string_view rest)
-{
-    std::size_t length = 1;
-    while (length < rest.size() && IsNameByte(rest[length]))
-        ++length;
-    const std::size_t next = rest.find_first_not_of(" \t", length);
-    const std::string name(rest.substr(0, length));
-    const bool known = parser_.IsFunDefined(name) || parser_.IsOprtDefined(name) || parser_.IsInfixOprtDefined(name) ||
-                       parser_.IsPostfixOprtDefined(name) || parser_.IsConstDefined(name);
-    if (next != std::string_view::npos && rest[next] == '(' && !known) {
-        parser_.DefineFun(mup::ptr_cal_type(new UserFunction(owner_, name)));
-        functions_.push_back(name);
-    }
-    return length;
-}
-
-const mup::IValue& VDCalculator::Engine::Evaluate()
-{
-    if (!ready_)
-        throw mup::ParserError("no expression");
-    for (Variable& variable : variables_) {
-        VDVariant value;
-        if (variable.index >= 0)
-            owner_->GetVariableByIndex(variable.index, value);
-        else
-            owner_->GetVariableByName(variable.name.c_str(), value);
-        if (!ToValue(value, &variable.value))
-            throw mup::ParserError("no value for " + variable.name);
-    }
-    return parser_.Eval();
-}
 
 VDCalculator::VDCalculator() = default;
 
@@ -210,7 +47,7 @@ void VDCalculator::GetVariableByIndex(int, VDVariant&) {}
 
 bool VDCalculator::IsVariableNameValid(const char* name, int*)
 {
-    return name != nullptr && std::strlen(name) > 2;
+    return name != nullptr && std::strlen(name) > 2 && typeid(*this) != typeid(VDCalculator);
 }
 
 bool VDCalculator::ExecuteUserFunction(const VDString&, VDArray<VDVariant>, VDVariant*)
@@ -218,49 +55,94 @@ bool VDCalculator::ExecuteUserFunction(const VDString&, VDArray<VDVariant>, VDVa
     return false;
 }
 
+bool VDCalculator::IsFunctionNameValid(const char*)
+{
+    return typeid(*this) != typeid(VDCalculator);
+}
+
 bool VDCalculator::SetExpression(const char* expression)
 {
+    const char* const routine = "VDCalculator::SetExpression";
     try {
-        if (engine_ == nullptr)
-            engine_ = std::make_unique<Engine>(this);
-        return engine_->Set(expression);
-    } catch (const mup::ParserError&) {
-        return false;
+        compiled_.reset();
+        const std::size_t length = expression == nullptr ? 0 : strnlen(expression, MaxExpression + 1);
+        if (length > MaxExpression)
+            return Report(VDBaseError::ExpressionText, routine,
+                          {length, "it is longer than " + std::to_string(MaxExpression) + " characters"}, false);
+        CalculatorCompiler compiler(*this, {expression, length});
+        if (!compiler.Compile())
+            return Report(VDBaseError::ExpressionText, routine, compiler.GetFailure(), false);
+        compiled_ = std::make_shared<Compiled>();
+        compiled_->program = compiler.TakeProgram();
+        return true;
     } catch (const std::exception&) {
-        return false;
+        return ReportNoMemory(routine);
     }
+}
+
+// Runs the expression that is set and takes its value with `take(machine, value)`.
+template <class Take>
+bool VDCalculator::Evaluate(const char* routine, Take take)
+{
+    // A variable or function may use this very object, so the program stays alive, and a second run gets its own machine.
+    const std::shared_ptr<Compiled> compiled = compiled_;
+    if (compiled == nullptr)
+        return Report(VDBaseError::ExpressionValue, routine, {1, "no expression is set"}, false);
+    const bool asksOwner = compiled->program.AsksOwner();
+    if (asksOwner)
+        VFErrorClear();
+    const auto run = [&](CalculatorMachine& machine) {
+        CalculatorValue value;
+        return (machine.Run(compiled->program, *this, &value) && take(machine, value)) ||
+               Report(VDBaseError::ExpressionValue, routine, machine.GetFailure(), asksOwner);
+    };
+    const bool isOutermost = !std::exchange(compiled->isRunning, true);
+    bool done = false;
+    try {
+        if (isOutermost) {
+            done = run(compiled->machine);
+        } else {
+            CalculatorMachine machine;
+            done = run(machine);
+        }
+    } catch (const std::exception&) {
+        ReportNoMemory(routine);
+    }
+    compiled->isRunning = !isOutermost;
+    return done;
+}
+
+bool VDCalculator::EvaluateToDouble(double* value)
+{
+    return Evaluate("VDCalculator::EvaluateToDouble", [&](CalculatorMachine& machine, const CalculatorValue& result) {
+        if (result.kind == CalculatorKind::Text)
+            return machine.Fail(1, "the result is the text " + VFCalculatorQuoted(*result.text) + ", not a number");
+        *value = result.number;
+        return true;
+    });
 }
 
 bool VDCalculator::EvaluateToDouble(const char* expression, double* value)
 {
-    if (!SetExpression(expression))
-        return false;
-    try {
-        return ToVariant(engine_->Evaluate()).ConvertToDouble(value);
-    } catch (const mup::ParserError&) {
-        return false;
-    } catch (const std::exception&) {
-        return false;
-    }
+    return SetExpression(expression) && EvaluateToDouble(value);
 }
 
 bool VDCalculator::EvaluateExpressionToBoolean(bool* value)
 {
-    if (engine_ == nullptr)
-        return false;
-    try {
-        const VDVariant result = ToVariant(engine_->Evaluate());
-        VDString text;
-        double number = 0;
-        if (result.GetString(&text))
-            return VFAscToBoolean(text, value);
-        if (!result.ConvertToDouble(&number))
-            return false;
-        *value = number != 0;
-        return true;
-    } catch (const mup::ParserError&) {
-        return false;
-    } catch (const std::exception&) {
-        return false;
+    return Evaluate(
+        "VDCalculator::EvaluateExpressionToBoolean",
+        [&](CalculatorMachine& machine, const CalculatorValue& result) { return machine.GetTruth(result, 1, value); });
+}
+
+VDString VDCalculator::Quoted(const char* text)
+{
+    const std::string_view bytes = text == nullptr ? std::string_view() : std::string_view(text);
+    std::string quoted = "\"";
+    for (std::size_t place = 0; place < bytes.size(); ++place) {
+        const char following = place + 1 < bytes.size() ? bytes[place + 1] : '"';
+        if (bytes[place] == '"' || (bytes[place] == '\\' && (following == '"' || following == '\\')))
+            quoted += '\\';
+        quoted += bytes[place];
     }
+    return VDString(quoted + '"');
 }
