@@ -48,6 +48,10 @@ public:
     /// Takes the value from a text, blanks around numbers and booleans aside.
     /// @return false, and nothing changed, for a text that is no value of the type or is out of its range
     bool FromString(const char* text);
+    /// Takes the value of a defined property of any type. Numbers cross by value: a whole-number type takes only what it can
+    /// hold exactly, a floating-point type the nearest value; everything else crosses by way of its text.
+    /// @return false, and nothing changed, for what is no value of the type or is out of its range
+    bool TakeValue(const Z4Property& other);
     /// What stands for the value while there is none: "Undefined".
     virtual VDString GetUndefinedText() const;
 

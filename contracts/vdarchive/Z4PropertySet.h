@@ -8,11 +8,11 @@
 ///
 /// The typed calls, for each type X:
 /// - `AddX` appends a property and gives it, or null if there is one of that name, which stays as it is;
-/// - `SetX` gives an existing property the value. A property of another type keeps its type and takes the value through its
-///   text; false if it refuses that, or if there is no property of that name;
+/// - `SetX` gives an existing property the value. A property of another type keeps its type and takes the value as
+///   `Z4Property::TakeValue` does; false if it refuses that, or if there is no property of that name;
 /// - `PutX` leaves the set with a property of this type and value under the name, whatever was there;
-/// - `GetX` gives the value of a defined property, by way of its text if it is of another type; otherwise false, and `value`
-///   stays;
+/// - `GetX` gives the value of a defined property, as `Z4Property::TakeValue` does if it is of another type; otherwise false,
+///   and `value` stays;
 /// - `AdoptX` finds the property of that name or appends an undefined one and says which in `created` (may be null); null if
 ///   there is one of another type.
 class VDARCHIVE_API Z4PropertySet
@@ -115,7 +115,7 @@ private:
         if (property == nullptr)
             return false;
         if (property->GetType() != Property::PropertyType)
-            return property->FromString(Property(name, std::move(value)).ToString());
+            return property->TakeValue(Property(name, std::move(value)));
         static_cast<Property*>(property)->Set(std::move(value));
         return true;
     }
@@ -141,7 +141,7 @@ private:
             return true;
         }
         Property converted(name);
-        if (!converted.FromString(property->ToString()))
+        if (!converted.TakeValue(*property))
             return false;
         *value = converted.Get();
         return true;

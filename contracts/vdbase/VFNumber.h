@@ -10,8 +10,10 @@
 /// @return false, and `out` untouched, for anything else and for a value outside the type's range
 VDBASE_API bool VFAscToNum(const char* text, int* out);
 VDBASE_API bool VFAscToNum(const char* text, std::int64_t* out);
+VDBASE_API bool VFAscToNum(const char* text, std::uint64_t* out);
 /// Also "inf", "infinity" and "nan" without regard to case; a value too small for the type is a zero.
 VDBASE_API bool VFAscToNum(const char* text, double* out);
+VDBASE_API bool VFAscToNum(const char* text, float* out);
 /// Reads a whole text of 1 to 8 hexadecimal digits, with or without "0x" before them, as the bits of a number; blanks around
 /// it are passed over. False, and `out` untouched, for anything else.
 VDBASE_API bool VFHexToNum(const char* text, int* out);

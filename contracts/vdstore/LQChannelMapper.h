@@ -70,8 +70,8 @@ public:
 
     /// @name Single items
     /// The item of a slot that is known by its name alone: that of the slot's attributes, else the first in its other sets.
-    /// The typed calls give the value of a defined item, by way of its text if it is of another type; otherwise they give
-    /// false and leave `value`. `GetStringMetaDataItem` takes text items only.
+    /// The typed calls give the value of a defined item, as `Z4Property::TakeValue` does if it is of another type; otherwise
+    /// they give false and leave `value`. `GetStringMetaDataItem` takes text items only.
     /// @{
     Z4Property* GetMetaDataItem(const char* name, int index) const;
     bool GetStringMetaDataItem(const char* name, VDString* value, int index) const;

@@ -6,10 +6,13 @@
 #include <cmath>
 #include <concepts>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 /// Values and their texts. Numbers are written with as many digits as reading them back exactly takes; the locale never
-/// matters. A reader gives false, and leaves `value`, for any other text and for one out of the type's range.
+/// matters. A reader gives false, and leaves `value`, for any other text and for one out of the type's range; what is too
+/// small for the type is a zero.
 
 template <class T>
 concept Z4Number = std::integral<T> || std::floating_point<T>;
@@ -34,17 +37,15 @@ VDString VFValueToText(T value)
 template <Z4Number T>
 bool VFTextToValue(const char* text, T* value)
 {
-    VDString trimmed(text);
-    trimmed.Trim();
-    std::string_view digits = trimmed.View();
-    if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-')
-        digits.remove_prefix(1);
-    T read{};
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), read);
-    if (error != std::errc() || end != digits.data() + digits.size())
-        return false;
-    *value = read;
-    return true;
+    if constexpr (std::floating_point<T>) {
+        return VFAscToNum(text, value);
+    } else {
+        std::conditional_t<std::signed_integral<T>, std::int64_t, std::uint64_t> read = 0;
+        if (!VFAscToNum(text, &read) || !std::in_range<T>(read))
+            return false;
+        *value = static_cast<T>(read);
+        return true;
+    }
 }
 
 inline VDString VFValueToText(bool value)

@@ -94,7 +94,17 @@ bool VFAscToNum(const char* text, std::int64_t* out)
     return ParseWhole(text, out);
 }
 
+bool VFAscToNum(const char* text, std::uint64_t* out)
+{
+    return ParseWhole(text, out);
+}
+
 bool VFAscToNum(const char* text, double* out)
+{
+    return ParseWhole(text, out);
+}
+
+bool VFAscToNum(const char* text, float* out)
 {
     return ParseWhole(text, out);
 }

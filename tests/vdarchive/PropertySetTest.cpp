@@ -2,6 +2,8 @@
 #include "vdarchive/VDArchiveErrorCodes.h"
 #include "vdarchive/Z4PropertySet.h"
 
+#include <limits>
+
 namespace {
 
 VDString NameOf(int i)
@@ -51,6 +53,26 @@ TEST(PropertySet, TypedCallsConvertWithoutLossOrFail)
     set.PutDouble("n", 256);
     EXPECT_EQ(set.GetProperty("n", false)->GetType(), Z4TypeDouble);
     EXPECT_FALSE(set.GetUnsChar("n", &small));
+
+    // By value, whatever their texts look like.
+    std::int64_t huge = 0;
+    set.PutDouble("n", 1e15);
+    EXPECT_TRUE(set.GetHuge("n", &huge) && huge == 1'000'000'000'000'000) << huge;
+    for (const double bad : {0.5, 9223372036854775808.0, std::numeric_limits<double>::quiet_NaN()}) {
+        set.PutDouble("n", bad);
+        EXPECT_FALSE(set.GetHuge("n", &huge)) << bad;
+    }
+    set.PutDouble("n", -9223372036854775808.0);
+    EXPECT_TRUE(set.GetHuge("n", &huge) && huge == std::numeric_limits<std::int64_t>::min()) << huge;
+    float single = 1;
+    set.PutDouble("n", 1e300);
+    EXPECT_FALSE(set.GetFloat("n", &single));
+    set.PutDouble("n", -std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(set.GetFloat("n", &single) && single == -std::numeric_limits<float>::infinity());
+    set.AddFloat("f", 0.1F);
+    EXPECT_TRUE(set.GetDouble("f", &number) && number == static_cast<double>(0.1F)) << number;
+    set.PutHuge("n", 5);
+    EXPECT_TRUE(set.SetDouble("n", 1e18) && set.GetHuge("n", &huge) && huge == 1'000'000'000'000'000'000);
 
     bool created = false;
     EXPECT_EQ(set.AdoptBoolean("n", &created), nullptr) << "there is one of another type";

@@ -54,6 +54,9 @@ TEST(Property, NumbersSurviveTheirText)
     ExpectExactRoundTrip<Z4HugeProperty>(std::numeric_limits<std::int64_t>::min());
     ExpectExactRoundTrip<Z4UnsHugeProperty>(std::numeric_limits<std::uint64_t>::max());
 
+    Z4FloatProperty small("p", 1);
+    EXPECT_TRUE(small.FromString("1e-400") && small.Get() == 0) << "as every reader takes it";
+
     EXPECT_EQ(Z4DoubleProperty("p", 100000.0).ToString(), "100000");
     EXPECT_EQ(Z4FloatProperty("p", 0.1F).ToString(), "0.1");
     Z4DoubleProperty notANumber("p");
