@@ -4,6 +4,7 @@
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
 #include "daxlib/TSAcc.h"
+#include "daxlib/VMD.h"
 
 #include <utility>
 
@@ -49,3 +50,4 @@ using VDFileIdHandle = VDDaxHandle<VDFileId, FIDRelease>;
 using VDFileIdArrayHandle = VDDaxHandle<VDFileIdArray, FIARelease>;
 using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;
 using VDTsAccHandle = VDDaxHandle<VDTsAcc, TSAccRelease>;
+using VDVmdFileHandle = VDDaxHandle<VDVmdFile, VMDRelease>;

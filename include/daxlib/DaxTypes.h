@@ -15,6 +15,7 @@ class VDFileId;
 class VDFileIdArray;
 class VDFileInfo;
 class VDTsAcc;
+class VDVmdFile;
 
 /// What `GetID` gives for the objects behind handles.
 namespace DaxHandleId {
@@ -22,6 +23,8 @@ constexpr std::int32_t TsAcc = static_cast<std::int32_t>(0xa04f0005);
 constexpr std::int32_t FileId = static_cast<std::int32_t>(0xa04f000d);
 constexpr std::int32_t FileIdArray = static_cast<std::int32_t>(0xa04f0052);
 constexpr std::int32_t FileInfo = static_cast<std::int32_t>(0xa04f0057);
+constexpr std::int32_t VmdFile = static_cast<std::int32_t>(0xa04f0156);
+constexpr std::int32_t MetaDataReader = static_cast<std::int32_t>(0xa04f0244);
 }  // namespace DaxHandleId
 
 /// Types of a channel's values.

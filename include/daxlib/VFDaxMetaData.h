@@ -82,6 +82,14 @@ DAX_API LQChannelMapper* VFDaxCloneMapper(LQChannelMapper* source);
 /// @param fileId  a `VDFileId` that has every channel of the mapper
 DAX_API bool VFDaxAddInputTestInfo(LQChannelMapper* mapper, void* fileId);
 
+/// Lays metadata from XML files over what a test holds (`VDXmlMetaDataTranslator` has their form). The site's file
+/// "_definitions.xml", in the folder `home` or else the current one, adds what the test doesn't have; the test's own file
+/// (`FIDGetExtraMetadataFilename`) replaces what it has. Channels that the mapper lacks are passed over. A file that can't be
+/// read or parsed fails the call; only the site's file may be absent.
+/// @param fileId           a `VDFileId`
+/// @param skipDefinitions  leaves the site's file out
+DAX_API bool VFDaxAddExtraMetadata(void* fileId, bool skipDefinitions, LQChannelMapper* mapper);
+
 /// How far two sample rates may lie apart to count as equal, as a ratio: 1.001 for the default preference of 0.1 %
 /// ("/FileFormats/general/SampleRateComparisonPercent"), which is read once in the life of the library.
 DAX_API float VFDaxGetSampleRateTolerance();

@@ -18,9 +18,11 @@
 #include "daxlib/VDChanSep.h"
 #include "daxlib/VDFileIdPreferences.h"
 #include "daxlib/VDGeneralFiles.h"
+#include "daxlib/VDMetaDataReader.h"
 #include "daxlib/VDProgressObject.h"
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
+#include "daxlib/VMD.h"
 #include "daxlib/Z4FF.h"
 
 // Failures are recorded in the error system of `vdbase`, which every host reads.
