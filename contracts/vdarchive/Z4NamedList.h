@@ -4,6 +4,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 /// An ordered list that owns its elements and finds them by their exact names. `T::GetName` gives a name that never changes
@@ -72,6 +73,20 @@ public:
         if (items_.size() <= LongestUnindexed)
             index_.clear();
         return true;
+    }
+
+    /// Removes all elements for which the predicate is true, in one pass.
+    template <class Predicate>
+    void RemoveIf(Predicate goes)
+    {
+        for (auto& item : items_)
+            if (goes(std::as_const(*item))) {
+                index_.erase(NameOf(*item));
+                item.reset();
+            }
+        std::erase(items_, nullptr);
+        if (items_.size() <= LongestUnindexed)
+            index_.clear();
     }
 
     void Clear() noexcept

@@ -41,6 +41,8 @@ public:
     Z4Property* AddProperty(std::unique_ptr<Z4Property> property);
     /// False if absent.
     bool RemoveProperty(const char* name);
+    /// Removes every property of which the other set has one of the same name.
+    void RemovePropertiesOf(const Z4PropertySet& set);
     void Clear() { properties_.Clear(); }
 
     /// Puts a copy of the property into the set, in the place of one of that name or else at the end. False for null.

@@ -53,6 +53,11 @@ bool Z4PropertySet::RemoveProperty(const char* name)
     return properties_.Remove(NameView(name));
 }
 
+void Z4PropertySet::RemovePropertiesOf(const Z4PropertySet& set)
+{
+    properties_.RemoveIf([&set](const Z4Property& property) { return set.Exists(property.GetName(), false); });
+}
+
 bool Z4PropertySet::Copy(const Z4Property* property)
 {
     if (property == nullptr)

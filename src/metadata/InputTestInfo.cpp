@@ -8,6 +8,7 @@
 #include "vdbase/VFFilename.h"
 #include "vdstore/LQChannelMapper.h"
 
+#include <unordered_map>
 #include <utility>
 
 namespace {
@@ -62,12 +63,29 @@ void AddRunNumber(Z4PropertySet& set, VDFileId* id)
         set.AddLong("RunNumber", run);
 }
 
-bool AddChannelItems(LQChannelMapper& mapper, int index, VDFileId* id)
+/// Index in the file id by channel number.
+using VDChannelIndexes = std::unordered_map<long, int>;
+
+bool ListChannels(VDFileId* id, VDChannelIndexes& indexes)
+{
+    VDArrayWithSort<long> numbers;
+    if (!FIDGetChans(id, &numbers))
+        return false;
+    for (int i = 0; i < numbers.GetSize(); ++i)
+        indexes.try_emplace(numbers[i], i);
+    return true;
+}
+
+bool AddChannelItems(LQChannelMapper& mapper, int index, VDFileId* id, const VDChannelIndexes& indexes)
 {
     const long number = mapper.NumberFromIndex(index, false);
-    int fileIndex = 0;
+    if (number < 0 || !std::in_range<int>(number))
+        return false;
+    const auto found = indexes.find(number);
+    int fileIndex = found == indexes.end() ? -1 : found->second;
     VDString filename;
-    if (number < 0 || !std::in_range<int>(number) || !FIDGetChanIndex(id, static_cast<int>(number), &fileIndex) ||
+    // The file id itself reports a number that it lacks.
+    if ((fileIndex < 0 && !FIDGetChanIndex(id, static_cast<int>(number), &fileIndex)) ||
         !FIDGetChanFilename(id, fileIndex, &filename))
         return false;
     Z4PropertySet* const set = RenewSet(mapper, index);
@@ -101,8 +119,13 @@ bool VFAddInputTestInfo(LQChannelMapper& mapper, VDFileId* id)
         return false;
     AddRunNumber(*set, id);
 
-    for (int i = 0; source == VTDataSourceDisk && i < mapper.GetChannelCount(); ++i)
-        if (!AddChannelItems(mapper, i, id))
+    if (source != VTDataSourceDisk)
+        return true;
+    VDChannelIndexes indexes;
+    if (!ListChannels(id, indexes))
+        return false;
+    for (int i = 0; i < mapper.GetChannelCount(); ++i)
+        if (!AddChannelItems(mapper, i, id, indexes))
             return false;
     return true;
 }

@@ -17,16 +17,11 @@ bool MergeSlot(LQChannelMapper& target, int targetIndex, LQChannelMapper& source
             return false;
         if (targetSet == set)
             continue;
-        for (int j = 0; j < set->GetSize(); ++j) {
-            const Z4Property* const item = set->GetProperty(j);
-            if (item == nullptr)
-                continue;
-            if (overwrite)
-                targetSet->RemoveProperty(item->GetName());
-            else if (targetSet->Exists(item->GetName(), false))
-                continue;
-            targetSet->Copy(item);
-        }
+        // What is overwritten goes at once, and all that is new comes behind what is left.
+        if (overwrite)
+            targetSet->RemovePropertiesOf(*set);
+        if (!targetSet->Copy(set, true))
+            return false;
     }
     return true;
 }

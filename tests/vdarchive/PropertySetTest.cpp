@@ -131,6 +131,11 @@ TEST(PropertySet, KeepsOrderAndFindsNamesAtEverySize)
     }
     for (int i = 0; i < Count; i += 7)
         set.Copy(std::make_unique<Z4LongProperty>(NameOf(i), i).get());
+    Z4PropertySet other("other");
+    for (Z4PropertySet* const each : {&set, &other})
+        for (int i = Count; i < 2 * Count; ++i)
+            each->AddLong(NameOf(i), i);
+    set.RemovePropertiesOf(other);
     for (int i = 0; i < Count; ++i) {
         ASSERT_EQ(set.GetSize(), Count - i);
         ASSERT_EQ(set.GetProperty(0), set.GetProperty(NameOf(i), false));
