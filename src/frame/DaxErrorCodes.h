@@ -94,6 +94,9 @@ constexpr int XyNotSupported = -328988;
 constexpr int StorageType = -329281;
 constexpr int NoTimeSeriesChannels = -329288;
 
+// Block 21: metadata sidecars
+constexpr int SidecarNotOpen = -329781;
+
 // Block 22: storage files
 constexpr int StorageFileId = -329881;
 constexpr int StorageReadPastEnd = -329882;

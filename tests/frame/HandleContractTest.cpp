@@ -82,6 +82,8 @@ const Row VVRows[] = {
     ROW(TSAccGetAllStatsDoublePrecision), ROW(TSAccSetStats), ROW(TSAccSetStatsMonitor), ROW(TSAccCalcStats),
     ROW(TSAccGetFullScaleLimits), ROW(TSAccSetFullScaleLimits), ROW(TSAccGetFullScaleValid),
 
+    ROW(VMDRelease), ROW(VMDAdopt), ROW(VMDAdoptTestVmd), ROW(VMDGetMetaData), ROW(VMDFlush), ROW(VMDSetChannelNumberList),
+
     // The instance of a plug-in is its handle.
     ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
     ROW(TSAccGenGetCapability), ROW(TSAccGenGetValue), ROW(TSAccGenPutValue), ROW(TSAccGenGetData), ROW(TSAccGenPutData),
@@ -99,7 +101,7 @@ const std::set<std::string> VVWithoutHandle = {
     "FINFAddPlugin", "FINFGetValidAccessTypes",
     "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
     // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
-    "FINFGetProxyAccessFileId"};
+    "FINFGetProxyAccessFileId", "VMDCreate", "VMDCreateFilenameFromFileId"};
 
 void ExpectRefused(const Row& row, void* handle)
 {
@@ -125,7 +127,7 @@ TEST(HandleContractTest, EveryExportedFunctionHasItsRow)
     for (const Row& row : VVRows)
         rows.insert(row.name);
     for (const std::string& name : ReadExportedNames())
-        for (const char* family : {"FID", "FIA", "FINF", "TSAcc"}) {
+        for (const char* family : {"FID", "FIA", "FINF", "TSAcc", "VMD"}) {
             if (name.starts_with(family)) {
                 EXPECT_EQ(rows.count(name), 1U) << name;
             }
