@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vdarchive/VDArchiveApi.h"
+#include "vdbase/VDString.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,13 +17,9 @@ enum class VTStorageLock {
     NoReaders,  ///< held by nobody else as `Reader`, and kept from being so
 };
 
-enum class VTStorageOpen {
-    Read,
-    Update,
-    Create,  ///< read and write; made if it is not there, its content left as it is if it is
-};
+enum class VTStorageOpen { Read, Update };
 
-/// One open file. Positioned reads may come from several threads.
+/// One open file. Positioned reads may come from several threads. Locks end with the object, whoever else has the file open.
 class VDARCHIVE_API VDStorageFile
 {
 public:
@@ -37,12 +34,21 @@ public:
     virtual int Truncate(std::int64_t size) = 0;
     /// Comes back when everything written is safe against a loss of power.
     virtual int Sync() = 0;
-    /// Waits only for `Reader`, and there only as long as somebody asks for `NoReaders`.
+    /// Gives the room of a part back to the disk, where the system can; it reads as 0 from then on.
+    virtual void Discard(std::int64_t offset, std::int64_t size) = 0;
+    /// Never waits: who has it may have been stopped.
     /// @return `EWOULDBLOCK` if somebody else has it
     virtual int Lock(VTStorageLock lock) = 0;
     virtual void Unlock(VTStorageLock lock) = 0;
     /// Whether the name still leads to this file and not to one that took its place.
     virtual bool IsAt(const char* filename) = 0;
+
+    /// Gives a file that the system made its name, in one step, in the folder for which it was made.
+    /// @param filename  a path whose folder part is not looked at
+    /// @param replace   takes the name from a file that has it; without, that one stays, and the result is `EEXIST`
+    virtual int GiveName(const char* filename, bool replace) = 0;
+    /// Makes the name safe against a loss of power.
+    virtual int SyncName() = 0;
 };
 
 class VDARCHIVE_API VDStorageOs
@@ -54,9 +60,12 @@ public:
     static VDStorageOs& System();
 
     virtual int Open(const char* filename, VTStorageOpen mode, std::unique_ptr<VDStorageFile>* file) = 0;
-    /// Puts the file in the place of one of the new name, in one step.
-    virtual int Rename(const char* from, const char* to) = 0;
-    virtual int Remove(const char* filename) = 0;
-    /// Makes names given or taken in the folder of this file safe against a loss of power.
-    virtual int SyncDirectory(const char* filename) = 0;
+    /// Where the file of a name is, or would be made: what a link at its end leads to, whether that is there or not. The
+    /// place stays right whatever becomes of the working folder.
+    virtual int Resolve(const char* filename, VDString* place) = 0;
+    /// A new file to read and write in the folder of a place, which nobody else can come by. It is gone with the object, or
+    /// with the process, unless it was given a name.
+    /// @param replaced  a file of this system whose owner, mode and access list it gets, as far as that is allowed; null for
+    ///                  the usual ones
+    virtual int Make(const char* place, const VDStorageFile* replaced, std::unique_ptr<VDStorageFile>* file) = 0;
 };

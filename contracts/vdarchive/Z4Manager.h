@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vdarchive/Z4File.h"
+#include "vdarchive/Z4FileHold.h"
 #include "vdbase/VDStringArray.h"
 
 class VDStorageOs;
@@ -19,7 +20,9 @@ public:
 
     /// @return null if it can't be opened, is damaged or, to be written, has another writer
     Z4File* OpenFile(const char* filename, bool writable);
-    /// A new file. One of that name stays until the first commit takes its place.
+    /// A new file. One of that name stays until the first commit takes its place; its owner, mode and access list are
+    /// carried over as far as that is allowed. A file that comes up under the name meanwhile is never replaced: the commit
+    /// then goes into a file beside it and fails with `VDArchiveError::FileMoved`, which says where. A link stays a link.
     /// @param info  null for the usual layout
     Z4File* CreateFile(const char* filename, const Z4FileInfo* info);
     /// Opens the file to be written, or makes it if it is not there.
@@ -28,6 +31,11 @@ public:
     /// Ends a file. Its objects must have been closed; what one of them still holds is lost.
     /// @param save  false gives up a new file that nothing was committed to; true keeps it, empty
     bool CloseFile(Z4File* file, bool save);
+
+    /// Keeps everybody from writing a file as long as the result lives, for who is about to put another in its place. It may
+    /// hold anything; there need be none of this name.
+    /// @return null if somebody writes it or it can't be opened to be written
+    std::unique_ptr<Z4FileHold> HoldFile(const char* filename);
 
     /// Verifies everything that the last commit refers to, data records included.
     /// @param findings  one text for each thing that is wrong; emptied first

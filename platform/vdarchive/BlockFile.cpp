@@ -8,8 +8,10 @@
 
 #include <bit>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
+#include <thread>
 
 namespace {
 
@@ -18,6 +20,15 @@ namespace fs = std::filesystem;
 constexpr int OwnOpSys = std::endian::native == std::endian::little ? VTOpSysLittleEndian : VTOpSysBigEndian;
 // A file that is replaced between being opened and being locked is opened anew.
 constexpr int LargestAttempts = 10;
+// A reader waits this long for a writer that keeps readers out, which takes no time unless the writer was stopped there.
+constexpr std::chrono::milliseconds LongestWait(500);
+constexpr std::chrono::milliseconds LongestPause(10);
+// Names that are tried for a file whose own has been taken.
+constexpr int MostSpareNames = 1000;
+constexpr std::size_t LongestSpareStem = 200;
+// Room that nothing refers to any more is given back when it is worth while: so much, and this part of the file.
+constexpr std::int64_t LeastGivenBack = 256 * 1024;
+constexpr std::int64_t GivenBackPart = 16;
 
 const char* WhatFailed(int code)
 {
@@ -32,17 +43,11 @@ const char* WhatFailed(int code)
         return "The storage file is in use";
     case VDArchiveError::WrongUse:
         return "The storage file can't be used like this";
+    case VDArchiveError::FileMoved:
+        return "The storage file is no longer at its name";
     default:
         return "The storage file can't be opened";
     }
-}
-
-/// The file behind links, so that replacing it doesn't replace a link.
-std::string FinalName(const char* filename)
-{
-    std::error_code error;
-    const fs::path name = fs::canonical(filename, error);
-    return error ? std::string(filename) : name.string();
 }
 
 std::optional<CommitSlot> LatestSlot(std::string_view start)
@@ -90,72 +95,106 @@ std::shared_ptr<BlockFile> BlockFile::Create(VDStorageOs& os, const char* filena
     return file->MakeNew() ? file : nullptr;
 }
 
-bool BlockFile::LockForWriting(VDStorageFile& file, bool* current, const VDString& filename)
+bool BlockFile::Hold(VDStorageOs& os, const char* filename, std::unique_ptr<VDStorageFile>* file)
 {
-    const int error = file.Lock(VTStorageLock::Writer);
-    if (error == EWOULDBLOCK)
-        return Report(VDArchiveError::FileInUse, "another writer has it open");
-    if (error != 0)
-        return ReportSystem(VDArchiveError::FileOpen, error);
-    *current = file.IsAt(filename);
-    return true;
+    BlockFile holder(os, filename, true);
+    int error = os.Resolve(filename, &holder.place_);
+    if (error == 0)
+        error = holder.OpenLocked(file);
+    return error == 0 || error == ENOENT || holder.ReportOpen(error);
+}
+
+/// Opens the file at the place to be written, and no other that took its place on the way.
+/// @return `EBUSY` if it is replaced again and again
+int BlockFile::OpenLocked(std::unique_ptr<VDStorageFile>* file)
+{
+    for (int attempt = 0; attempt < LargestAttempts; ++attempt) {
+        file->reset();
+        int error = os_.Open(place_, VTStorageOpen::Update, file);
+        if (error == 0)
+            error = (*file)->Lock(VTStorageLock::Writer);
+        if (error != 0)
+            file->reset();
+        if (error != 0 || (*file)->IsAt(place_))
+            return error;
+    }
+    file->reset();
+    return EBUSY;
+}
+
+/// @return `EWOULDBLOCK` if a writer keeps readers out and was stopped meanwhile, as it seems
+int BlockFile::LockAsReader()
+{
+    std::chrono::milliseconds waited(0);
+    std::chrono::milliseconds pause(1);
+    int error = file_->Lock(VTStorageLock::Reader);
+    while (error == EWOULDBLOCK && waited < LongestWait) {
+        std::this_thread::sleep_for(pause);
+        waited += pause;
+        pause = std::min(2 * pause, LongestPause);
+        error = file_->Lock(VTStorageLock::Reader);
+    }
+    return error;
 }
 
 bool BlockFile::OpenExisting()
 {
-    for (int attempt = 0; attempt < LargestAttempts; ++attempt) {
-        const auto mode = writable_ ? VTStorageOpen::Update : VTStorageOpen::Read;
-        if (const int error = os_.Open(filename_, mode, &file_); error != 0)
-            return ReportSystem(VDArchiveError::FileOpen, error);
-        bool current = true;
-        if (!writable_)
-            // A file system without locks still lets itself be read.
-            file_->Lock(VTStorageLock::Reader);
-        else if (!LockForWriting(*file_, &current, filename_))
-            return false;
-        if (current)
-            return true;
+    int error = 0;
+    if (writable_) {
+        error = os_.Resolve(filename_, &place_);
+        if (error == 0)
+            error = OpenLocked(&file_);
+        return error == 0 || ReportOpen(error);
     }
-    return Report(VDArchiveError::FileInUse, "it is replaced again and again");
+    error = os_.Open(filename_, VTStorageOpen::Read, &file_);
+    if (error != 0)
+        return ReportOpen(error);
+    // A file system without locks still lets itself be read, and nobody writes there.
+    isHeld_ = LockAsReader() != EWOULDBLOCK;
+    return true;
 }
 
 bool BlockFile::MakeNew()
 {
-    const VDString target = FinalName(filename_);
-    const fs::path path(target.c_str());
-    const VDString temporary((path.parent_path() / ("." + path.filename().string() + ".z4new")).string());
-    for (int attempt = 0; attempt < LargestAttempts; ++attempt) {
-        if (const int error = os_.Open(temporary, VTStorageOpen::Create, &file_); error != 0)
-            return ReportSystem(VDArchiveError::FileOpen, error);
-        bool current = false;
-        if (!LockForWriting(*file_, &current, temporary))
-            return false;
-        if (!current)
-            continue;
-        filename_ = target;
-        temporaryName_ = temporary;
-        // Who writes the file that is to be replaced would lose what it writes.
-        const int error = os_.Open(target, VTStorageOpen::Update, &replaced_);
-        if (error != 0 && error != ENOENT)
-            return ReportSystem(VDArchiveError::FileOpen, error);
-        if (error == 0 && !LockForWriting(*replaced_, &current, target))
-            return false;
-        if (!current) {
-            Close();
-            continue;
-        }
-        // What a writer that died left behind under the other name is of no use.
-        const int cut = file_->Truncate(0);
-        return cut == 0 || ReportSystem(VDArchiveError::FileOpen, cut);
-    }
-    return Report(VDArchiveError::FileInUse, "it is replaced again and again");
+    int error = os_.Resolve(filename_, &place_);
+    // Who writes the file that is to be replaced would lose what it writes.
+    if (error == 0)
+        error = OpenLocked(&replaced_);
+    if (error == 0 || error == ENOENT)
+        error = os_.Make(place_, replaced_.get(), &file_);
+    // From its first moment under the name on the file has its writer.
+    if (error == 0)
+        error = file_->Lock(VTStorageLock::Writer);
+    return error == 0 || ReportOpen(error);
+}
+
+int BlockFile::ReadSlots(std::string* start, std::int64_t* count)
+{
+    start->resize(StorageLayout::Body);
+    return file_->Read(0, StorageLayout::Body, start->data(), count);
+}
+
+/// For a reader that a writer kept out. As long as no newer version than its own is there, nothing that it read was written
+/// over; and once it is let in with its version still the last one, nothing will be.
+bool BlockFile::ConfirmVersion()
+{
+    const bool isHeld = file_->Lock(VTStorageLock::Reader) == 0;
+    std::string start;
+    std::int64_t count = 0;
+    if (const int error = ReadSlots(&start, &count); error != 0)
+        return ReportSystem(VDArchiveError::FileRead, error);
+    const auto latest = LatestSlot(start);
+    if (!latest || latest->generation != slot_.generation)
+        return Report(VDArchiveError::FileInUse, "its writer kept readers out, and has gone on since it was opened");
+    isHeld_ = isHeld;
+    return true;
 }
 
 bool BlockFile::ReadStart()
 {
-    std::string start(StorageLayout::Body, '\0');
+    std::string start;
     std::int64_t count = 0;
-    if (const int error = file_->Read(0, StorageLayout::Body, start.data(), &count); error != 0)
+    if (const int error = ReadSlots(&start, &count); error != 0)
         return ReportSystem(VDArchiveError::FileRead, error);
     VDHeader header(StorageLayout::FileType, -1, VDHeader::Size);
     if (!header.SetHeader(start.data(), filename_))
@@ -185,15 +224,34 @@ void BlockFile::Close()
 {
     if (file_ == nullptr)
         return;
-    if (!temporaryName_.IsEmpty())
-        os_.Remove(temporaryName_);
-    else if (writable_ && !broken_ && slot_.generation > 0 && file_->Lock(VTStorageLock::NoReaders) == 0)
-        // Room that was reserved or belonged to older versions; keeping it would do no harm either.
-        if (std::int64_t size = 0; file_->GetSize(&size) == 0 && size > slot_.fileEnd)
-            file_->Truncate(slot_.fileEnd);
-    temporaryName_.Empty();
+    if (writable_ && !broken_ && slot_.generation > 0 && file_->Lock(VTStorageLock::NoReaders) == 0) {
+        GiveBackRoom();
+        file_->Unlock(VTStorageLock::NoReaders);
+    }
     replaced_.reset();
     file_.reset();
+}
+
+/// Nobody reads an older version. Keeping the room would do no harm either, so that nothing of this may fail.
+void BlockFile::GiveBackRoom()
+{
+    space_.Reuse();
+    std::int64_t unused = slot_.fileEnd - space_.GetEnd();
+    space_.VisitFree([&unused](std::int64_t, std::int64_t size) { unused += size; });
+    const auto isWorthWhile = [this](std::int64_t size) {
+        return size >= LeastGivenBack && size >= slot_.fileEnd / GivenBackPart;
+    };
+    // The version says where it ends: the same one is published anew if that is too far behind its last part.
+    if (isWorthWhile(slot_.fileEnd - space_.GetEnd()))
+        Commit(slot_.directory);
+    if (std::int64_t size = 0; file_->GetSize(&size) == 0 && size > slot_.fileEnd)
+        file_->Truncate(slot_.fileEnd);
+    if (isWorthWhile(unused))
+        space_.VisitFree([this](std::int64_t offset, std::int64_t size) {
+            if (const std::int64_t from = SpaceMap::RoundUp(offset, StorageLayout::Page);
+                offset + size - from >= StorageLayout::Page)
+                file_->Discard(from, (offset + size - from) / StorageLayout::Page * StorageLayout::Page);
+        });
 }
 
 bool BlockFile::SetSubType(int subType)
@@ -213,7 +271,7 @@ bool BlockFile::Read(std::int64_t offset, std::int64_t count, void* buffer)
     std::int64_t got = 0;
     if (const int error = file_->Read(offset, count, buffer, &got); error != 0)
         return ReportSystem(VDArchiveError::FileRead, error);
-    return got == count || ReportDamaged("it is shorter than it was");
+    return (isHeld_ || ConfirmVersion()) && (got == count || ReportDamaged("it is shorter than it was"));
 }
 
 bool BlockFile::Write(std::int64_t offset, std::int64_t count, const void* buffer)
@@ -297,8 +355,8 @@ bool BlockFile::Publish(const CommitSlot& slot)
 bool BlockFile::PublishFirst(const CommitSlot& slot)
 {
     // 1. Header, slot and all that it refers to are made safe in the file that nobody knows yet. A crash before step 2
-    // leaves
-    //    what stood under the name, and a hidden file that the next writer of that name takes over.
+    //    leaves what stood under the name. Nothing is left of the file itself; where the system has no files without a name,
+    //    a hidden one that nobody will ever look at.
     std::string start(StorageLayout::Body, '\0');
     VDHeader(StorageLayout::FileType, subType_, VDHeader::Size).GetHeader(start.data());
     const std::string page = SlotPage(slot);
@@ -308,14 +366,49 @@ bool BlockFile::PublishFirst(const CommitSlot& slot)
         error = file_->Sync();
     // 2. The file takes its name. A crash in here leaves the old file or the new one, both whole.
     if (error == 0)
-        error = os_.Rename(temporaryName_, filename_);
+        error = GiveName();
     if (error != 0)
         return ReportSystem(VDArchiveError::FileWrite, error);
-    temporaryName_.Empty();
     replaced_.reset();
     // 3. The name is made safe.
-    error = os_.SyncDirectory(filename_);
+    error = file_->SyncName();
     return error == 0 || ReportSystem(VDArchiveError::FileWrite, error);
+}
+
+/// Takes the place of the file whose writer's lock this one has, and of no other. What was written under a name that is
+/// somebody else's by now goes beside it.
+int BlockFile::GiveName()
+{
+    int error = file_->GiveName(place_, replaced_ != nullptr && replaced_->IsAt(place_));
+    const fs::path place(place_.c_str());
+    const std::string stem = place.stem().string().substr(0, LongestSpareStem);
+    const std::string extension = place.extension().string().substr(0, 255 - LongestSpareStem - 6);
+    for (int number = 2; error == EEXIST && number <= MostSpareNames; ++number) {
+        sparePlace_ = (place.parent_path() / (stem + " (" + std::to_string(number) + ")" + extension)).string();
+        error = file_->GiveName(sparePlace_, false);
+    }
+    return error;
+}
+
+bool BlockFile::CheckPlace() const
+{
+    if (file_ == nullptr || !writable_ || slot_.generation == 0 || file_->IsAt(place_))
+        return true;
+    if (sparePlace_.IsEmpty())
+        return Report(VDArchiveError::FileMoved, "it was moved, replaced or removed, and what was written went with it");
+    return Report(VDArchiveError::FileMoved, "another file came up there, and what was written is in " + sparePlace_);
+}
+
+bool BlockFile::ReportOpen(int error) const
+{
+    switch (error) {
+    case EWOULDBLOCK:
+        return Report(VDArchiveError::FileInUse, "another writer has it open");
+    case EBUSY:
+        return Report(VDArchiveError::FileInUse, "it is replaced again and again");
+    default:
+        return ReportSystem(VDArchiveError::FileOpen, error);
+    }
 }
 
 bool BlockFile::Report(int code, const VDString& reason) const

@@ -18,8 +18,12 @@ class BlockFile
 public:
     /// @return null if it can't be had
     static std::shared_ptr<BlockFile> Open(VDStorageOs& os, const char* filename, bool writable);
-    /// A new file. It grows under another name and takes its own, and the place of a file there, with the first commit.
+    /// A new file. It grows without a name and takes its own, and the place of a file there, with the first commit.
     static std::shared_ptr<BlockFile> Create(VDStorageOs& os, const char* filename);
+    /// Takes the right to write a file that may hold anything.
+    /// @param file  null if there is no such file
+    /// @return false if it can't be had
+    static bool Hold(VDStorageOs& os, const char* filename, std::unique_ptr<VDStorageFile>* file);
     /// What isn't committed is lost.
     ~BlockFile();
 
@@ -41,6 +45,8 @@ public:
     SpaceMap& Space() { return space_; }
     /// A buffer for whoever needs one for the length of a call: one for all streams, of which there may be thousands.
     std::vector<unsigned char>& Scratch() { return scratch_; }
+    /// What the last commit wrote beside the records; the next one will want as much.
+    std::int64_t& UsualBatch() { return usualBatch_; }
 
     bool Read(std::int64_t offset, std::int64_t count, void* buffer);
     bool Write(std::int64_t offset, std::int64_t count, const void* buffer);
@@ -51,6 +57,8 @@ public:
 
     /// Publishes a version: all that was written so far, as the directory describes it.
     bool Commit(const BlobRef& directory);
+    /// Whether what was committed is where whoever looks for the file finds it.
+    bool CheckPlace() const;
     /// Lets space that was freed later be used again if nobody reads an older version.
     void ReuseSpace();
     /// From now on nothing can be written or committed: what is in the file is no longer what was asked for, or a version
@@ -66,19 +74,27 @@ private:
 
     bool OpenExisting();
     bool MakeNew();
-    bool LockForWriting(VDStorageFile& file, bool* current, const VDString& filename);
+    int OpenLocked(std::unique_ptr<VDStorageFile>* file);
+    int LockAsReader();
     bool ReadStart();
+    int ReadSlots(std::string* start, std::int64_t* count);
+    bool ConfirmVersion();
+    void GiveBackRoom();
     bool Publish(const CommitSlot& slot);
     bool PublishFirst(const CommitSlot& slot);
+    int GiveName();
     bool Report(int code, const VDString& reason) const;
     bool ReportSystem(int code, int error) const;
+    bool ReportOpen(int error) const;
     bool ReportBroken() const;
 
     VDStorageOs& os_;
     VDString filename_;
-    VDString temporaryName_;  // of a file before its first commit
+    VDString place_;       // where a file that is written is, or will be
+    VDString sparePlace_;  // where it is if another file came up there
     bool writable_;
     bool broken_ = false;
+    bool isHeld_ = true;  // no writer uses space again that a reader's version refers to
     bool needsSwap_ = false;
     int opSys_;
     int subType_ = 0;
@@ -86,5 +102,6 @@ private:
     std::unique_ptr<VDStorageFile> replaced_;  // the file whose place a new one will take, locked
     CommitSlot slot_;
     SpaceMap space_{StorageLayout::Body};
+    std::int64_t usualBatch_ = 0;
     std::vector<unsigned char> scratch_;
 };

@@ -29,14 +29,22 @@ bool MetaBatch::Add(std::string_view bytes, const char* what, BlobRef* ref)
         if (!Flush())
             return false;
         // A file with few channels needs little room, and one with many gets few calls.
-        runSize_ = std::max(room, blobs_.empty() ? SmallRun : LargeRun);
-        runOffset_ = file_.Space().Allocate(runSize_, SpaceMap::Unit);
+        const std::int64_t likely = std::max(file_.UsualBatch() - size_, size_);
+        const std::int64_t wanted = std::max(room, std::clamp(likely, SmallRun, LargeRun));
+        runOffset_ = file_.Space().AllocateUpTo(room, SpaceMap::Unit, wanted, SpaceMap::Unit, &runSize_);
     }
+    size_ += room;
     *ref = {runOffset_ + static_cast<std::int64_t>(run_.size()), size, VFChecksum(bytes.data(), size)};
     blobs_.push_back(*ref);
     run_ += bytes;
     run_.resize(static_cast<std::size_t>(SpaceMap::RoundUp(static_cast<std::int64_t>(run_.size()))));
     return true;
+}
+
+void MetaBatch::Keep()
+{
+    blobs_.clear();
+    file_.UsualBatch() = size_;
 }
 
 bool MetaBatch::Flush()

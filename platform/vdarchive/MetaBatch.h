@@ -19,12 +19,13 @@ public:
     /// Writes what is still held back.
     bool Flush();
     /// The commit has come through.
-    void Keep() { blobs_.clear(); }
+    void Keep();
 
 private:
     BlockFile& file_;
     std::string run_;
     std::int64_t runOffset_ = 0;
     std::int64_t runSize_ = 0;  // room that is set aside for the run
+    std::int64_t size_ = 0;     // of all blobs
     std::vector<BlobRef> blobs_;
 };

@@ -1,152 +1,15 @@
-#include "vdarchive/VDStorageOs.h"
+#include "PosixStorageFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <filesystem>
 
 namespace {
 
-// Far behind any data, so that locks never meet a file's content.
-constexpr off_t WriterByte = off_t(1) << 62;
-constexpr off_t ReaderByte = WriterByte + 1;
+namespace fs = std::filesystem;
 
-/// An open descriptor, closed with the object.
-class Descriptor
-{
-public:
-    Descriptor(const char* filename, int flags)
-    {
-        do
-            value_ = open(filename, flags | O_CLOEXEC, 0666);
-        while (value_ < 0 && errno == EINTR);
-    }
-    Descriptor(Descriptor&& other) noexcept : value_(other.value_) { other.value_ = -1; }
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor()
-    {
-        if (value_ >= 0)
-            close(value_);
-    }
-    int Get() const { return value_; }
-
-private:
-    int value_;
-};
-
-/// Calls again while a signal interrupts; gives 0 or `errno`.
-template <class Call>
-int Retry(Call call)
-{
-    while (call() != 0)
-        if (errno != EINTR)
-            return errno;
-    return 0;
-}
-
-class PosixStorageFile final : public VDStorageFile
-{
-public:
-    explicit PosixStorageFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
-
-    int Read(std::int64_t offset, std::int64_t count, void* buffer, std::int64_t* numRead) override
-    {
-        std::int64_t total = 0;
-        while (total < count) {
-            const ssize_t got =
-                pread(descriptor_.Get(), static_cast<char*>(buffer) + total, Part(count - total), offset + total);
-            if (got < 0 && errno == EINTR)
-                continue;
-            if (got < 0)
-                return errno;
-            if (got == 0)
-                break;
-            total += got;
-        }
-        *numRead = total;
-        return 0;
-    }
-
-    int Write(std::int64_t offset, std::int64_t count, const void* buffer) override
-    {
-        std::int64_t total = 0;
-        while (total < count) {
-            const ssize_t put =
-                pwrite(descriptor_.Get(), static_cast<const char*>(buffer) + total, Part(count - total), offset + total);
-            if (put < 0 && errno == EINTR)
-                continue;
-            if (put <= 0)
-                return put < 0 ? errno : ENOSPC;
-            total += put;
-        }
-        return 0;
-    }
-
-    int GetSize(std::int64_t* size) override
-    {
-        struct stat status = {};
-        if (fstat(descriptor_.Get(), &status) != 0)
-            return errno;
-        *size = status.st_size;
-        return 0;
-    }
-
-    int Truncate(std::int64_t size) override
-    {
-        return Retry([&] { return ftruncate(descriptor_.Get(), size); });
-    }
-
-    int Sync() override
-    {
-        return Retry([&] { return fdatasync(descriptor_.Get()); });
-    }
-
-    int Lock(VTStorageLock lock) override
-    {
-        struct flock range = RangeOf(lock);
-        range.l_type = lock == VTStorageLock::Reader ? F_RDLCK : F_WRLCK;
-        const int command = lock == VTStorageLock::Reader ? F_OFD_SETLKW : F_OFD_SETLK;
-        const int error = Retry([&] { return fcntl(descriptor_.Get(), command, &range); });
-        return error == EACCES || error == EAGAIN ? EWOULDBLOCK : error;
-    }
-
-    void Unlock(VTStorageLock lock) override
-    {
-        struct flock range = RangeOf(lock);
-        range.l_type = F_UNLCK;
-        fcntl(descriptor_.Get(), F_OFD_SETLK, &range);
-    }
-
-    bool IsAt(const char* filename) override
-    {
-        struct stat own = {};
-        struct stat named = {};
-        return fstat(descriptor_.Get(), &own) == 0 && stat(filename, &named) == 0 && own.st_dev == named.st_dev &&
-               own.st_ino == named.st_ino;
-    }
-
-private:
-    /// No more than the system moves at a time.
-    static std::size_t Part(std::int64_t count)
-    {
-        return static_cast<std::size_t>(std::min<std::int64_t>(count, 0x7ffff000));
-    }
-
-    static struct flock RangeOf(VTStorageLock lock)
-    {
-        struct flock range = {};
-        range.l_whence = SEEK_SET;
-        range.l_start = lock == VTStorageLock::Writer ? WriterByte : ReaderByte;
-        range.l_len = 1;
-        return range;
-    }
-
-    Descriptor descriptor_;
-};
+// As many as the system follows itself.
+constexpr int MostLinks = 40;
 
 class PosixStorageOs final : public VDStorageOs
 {
@@ -154,10 +17,9 @@ public:
     int Open(const char* filename, VTStorageOpen mode, std::unique_ptr<VDStorageFile>* file) override
     {
         // A pipe that nobody writes to would otherwise hold the process up.
-        const int flags =
-            mode == VTStorageOpen::Read ? O_RDONLY | O_NONBLOCK : O_RDWR | (mode == VTStorageOpen::Create ? O_CREAT : 0);
-        Descriptor descriptor(filename, flags);
-        if (descriptor.Get() < 0)
+        const int flags = (mode == VTStorageOpen::Read ? O_RDONLY : O_RDWR) | O_NONBLOCK;
+        Descriptor descriptor = Descriptor::Open(AT_FDCWD, filename, flags);
+        if (!descriptor.IsOpen())
             return errno;
         struct stat status = {};
         if (fstat(descriptor.Get(), &status) != 0)
@@ -168,17 +30,51 @@ public:
         return 0;
     }
 
-    int Rename(const char* from, const char* to) override { return rename(from, to) == 0 ? 0 : errno; }
-
-    int Remove(const char* filename) override { return unlink(filename) == 0 ? 0 : errno; }
-
-    int SyncDirectory(const char* filename) override
+    int Resolve(const char* filename, VDString* place) override
     {
-        std::string folder = std::filesystem::path(filename).parent_path().string();
-        const Descriptor descriptor(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY);
-        if (descriptor.Get() < 0)
+        // The system may refuse to follow a link that somebody else put there.
+        struct stat status = {};
+        if (stat(filename, &status) != 0 && errno != ENOENT)
             return errno;
-        return Retry([&] { return fsync(descriptor.Get()); });
+        std::error_code error;
+        fs::path path = fs::absolute(filename, error);
+        for (int links = 0; !error && fs::is_symlink(path, error); ++links) {
+            if (links == MostLinks)
+                return ELOOP;
+            path = path.parent_path() / fs::read_symlink(path, error);
+        }
+        if (error && error.value() != ENOENT)
+            return error.value();
+        const fs::path name = path.filename();
+        if (name.empty() || name == "." || name == "..")
+            return EISDIR;
+        const fs::path folder = fs::canonical(path.parent_path(), error);
+        if (error)
+            return error.value();
+        *place = (folder / name).string();
+        return 0;
+    }
+
+    int Make(const char* place, const VDStorageFile* replaced, std::unique_ptr<VDStorageFile>* file) override
+    {
+        const fs::path path = fs::path(place).parent_path();
+        Descriptor folder = Descriptor::Open(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY);
+        if (!folder.IsOpen())
+            return errno;
+        const mode_t mode = replaced == nullptr ? 0666 : 0600;
+        std::string hiddenName;
+        Descriptor descriptor = Descriptor::Open(folder.Get(), ".", O_TMPFILE | O_RDWR, mode);
+        if (!descriptor.IsOpen() || access(PosixStorageFile::OpenName(descriptor.Get()).c_str(), F_OK) != 0) {
+            hiddenName = PosixStorageFile::HiddenName();
+            descriptor = Descriptor::Open(folder.Get(), hiddenName.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+        }
+        if (!descriptor.IsOpen())
+            return errno;
+        auto made = std::make_unique<PosixStorageFile>(std::move(descriptor), std::move(folder), std::move(hiddenName));
+        if (replaced != nullptr)
+            made->TakeRightsOf(static_cast<const PosixStorageFile&>(*replaced));
+        *file = std::move(made);
+        return 0;
     }
 };
 

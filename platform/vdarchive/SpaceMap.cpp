@@ -1,5 +1,6 @@
 #include "SpaceMap.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace {
@@ -51,6 +52,20 @@ std::int64_t SpaceMap::Allocate(std::int64_t size, std::int64_t alignment)
     if (to > offset + size)
         Insert(offset + size, to - offset - size);
     return offset;
+}
+
+std::int64_t SpaceMap::AllocateUpTo(std::int64_t least, std::int64_t leastAlignment, std::int64_t wanted,
+                                    std::int64_t alignment, std::int64_t* size)
+{
+    *size = wanted;
+    if (wanted <= least || sizes_.empty() || FindFree(wanted, alignment) != free_.end())
+        return Allocate(wanted, alignment);
+    const auto [length, offset] = *sizes_.rbegin();
+    const std::int64_t inside = length - (RoundUp(offset, leastAlignment) - offset);
+    if (inside < least)
+        return Allocate(wanted, alignment);
+    *size = std::min(inside / least * least, wanted);
+    return Allocate(*size, leastAlignment);
 }
 
 void SpaceMap::Free(std::int64_t offset, std::int64_t size)

@@ -22,6 +22,11 @@ public:
     /// Takes a part, from where something was freed if it fits there, else from the end.
     /// @param alignment  a multiple of `Unit`
     std::int64_t Allocate(std::int64_t size, std::int64_t alignment);
+    /// Takes a part of the wanted size. Where nothing freed is that large, but something at least as large as the least one,
+    /// it takes as many of these as fit there, so that room is used before the file grows.
+    /// @param size  gets what was taken
+    std::int64_t AllocateUpTo(std::int64_t least, std::int64_t leastAlignment, std::int64_t wanted, std::int64_t alignment,
+                              std::int64_t* size);
     /// Gives a part back at once: no commit ever referred to it.
     void Free(std::int64_t offset, std::int64_t size);
     /// Gives a part back that the last commit doesn't refer to, but perhaps an older one that somebody reads.
@@ -35,6 +40,13 @@ public:
     bool Use(std::int64_t offset, std::int64_t size);
     /// Turns all that is free into freed later.
     void FreeAllLater();
+    /// Calls with place and size of each free part, which lie before the end.
+    template <class Call>
+    void VisitFree(Call call) const
+    {
+        for (const auto& [offset, size] : free_)
+            call(offset, size);
+    }
 
 private:
     using Extents = std::map<std::int64_t, std::int64_t>;

@@ -1,6 +1,7 @@
 #include "StreamWriter.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace {
 
@@ -8,14 +9,18 @@ namespace {
 // system caches what is written in large pieces.
 constexpr std::int64_t Page = 4096;
 constexpr std::int64_t LargePage = 64 * 1024;
-// A stream with less than this in it takes no whole record: a file may have thousands of them.
-constexpr std::int64_t ShortHead = 4096;
 // The longest run that is set aside; long enough that a disk's seek between two doesn't count.
 constexpr std::int64_t LongestRun = 4 * 1024 * 1024;
-// What is set aside beyond need is at most this part of the stream.
+// What is set aside beyond need is at most this part of what was placed since the last commit.
 constexpr std::int64_t RunPart = 4;
 // Checksums are worked out piece by piece while the data are still in the processor's cache.
 constexpr std::int64_t PieceSize = 512 * 1024;
+
+/// The next one, or the number itself.
+std::int64_t PowerOfTwo(std::int64_t number)
+{
+    return static_cast<std::int64_t>(std::bit_ceil(static_cast<std::uint64_t>(number)));
+}
 
 }  // namespace
 
@@ -30,9 +35,10 @@ StreamWriter::Room StreamWriter::TakeRoom(std::int64_t records)
         // Neither what is rewritten again and again nor gaps make a stream grow.
         const std::int64_t grown = std::min(placed_ * recordSize_, length_);
         const std::int64_t ahead = std::min(grown / RunPart, LongestRun) / LargePage * LargePage;
-        const std::int64_t size = std::max(records * recordSize_, ahead / recordSize_ * recordSize_);
+        const std::int64_t wanted = std::max(records * recordSize_, ahead / recordSize_ * recordSize_);
+        std::int64_t size = 0;
+        room_.offset = file_.Space().AllocateUpTo(recordSize_, Page, wanted, wanted < LargePage ? Page : LargePage, &size);
         room_.records = size / recordSize_;
-        room_.offset = file_.Space().Allocate(size, size < LargePage ? recordSize_ : LargePage);
     }
     const Room taken = {room_.offset, std::min(records, room_.records)};
     room_.offset += taken.records * recordSize_;
@@ -47,6 +53,13 @@ void StreamWriter::ReleaseRoom()
     room_ = {};
 }
 
+/// What is behind the bytes that commits refer to is free at once.
+void StreamWriter::FreeTailRest(std::int64_t offset)
+{
+    const std::int64_t used = SpaceMap::RoundUp(tail_.used);
+    file_.Space().Free(offset + used, tail_.room - used);
+}
+
 void StreamWriter::GiveBack(const RecordIndex::Pieces& pieces)
 {
     for (const auto& [record, run] : pieces) {
@@ -54,6 +67,12 @@ void StreamWriter::GiveBack(const RecordIndex::Pieces& pieces)
             BlobRef part;
             part.offset = run.offset;
             part.size = index_.GetBytes(record, run.count, committedLength_);
+            if (const std::int64_t before = tail_.record - record; before >= 0 && before < run.count) {
+                // An earlier commit may refer to more of the last record than the last one.
+                part.size = before * recordSize_ + SpaceMap::RoundUp(tail_.used);
+                FreeTailRest(run.offset + before * recordSize_);
+                tail_ = {};
+            }
             superseded_.push_back(part);
         } else if (record == 0 && shortHead_ > 0) {
             file_.Space().Free(run.offset, shortHead_);
@@ -62,6 +81,12 @@ void StreamWriter::GiveBack(const RecordIndex::Pieces& pieces)
             file_.Space().Free(run.offset, run.count * recordSize_);
         }
     }
+}
+
+/// Whether a part of a record lies in its room behind all that commits refer to.
+bool StreamWriter::IsGrowing(std::int64_t record, std::int64_t from, std::int64_t to) const
+{
+    return record == tail_.record && from >= tail_.used && to <= tail_.room;
 }
 
 bool StreamWriter::PlaceRecords(std::int64_t record, const Room& room)
@@ -85,9 +110,13 @@ bool StreamWriter::PreparePartial(std::int64_t record, std::int64_t position, st
     const bool isShort = record == 0 && shortHead_ > 0;
     if (run.isPresent && run.isFresh && (!isShort || to <= shortHead_))
         return true;
+    if (run.isPresent && IsGrowing(record, from, to))
+        return true;
 
-    const bool isHead = record == 0 && end <= ShortHead && used <= ShortHead && length_ <= recordSize_;
-    const std::int64_t size = isHead ? ShortHead : recordSize_;
+    // A stream with little in it takes no whole record: a file may have thousands of them.
+    const std::int64_t headSize = PowerOfTwo(std::max({end, used, Page}));
+    const bool isHead = record == 0 && headSize < recordSize_ && length_ <= recordSize_;
+    const std::int64_t size = isHead ? headSize : recordSize_;
     const Room room = isHead ? Room{file_.Space().Allocate(size, Page), 1} : TakeRoom(1);
     if (from > 0 || to < used) {
         auto& scratch = file_.Scratch();
@@ -287,18 +316,20 @@ bool StreamWriter::SumOf(std::int64_t record, std::int64_t offset, std::uint64_t
 void StreamWriter::Settle()
 {
     RecordIndex::Run run;
-    const std::int64_t tail = length_ / recordSize_;
-    if (length_ % recordSize_ != 0 && index_.Find(tail, &run) && run.isPresent && run.isFresh) {
-        // A record that a commit refers to never grows where it is, so that the rest of its room is free for others.
-        const std::int64_t room = tail == 0 && shortHead_ > 0 ? shortHead_ : recordSize_;
-        const std::int64_t used = SpaceMap::RoundUp(length_ % recordSize_);
-        file_.Space().Free(run.offset + used, room - used);
-    }
+    const std::int64_t record = length_ / recordSize_;
+    const std::int64_t used = length_ % recordSize_;
+    if (used != 0 && index_.Find(record, &run) && run.isPresent && run.isFresh)
+        tail_ = {record, used, record == 0 && shortHead_ > 0 ? shortHead_ : recordSize_};
+    else if (tail_.record == record)
+        tail_.used = std::max(tail_.used, used);
+    else
+        tail_ = {};
     for (const BlobRef& part : superseded_)
         file_.Space().FreeLater(part.offset, part.size);
     superseded_.clear();
     index_.Settle(length_);
     committedLength_ = length_;
+    placed_ = 0;
     shortHead_ = 0;
     isChanged_ = false;
 }
@@ -309,6 +340,9 @@ void StreamWriter::Drop()
     index_.Visit(RecordIndex::Depth::Loaded, [this](std::int64_t record, const RecordIndex::Run& run, const std::uint64_t*) {
         if (run.isFresh)
             file_.Space().Free(run.offset, record == 0 && shortHead_ > 0 ? shortHead_ : run.count * recordSize_);
+        else if (tail_.record >= record && tail_.record < record + run.count)
+            FreeTailRest(run.offset + (tail_.record - record) * recordSize_);
         return true;
     });
+    tail_ = {};
 }

@@ -7,7 +7,9 @@
 #include <vector>
 
 /// The writing side of one stream. Records that the last commit refers to are placed anew before they change; new ones come
-/// from runs set aside for this stream, so that streams written in turn still lie in long pieces.
+/// from runs set aside for this stream, so that streams written in turn still lie in long pieces. The last record goes on
+/// where it is, behind the bytes that commits refer to, so that a stream that is flushed often isn't copied with every
+/// flush.
 class StreamWriter
 {
 public:
@@ -40,12 +42,21 @@ private:
         std::int64_t offset = 0;
         std::int64_t records = 0;
     };
+    /// A last record that this object placed and a commit refers to: how much of it any commit does, and the room it has.
+    struct Tail
+    {
+        std::int64_t record = -1;
+        std::int64_t used = 0;  // in bytes, as the next
+        std::int64_t room = 0;
+    };
 
     /// Bytes of a record that have a meaning, if the stream has this length.
     std::int64_t GetUsed(std::int64_t record, std::int64_t length) const;
     bool Prepare(std::int64_t position, std::int64_t end);
     bool PreparePartial(std::int64_t record, std::int64_t position, std::int64_t end);
     bool PrepareWhole(std::int64_t first, std::int64_t last);
+    bool IsGrowing(std::int64_t record, std::int64_t from, std::int64_t to) const;
+    void FreeTailRest(std::int64_t offset);
     bool WriteRun(std::int64_t position, std::int64_t count, const unsigned char* buffer, std::int64_t offset);
     bool PutSums(std::int64_t position, std::int64_t count, const unsigned char* buffer);
     bool AddToTailSum(std::int64_t record, std::int64_t inRecord, std::int64_t count, const unsigned char* buffer);
@@ -62,8 +73,9 @@ private:
     std::int64_t committedLength_;
     bool isChanged_ = false;
     Room room_;                   // set aside and not placed yet
-    std::int64_t placed_ = 0;     // records placed so far; decides how much to set aside
-    std::int64_t shortHead_ = 0;  // room of record 0 while it is alone and small; else 0
+    std::int64_t placed_ = 0;     // records placed since the last commit; decides how much to set aside
+    std::int64_t shortHead_ = 0;  // room of record 0 while it is fresh, alone and small; else 0
+    Tail tail_;
     std::vector<BlobRef> superseded_;
     std::unique_ptr<VDChecksum> tailSum_;  // of a record that is written in several goes
     std::int64_t tailRecord_ = -1;

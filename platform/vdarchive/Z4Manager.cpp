@@ -1,5 +1,6 @@
 #include "vdarchive/Z4Manager.h"
 
+#include "BlockFile.h"
 #include "StorageCheck.h"
 #include "vdarchive/VDStorageOs.h"
 
@@ -30,6 +31,12 @@ bool Z4Manager::CloseFile(Z4File* file, bool save)
 {
     const std::unique_ptr<Z4File> ended(file);
     return ended != nullptr && ended->Close(save);
+}
+
+std::unique_ptr<Z4FileHold> Z4Manager::HoldFile(const char* filename)
+{
+    std::unique_ptr<VDStorageFile> file;
+    return BlockFile::Hold(os_, filename, &file) ? std::make_unique<Z4FileHold>(std::move(file)) : nullptr;
 }
 
 bool Z4Manager::CheckFile(const char* filename, VDStringArray* findings)

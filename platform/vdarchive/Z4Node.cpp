@@ -196,7 +196,7 @@ void Z4Node::Settle()
 
 bool Z4Node::Commit()
 {
-    return !IsChanged() || storage_.Commit(this);
+    return IsChanged() ? storage_.Commit(this) : file_->CheckPlace();
 }
 
 void Z4Node::Drop()

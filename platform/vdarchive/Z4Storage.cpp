@@ -156,5 +156,5 @@ bool Z4Storage::Commit(Z4Node* node)
     if (last.size > 0)
         file_->Space().FreeLater(last.offset, last.size);
     file_->ReuseSpace();
-    return true;
+    return file_->CheckPlace();
 }

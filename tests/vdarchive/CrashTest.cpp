@@ -5,6 +5,7 @@
 #include "vdarchive/Z4Size.h"
 
 #include <cerrno>
+#include <random>
 
 // What a storage file is worth after its writer was stopped anywhere: exactly the last commit.
 
@@ -21,51 +22,100 @@ std::string Bytes(std::size_t count, unsigned seed)
     return bytes;
 }
 
-/// What a version holds: the node's content and its two streams.
+constexpr int Streams = 3;
+
+/// What a version holds: two objects, the first with two streams.
 struct Model
 {
-    std::string content;
-    std::string streams[2];
+    std::string content[2];
+    std::string streams[Streams];
     bool operator==(const Model&) const = default;
 };
+
+/// The object that a stream belongs to.
+constexpr int NodeOf(int stream)
+{
+    return stream / 2;
+}
+
+std::string NodeName(int node)
+{
+    return node == 0 ? "Node" : "Other";
+}
+
+bool ReadModel(Z4File& file, Model* model)
+{
+    bool good = true;
+    for (int i = 0; good && i < Streams; ++i) {
+        Z4Node* const node = file.GetRoot()->GetNode(NodeName(NodeOf(i)).c_str());
+        Z4Stream* const stream = node == nullptr ? nullptr : node->GetStream(i % 2);
+        model->streams[i].clear();
+        if (stream == nullptr)
+            return i == 2 && file.GetRoot()->GetNodeCount() == 1;  // not committed yet
+        model->streams[i].resize(static_cast<std::size_t>(stream->GetLength()));
+        model->content[NodeOf(i)] = node->GetContent();
+        good = stream->Read(0, stream->GetLength(), model->streams[i].data());
+    }
+    return good;
+}
+
+bool ReadModel(FaultStorageOs& os, Model* model)
+{
+    Z4Manager manager(os);
+    Z4File* const file = manager.OpenFile(Name, false);
+    const bool good = file != nullptr && ReadModel(*file, model);
+    return manager.CloseFile(file, false) && good;
+}
 
 /// Works on a file and remembers what it committed.
 class Writer
 {
 public:
     explicit Writer(FaultStorageOs& os) : manager_(os) {}
-    ~Writer() { Close(false); }
+    ~Writer()
+    {
+        Unwatch();
+        Close(false);
+    }
 
     bool Start(bool create)
     {
         file_ = create ? manager_.CreateFile(Name, nullptr) : manager_.OpenFile(Name, true);
-        node_ = file_ == nullptr ? nullptr : file_->GetRoot()->AdoptNode("Node", 1, nullptr);
-        while (node_ != nullptr && node_->GetStreamCount() < 2)
-            node_->AddStream(Z4Size::Record32K);
-        return node_ != nullptr;
+        for (int i = 0; file_ != nullptr && i < 2; ++i) {
+            nodes_[i] = file_->GetRoot()->AdoptNode(NodeName(i).c_str(), 1, nullptr);
+            while (nodes_[i] != nullptr && nodes_[i]->GetStreamCount() < 2 - i)
+                nodes_[i]->AddStream(Z4Size::Record32K);
+        }
+        return nodes_[0] != nullptr && nodes_[1] != nullptr;
     }
+    Z4Stream* Stream(int stream) const { return nodes_[NodeOf(stream)]->GetStream(stream % 2); }
     bool Write(int stream, std::size_t at, std::size_t count)
     {
         const std::string bytes = Bytes(count, ++seed_);
         std::string& text = now_.streams[stream];
         text.resize(std::max(text.size(), at + count));
         text.replace(at, count, bytes);
-        return node_->GetStream(stream)->Write(static_cast<std::int64_t>(at), static_cast<std::int64_t>(count),
-                                               bytes.data());
+        return Stream(stream)->Write(static_cast<std::int64_t>(at), static_cast<std::int64_t>(count), bytes.data());
     }
+    bool Append(int stream, std::size_t count) { return Write(stream, now_.streams[stream].size(), count); }
     bool Resize(int stream, std::size_t size)
     {
         now_.streams[stream].resize(size);
-        return node_->GetStream(stream)->SetLength(static_cast<std::int64_t>(size));
+        return Stream(stream)->SetLength(static_cast<std::int64_t>(size));
     }
-    bool Commit()
+    /// Commits one object; what was done to the other one isn't part of the version.
+    bool Commit(int node = 0)
     {
-        now_.content = Bytes(300, ++seed_);
-        node_->SetContent(now_.content);
-        attempted_ = now_;
-        if (!node_->Commit())
+        now_.content[node] = Bytes(300, ++seed_);
+        nodes_[node]->SetContent(now_.content[node]);
+        attempted_ = committed_;
+        attempted_.content[node] = now_.content[node];
+        for (int i = 0; i < Streams; ++i)
+            if (NodeOf(i) == node)
+                attempted_.streams[i] = now_.streams[i];
+        if (!nodes_[node]->Commit())
             return false;
-        committed_ = now_;
+        committed_ = attempted_;
         hasCommit_ = true;
         return true;
     }
@@ -73,25 +123,43 @@ public:
     void WriteOn()
     {
         const std::string bytes(200'000, 'w');
-        for (int i = 0; node_ != nullptr && i < node_->GetStreamCount(); ++i)
-            node_->GetStream(i)->Write(0, 200'000, bytes.data());
+        for (int i = 0; nodes_[1] != nullptr && i < Streams; ++i)
+            if (Z4Stream* const stream = Stream(i))
+                stream->Write(0, 200'000, bytes.data());
     }
     bool Close(bool save)
     {
-        node_ = nullptr;
+        nodes_[0] = nodes_[1] = nullptr;
         const bool good = file_ == nullptr || manager_.CloseFile(file_, save);
         file_ = nullptr;
+        return good;
+    }
+    /// Lets somebody read the last version until `Unwatch`.
+    bool Watch()
+    {
+        watched_ = committed_;
+        watcher_ = manager_.OpenFile(Name, false);
+        return watcher_ != nullptr;
+    }
+    bool Unwatch()
+    {
+        Model seen;
+        EXPECT_TRUE(watcher_ == nullptr || (ReadModel(*watcher_, &seen) && seen == watched_)) << "a reader's own version";
+        const bool good = watcher_ == nullptr || manager_.CloseFile(watcher_, false);
+        watcher_ = nullptr;
         return good;
     }
 
     /// All that the tests do to a file; false at the first failure.
     bool Run()
     {
-        return Start(true) && Write(0, 0, 100) && Write(1, 0, 70'000) && Commit() && Write(0, 100, 9'000) &&
-               Write(1, 20'000, 50'000) && Commit() && Resize(1, 40'000) && Write(1, 150'000, 10) &&
-               Write(0, 9'100, 100'000) && Commit() && Write(0, 32'768, 65'536) && Write(1, 3, 5) && Resize(0, 90'000) &&
-               Commit() && Close(true) && Start(false) && Write(0, 90'000, 40'000) && Resize(1, 0) && Write(1, 0, 33'000) &&
-               Commit() && Close(true);
+        return Start(true) && Append(0, 100) && Append(1, 70'000) && Commit() && Watch() && Append(0, 9'000) &&
+               Write(1, 20'000, 50'000) && Append(2, 500) && Commit() && Append(0, 700) && Append(2, 40'000) && Commit(1) &&
+               Append(0, 90) && Resize(1, 40'000) && Commit() && Unwatch() && Write(1, 150'000, 10) && Append(0, 100'000) &&
+               Commit() && Append(2, 30) && Commit(1) && Watch() && Write(0, 32'768, 65'536) && Resize(2, 40'010) &&
+               Write(1, 3, 5) && Resize(0, 90'000) && Append(2, 90) && Commit(1) && Commit() && Append(2, 60) && Commit(1) &&
+               Unwatch() && Close(true) && Start(false) && Append(0, 40'000) && Resize(1, 0) && Write(1, 0, 33'000) &&
+               Append(2, 7) && Commit() && Commit(1) && Append(1, 7) && Commit() && Close(true);
     }
 
     const Model& Committed() const { return committed_; }
@@ -101,31 +169,15 @@ public:
 private:
     Z4Manager manager_;
     Z4File* file_ = nullptr;
-    Z4Node* node_ = nullptr;
+    Z4Node* nodes_[2] = {};
+    Z4File* watcher_ = nullptr;
     unsigned seed_ = 0;
     Model now_;
     Model attempted_;
     Model committed_;
+    Model watched_;
     bool hasCommit_ = false;
 };
-
-bool ReadModel(FaultStorageOs& os, Model* model)
-{
-    Z4Manager manager(os);
-    Z4File* const file = manager.OpenFile(Name, false);
-    if (file == nullptr)
-        return false;
-    Z4Node* const node = file->GetRoot()->GetNode("Node");
-    bool good = node != nullptr && node->GetStreamCount() == 2;
-    for (int i = 0; good && i < 2; ++i) {
-        Z4Stream& stream = *node->GetStream(i);
-        model->streams[i].resize(static_cast<std::size_t>(stream.GetLength()));
-        good = stream.Read(0, stream.GetLength(), model->streams[i].data());
-    }
-    if (good)
-        model->content = node->GetContent();
-    return manager.CloseFile(file, false) && good;
-}
 
 /// Stops a writer at an operation, and looks at what the disk has then.
 void CrashAt(int operation, FaultStorageOs::After after, unsigned seed)
@@ -135,6 +187,7 @@ void CrashAt(int operation, FaultStorageOs::After after, unsigned seed)
     Writer writer(os);
     os.FailAt(operation, EIO, true);
     ASSERT_FALSE(writer.Run());
+    writer.Unwatch();
     os.LosePower(after, seed);
 
     Model found;
@@ -195,7 +248,7 @@ TEST(Crash, AFailedOperationIsReportedAndTheFileStaysWhole)
         Writer writer(os);
         os.FailAt(operation, ENOSPC, false);
         if (writer.Run())
-            continue;  // cutting the file at its end or removing what is left may fail
+            continue;  // cutting the file at its end may fail
         EXPECT_NE(VFErrorGetText(VFGetBaseLibError()).Find("No space left on device"), -1);
         writer.WriteOn();
         writer.Close(false);

@@ -3,6 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <random>
+
+namespace {
+
+constexpr std::size_t Sector = 512;
+
+}  // namespace
 
 class FaultStorageFile : public VDStorageFile
 {
@@ -13,11 +20,8 @@ public:
     }
     ~FaultStorageFile() override
     {
-        if (power_ != os_.power_)
-            return;
-        if (isWriter_)
-            inode_->isLocked = false;
-        inode_->readers -= isReader_ ? 1 : 0;
+        Unlock(VTStorageLock::Writer);
+        Unlock(VTStorageLock::Reader);
     }
 
     int Read(std::int64_t offset, std::int64_t count, void* buffer, std::int64_t* numRead) override
@@ -42,29 +46,60 @@ public:
         const int error = Step();
         if (error != 0)
             return error;
+        ++os_.syncs_;
         inode_->synced = inode_->current;
         inode_->changes.clear();
         return 0;
     }
+    void Discard(std::int64_t offset, std::int64_t size) override
+    {
+        const auto there = std::min(size, static_cast<std::int64_t>(inode_->current.size()) - offset);
+        if (there > 0)
+            Change({offset, std::string(static_cast<std::size_t>(there), '\0'), false});
+    }
     int Lock(VTStorageLock lock) override
     {
-        if (lock == VTStorageLock::Reader) {
-            isReader_ = true;
-            ++inode_->readers;
-            return 0;
-        }
-        if (lock == VTStorageLock::NoReaders)
-            return inode_->readers == 0 ? 0 : EWOULDBLOCK;
-        if (inode_->isLocked)
+        const bool others = inode_->readers.size() > inode_->readers.count(this);
+        const VDStorageFile*& holder = lock == VTStorageLock::Writer ? inode_->writer : inode_->noReaders;
+        if ((holder != nullptr && holder != this) || (lock == VTStorageLock::NoReaders && others))
             return EWOULDBLOCK;
-        isWriter_ = inode_->isLocked = true;
+        if (lock != VTStorageLock::Writer)
+            Unlock(lock);  // the same byte, held one way or the other
+        if (lock == VTStorageLock::Reader)
+            inode_->readers.insert(this);
+        else
+            holder = this;
         return 0;
     }
-    void Unlock(VTStorageLock) override {}
+    void Unlock(VTStorageLock lock) override
+    {
+        const VDStorageFile*& holder = lock == VTStorageLock::Writer ? inode_->writer : inode_->noReaders;
+        holder = holder == this ? nullptr : holder;
+        if (lock != VTStorageLock::Writer)
+            inode_->readers.erase(this);
+    }
     bool IsAt(const char* filename) override
     {
         const auto found = os_.names_.find(filename);
         return found != os_.names_.end() && found->second == inode_;
+    }
+    int GiveName(const char* filename, bool replace) override
+    {
+        if (const int error = Step(); error != 0)
+            return error;
+        if (!replace && os_.Exists(filename))
+            return EEXIST;
+        os_.names_[filename] = inode_;
+        return 0;
+    }
+    int SyncName() override
+    {
+        const int error = Step();
+        if (error != 0)
+            return error;
+        ++os_.syncs_;
+        os_.syncedNames_ = os_.names_;
+        return 0;
     }
 
 private:
@@ -85,15 +120,12 @@ private:
     FaultStorageOs& os_;
     std::shared_ptr<FaultStorageOs::Inode> inode_;
     int power_;
-    bool isWriter_ = false;
-    bool isReader_ = false;
 };
-
-FaultStorageOs::FaultStorageOs() = default;
 
 void FaultStorageOs::FailAt(int operation, int error, bool dead)
 {
     operations_ = 0;
+    syncs_ = 0;
     failAt_ = operation;
     error_ = error;
     isDead_ = dead;
@@ -116,30 +148,57 @@ void FaultStorageOs::Apply(std::string& content, const Change& change)
     content.replace(offset, change.bytes.size(), change.bytes);
 }
 
-void FaultStorageOs::LosePower(After after, unsigned seed)
+/// The size is that of some moment since the sync, and so is each sector, whatever the others are. What lies behind the size
+/// that was synced and didn't reach the disk is what the disk had there.
+std::string FaultStorageOs::Tear(const Inode& inode, unsigned seed)
 {
     std::mt19937 random(seed);
+    const auto moment = [&] { return random() % (inode.changes.size() + 1); };
+    std::size_t size = inode.synced.size();
+    std::size_t largest = size;
+    const std::size_t sizeMoment = moment();
+    for (std::size_t i = 0; i < inode.changes.size(); ++i) {
+        const Change& change = inode.changes[i];
+        const auto end = static_cast<std::size_t>(change.offset) + change.bytes.size();
+        largest = std::max(largest, end);
+        if (i < sizeMoment)
+            size = change.isTruncation ? end : std::max(size, end);
+    }
+    std::string content = inode.synced;
+    const std::size_t known = content.size();
+    content.resize(std::max(largest, known));
+    for (std::size_t at = known; at < content.size(); ++at)
+        content[at] = static_cast<char>(random());
+    std::vector<std::size_t> moments(content.size() / Sector + 1);
+    for (std::size_t& each : moments)
+        each = random() % 3 == 0 ? inode.changes.size() : moment();
+    for (std::size_t i = 0; i < inode.changes.size(); ++i) {
+        const auto start = static_cast<std::size_t>(inode.changes[i].offset);
+        const std::string& bytes = inode.changes[i].bytes;
+        for (std::size_t at = 0; at < bytes.size();) {
+            const std::size_t count = std::min(bytes.size() - at, Sector - (start + at) % Sector);
+            if (i < moments[(start + at) / Sector])
+                content.replace(start + at, count, bytes, at, count);
+            at += count;
+        }
+    }
+    content.resize(size);
+    return content;
+}
+
+void FaultStorageOs::LosePower(After after, unsigned seed)
+{
     ++power_;
     failAt_ = -1;
-    if (after == After::Drop || (after == After::Tear && random() % 2 == 0))
+    if (after == After::Drop || (after == After::Tear && seed % 2 == 0))
         names_ = syncedNames_;
     for (auto& [name, inode] : names_) {
         if (after != After::Keep)
-            inode->current = inode->synced;
-        for (Change& change : inode->changes) {
-            if (after != After::Tear || random() % 3 == 0)
-                continue;
-            if (!change.isTruncation && random() % 2 == 0) {
-                const std::size_t from = random() % change.bytes.size();
-                change = {change.offset + static_cast<std::int64_t>(from), change.bytes.substr(from, random() % 5000),
-                          false};
-            }
-            Apply(inode->current, change);
-        }
+            inode->current = after == After::Drop ? inode->synced : Tear(*inode, seed);
         inode->changes.clear();
         inode->synced = inode->current;
-        inode->isLocked = false;
-        inode->readers = 0;
+        inode->writer = inode->noReaders = nullptr;
+        inode->readers.clear();
     }
     syncedNames_ = names_;
 }
@@ -151,38 +210,32 @@ void FaultStorageOs::Put(const std::string& name, std::string content)
     syncedNames_ = names_;
 }
 
-int FaultStorageOs::Open(const char* filename, VTStorageOpen mode, std::unique_ptr<VDStorageFile>* file)
+void FaultStorageOs::Move(const std::string& from, const std::string& to)
+{
+    names_[to] = names_.at(from);
+    names_.erase(from);
+}
+
+int FaultStorageOs::Open(const char* filename, VTStorageOpen, std::unique_ptr<VDStorageFile>* file)
 {
     if (const int error = Step(); error != 0)
         return error;
-    if (mode == VTStorageOpen::Create && !Exists(filename))
-        names_[filename] = std::make_shared<Inode>();
     if (!Exists(filename))
         return ENOENT;
     *file = std::make_unique<FaultStorageFile>(*this, names_.at(filename));
     return 0;
 }
 
-int FaultStorageOs::Rename(const char* from, const char* to)
+int FaultStorageOs::Resolve(const char* filename, VDString* place)
 {
-    if (const int error = Step(); error != 0)
-        return error;
-    names_[to] = names_.at(from);
-    names_.erase(from);
+    *place = filename;
     return 0;
 }
 
-int FaultStorageOs::Remove(const char* filename)
+int FaultStorageOs::Make(const char*, const VDStorageFile*, std::unique_ptr<VDStorageFile>* file)
 {
     if (const int error = Step(); error != 0)
         return error;
-    return names_.erase(filename) != 0 ? 0 : ENOENT;
-}
-
-int FaultStorageOs::SyncDirectory(const char*)
-{
-    const int error = Step();
-    if (error == 0)
-        syncedNames_ = names_;
-    return error;
+    *file = std::make_unique<FaultStorageFile>(*this, std::make_shared<Inode>());
+    return 0;
 }

@@ -5,6 +5,7 @@
 #include "vdarchive/Z4Size.h"
 
 #include <algorithm>
+#include <random>
 
 namespace {
 
