@@ -5,15 +5,17 @@
 #include <cstdint>
 
 /// The sums behind the statistics of one channel: one pass, exact counts, accumulation in double around a shift so that a
-/// large mean costs no digits. Points are numbered from 1 in the order in which they come.
+/// large mean costs no digits, and in a unit of their size so that their squares don't leave the range of double. Points are
+/// numbered from 1 in the order in which they come.
 struct VDStatsSums
 {
     std::int64_t count = 0;  ///< all points
     std::int64_t valid = 0;  ///< points that are numbers
+    int unit = -600;         ///< power of two that shift, mean and (squared) squares are multiples of
     double shift = 0;        ///< near the values; fixed when the first ones come
     double mean = 0;         ///< less the shift
     double squares = 0;      ///< sum of squared deviations from the mean
-    double max = 0;
+    double max = 0;          ///< these two as they are
     double min = 0;
     std::int64_t pointOfMax = 0;
     std::int64_t pointOfMin = 0;

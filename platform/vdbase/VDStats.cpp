@@ -13,6 +13,32 @@ namespace {
 // A block that needs a second pass is still in the first cache then.
 constexpr std::int64_t blockPoints = 1024;
 
+/// The units in which the sums are kept, as exponents of two. Values far from 1 have squares that no double holds; with a
+/// unit of their size they have, and no digit is lost by it. What comes in a unit much larger than the others leaves nothing
+/// of these in a sum, so the unit only ever grows.
+constexpr int smallUnit = -600;
+constexpr int usualUnit = 0;
+constexpr int largeUnit = 600;
+
+/// The unit for values up to this magnitude. In it they, their differences and the squares of these keep all digits.
+int UnitFor(double largest)
+{
+    if (largest < 0x1p-400)
+        return smallUnit;
+    return largest <= 0x1p450 ? usualUnit : largeUnit;
+}
+
+void RaiseUnit(VDStatsSums* sums, int unit)
+{
+    if (sums->unit >= unit)
+        return;
+    const int change = sums->unit - unit;
+    sums->shift = std::ldexp(sums->shift, change);
+    sums->mean = std::ldexp(sums->mean, change);
+    sums->squares = std::ldexp(sums->squares, 2 * change);
+    sums->unit = unit;
+}
+
 /// Adds a set of values, given by their count, mean (less the shift) and squared deviations.
 void Merge(VDStatsSums* sums, std::int64_t count, double mean, double squares)
 {
@@ -23,16 +49,9 @@ void Merge(VDStatsSums* sums, std::int64_t count, double mean, double squares)
         return;
     }
     const double weight = static_cast<double>(count) / static_cast<double>(sums->valid + count);
-    if (!std::isfinite(sums->mean) || !std::isfinite(mean)) {
-        // An infinity among the values: the mean is that infinity, or no number if both signs come.
-        sums->mean += mean;
-        sums->squares = std::numeric_limits<double>::quiet_NaN();
-    } else {
-        const double distance = mean - sums->mean;
-        sums->squares += squares + distance * distance * (static_cast<double>(sums->valid) * weight);
-        // The difference of opposite huge values has no finite number, their mean has one.
-        sums->mean = std::isfinite(distance) ? sums->mean + distance * weight : sums->mean * (1 - weight) + mean * weight;
-    }
+    const double distance = mean - sums->mean;
+    sums->squares += squares + distance * distance * (static_cast<double>(sums->valid) * weight);
+    sums->mean += distance * weight;
     sums->valid += count;
 }
 
@@ -53,17 +72,9 @@ void MergeRange(VDStatsSums* sums, const T* values, std::size_t count, T max, T 
     }
 }
 
-/// The way for a block with an infinity or with a sum past the range of double.
+/// Adds the values of a block, all of them finite and in the unit of the sums.
 template <class T>
-void ProcessOneByOne(VDStatsSums* sums, const T* values, std::size_t count)
-{
-    for (std::size_t index = 0; index < count; ++index)
-        Merge(sums, 1, static_cast<double>(values[index]) - sums->shift, 0);
-}
-
-/// Adds the values of a block, none of which is NaN, without their points.
-template <class T>
-VDStatsBlock<T> ProcessNumbers(VDStatsSums* sums, const T* values, std::size_t count, VDStatsBlock<T> block, double near)
+void ProcessFinite(VDStatsSums* sums, const T* values, std::size_t count, VDStatsBlock<T> block, double near)
 {
     const auto points = static_cast<double>(count);
     const auto correction = [&] { return block.sum / points; };
@@ -74,16 +85,47 @@ VDStatsBlock<T> ProcessNumbers(VDStatsSums* sums, const T* values, std::size_t c
         near += correction();
         block = VFStatsPass(values, count, near);
     }
-    if (std::isfinite(block.sum)) {
-        // With a shift as large as that, differences would leave the range that the squares have left anyway.
-        constexpr double largestShift = 1e150;
-        if (sums->valid == 0 && std::abs(near) < largestShift)
-            sums->shift = near;
-        Merge(sums, static_cast<std::int64_t>(count), (near - sums->shift) + correction(), squares());
-    } else {
-        ProcessOneByOne(sums, values, count);
+    if (sums->valid == 0)
+        sums->shift = near;
+    Merge(sums, static_cast<std::int64_t>(count), (near - sums->shift) + correction(), squares());
+}
+
+/// The way for a block in another unit than the values'.
+template <class T>
+void ProcessInUnit(VDStatsSums* sums, const T* values, std::size_t count)
+{
+    const double scale = std::ldexp(1.0, -sums->unit);
+    std::array<double, blockPoints> scaled;
+    for (std::size_t index = 0; index < count; ++index)
+        scaled[index] = static_cast<double>(values[index]) * scale;
+    ProcessFinite(sums, scaled.data(), count, VFStatsPass(scaled.data(), count, scaled[0]), scaled[0]);
+}
+
+/// The mean is the infinity among the values, or no number if both signs come; no deviation from it is one.
+template <class T>
+void ProcessInfinities(VDStatsSums* sums, const T* values, std::size_t count)
+{
+    for (std::size_t index = 0; index < count; ++index)
+        if (std::isinf(values[index]))
+            sums->mean += static_cast<double>(values[index]);
+    sums->squares = std::numeric_limits<double>::quiet_NaN();
+    sums->valid += static_cast<std::int64_t>(count);
+}
+
+/// Adds the values of a block, none of which is NaN, without their points.
+template <class T>
+void ProcessNumbers(VDStatsSums* sums, const T* values, std::size_t count, const VDStatsBlock<T>& block)
+{
+    const double largest = std::max(std::abs(static_cast<double>(block.max)), std::abs(static_cast<double>(block.min)));
+    if (!std::isfinite(largest) || !std::isfinite(sums->mean)) {
+        ProcessInfinities(sums, values, count);
+        return;
     }
-    return block;
+    RaiseUnit(sums, UnitFor(largest));
+    if (sums->unit == usualUnit || largest == 0)
+        ProcessFinite(sums, values, count, block, static_cast<double>(values[0]));
+    else
+        ProcessInUnit(sums, values, count);
 }
 
 template <class T>
@@ -105,7 +147,7 @@ void ProcessBlock(VDStatsSums* sums, const T* values, std::size_t count)
             block = VFStatsPass(numbers, numberCount, static_cast<double>(numbers[0]));
     }
     if (numberCount > 0) {
-        block = ProcessNumbers(sums, numbers, numberCount, block, static_cast<double>(numbers[0]));
+        ProcessNumbers(sums, numbers, numberCount, block);
         MergeRange(sums, values, count, block.max, block.min);
     }
     sums->count += static_cast<std::int64_t>(count);
@@ -132,14 +174,16 @@ void FinishAll(const VDStatsSums& sums, std::int64_t* count, T* max, T* min, T* 
                std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs)
 {
     const double wholeMean = sums.shift + sums.mean;
+    const auto value = [&](double inUnit) { return static_cast<T>(std::ldexp(inUnit, sums.unit)); };
     const auto valid = static_cast<double>(std::max<std::int64_t>(sums.valid, 1));
     const double squares = std::max(sums.squares, 0.0);
     *count = sums.count;
     *max = static_cast<T>(sums.max);
     *min = static_cast<T>(sums.min);
-    *mean = static_cast<T>(wholeMean);
-    *sdev = sums.valid > 1 ? static_cast<T>(std::sqrt(squares / (valid - 1))) : T(0);
-    *rms = static_cast<T>(std::hypot(wholeMean, std::sqrt(squares / valid)));
+    *mean = value(wholeMean);
+    *sdev = sums.valid > 1 ? value(std::sqrt(squares / (valid - 1))) : T(0);
+    // No more than the largest value; rounding must not make an infinity of it.
+    *rms = std::min(value(std::hypot(wholeMean, std::sqrt(squares / valid))), std::max(std::abs(*max), std::abs(*min)));
     *pointOfMax = sums.pointOfMax;
     *pointOfMin = sums.pointOfMin;
     *pointOfAbs = PointOfAbs(sums);

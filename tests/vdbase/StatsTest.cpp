@@ -76,6 +76,23 @@ void ExpectReferenceForAllSignals(double tolerance)
     expectFor([](std::size_t index) { return index % 1024 == 0 ? 1e5 : 1000; });
 }
 
+/// The same signal in a range of its own, whose squares no double holds, and in the company of usual values.
+void ExpectReferenceForAllRanges()
+{
+    std::mt19937_64 engine(7);
+    std::normal_distribution<double> noise(3, 1);
+    std::vector<double> usual(3000);
+    std::ranges::generate(usual, [&] { return noise(engine); });
+    for (const double range : {1e-290, 1e-200, 1e-121, 1e-120, 1e135, 1e136, 1e200, 1e300}) {
+        std::vector<double> values = usual;
+        for (double& value : values)
+            value *= range;
+        ExpectAsReference(values, 1e-12);
+        values.insert(values.begin() + 1500, usual.begin(), usual.end());
+        ExpectAsReference(values, 1e-12);
+    }
+}
+
 const double notANumber = std::nan("");
 const double infinity = std::numeric_limits<double>::infinity();
 
@@ -85,6 +102,7 @@ TEST(Stats, AgreeWithTheReference)
 {
     ExpectReferenceForAllSignals<float>(1e-6);
     ExpectReferenceForAllSignals<double>(1e-12);
+    ExpectReferenceForAllRanges();
 }
 
 TEST(Stats, FewPointsAndEqualExtremes)
@@ -128,5 +146,21 @@ TEST(Stats, InfinitiesAndHugeValuesKeepWhatCanBeTold)
         const Result<double> huge = StatsOf<double>({1.5e308, -1.5e308, 1.5e308, 1.5e308}, blockSize);
         EXPECT_NEAR(huge.mean / 0.75e308, 1, 1e-12);
         EXPECT_EQ(huge.pointOfMin, 2);
+        EXPECT_TRUE(StatsOf<double>({-infinity, 1e300}, blockSize).mean == -infinity);
     }
+
+    // The ends of the range: nothing is lost, and nothing becomes infinite that isn't.
+    constexpr double largest = std::numeric_limits<double>::max();
+    constexpr double smallest = std::numeric_limits<double>::denorm_min();
+    std::vector<double> alternating(1000);
+    for (const double size : {largest, 1.7e308, 1e200, 1e-200, 1000 * smallest, smallest}) {
+        for (std::size_t index = 0; index < alternating.size(); ++index)
+            alternating[index] = index % 2 == 0 ? size : -size;
+        const Result<double> r = StatsOf(alternating, 37);
+        EXPECT_LE(std::abs(r.mean), 1e-12 * size);
+        EXPECT_DOUBLE_EQ(r.rms, size);
+        EXPECT_DOUBLE_EQ(r.sdev, size * std::sqrt(1000.0 / 999)) << "past the range for the largest";
+    }
+    const Result<double> alike = StatsOf<double>({largest, largest, largest}, 2);
+    EXPECT_TRUE(alike.mean == largest && alike.rms == largest && alike.sdev == 0);
 }
