@@ -35,6 +35,12 @@ constexpr std::int32_t Float = static_cast<std::int32_t>(0xa04f106f);
 constexpr std::int32_t Double = static_cast<std::int32_t>(0xa04f1070);
 constexpr std::int32_t Digital32 = static_cast<std::int32_t>(0xa04f1079);
 constexpr std::int32_t Digital64 = static_cast<std::int32_t>(0xa04f107a);
+
+/// The type that an id stands for. Older formats give the low half alone, which means the same everywhere.
+constexpr std::int32_t FromId(std::int32_t id)
+{
+    return static_cast<std::int32_t>(0xa04f0000U | (static_cast<std::uint32_t>(id) & 0xffffU));
+}
 }  // namespace DaxDataType
 
 /// Channel arguments that are no index. An index is a position in a channel list, from 0; a number is the channel's own.

@@ -71,8 +71,13 @@ bool VDAccessCore::TakeId(VDFileId* id, char create)
 bool VDAccessCore::Bind()
 {
     VFErrorClear();
-    if (instance_ != nullptr && !ReleaseInstance())
-        return ReportPluginError("SetId");
+    if (instance_ != nullptr) {
+        // One that couldn't be given back is still asked for the reason, but never told anything else.
+        const bool released = Call("SetId", [&] { return plugin_->entryPoints->Release(instance_); });
+        instance_ = nullptr;
+        if (!released)
+            return false;
+    }
     plugin_ = nullptr;
     noSerialisation_ = false;
 
@@ -105,23 +110,17 @@ bool VDAccessCore::Bind()
     return Call("SetId", [&] { return entryPoints.SetId(instance_, fileId_.Get(), create_ ? 1 : 0); });
 }
 
-/// The instance is gone afterwards, whatever the plug-in says.
-bool VDAccessCore::ReleaseInstance()
-{
-    void* instance = std::exchange(instance_, nullptr);
-    try {
-        return plugin_->entryPoints->Release(instance) != 0;
-    } catch (...) {
-        return false;
-    }
-}
-
 /// A test whose id can't be taken must not be opened through the instance of the test before.
 void VDAccessCore::Unbind()
 {
     const VDErrorMute mute;
-    if (instance_ != nullptr)
-        ReleaseInstance();
+    if (void* const instance = std::exchange(instance_, nullptr)) {
+        try {
+            plugin_->entryPoints->Release(instance);
+        } catch (...) {
+            // There is nobody left to tell.
+        }
+    }
     plugin_ = nullptr;
 }
 
@@ -189,10 +188,9 @@ void VDAccessCore::AbandonOpen()
 
 bool VDAccessCore::CallClose()
 {
-    if (!Call("Close", [&] { return plugin_->entryPoints->Close(instance_); }))
-        return false;
+    // A plug-in that was told once isn't told again, whatever it made of it.
     open_ = false;
-    return true;
+    return Call("Close", [&] { return plugin_->entryPoints->Close(instance_); });
 }
 
 bool VDAccessCore::GetCapability(int capability, char* answer)
@@ -295,6 +293,8 @@ bool VDAccessCore::SetChanTitle(int index, const char* title)
 
 bool VDAccessCore::GetFormatSpecificValue(long channel, const char* name, VDVariant* value)
 {
+    if (value == nullptr)
+        return Report(static_cast<int>(channel), DaxError::InvalidArguments, "GetFormatSpecificValue");
     value->Clear();
     if (!CheckFileOpen("GetFormatSpecificValue"))
         return false;
@@ -306,12 +306,14 @@ bool VDAccessCore::GetFormatSpecificValue(long channel, const char* name, VDVari
     return true;
 }
 
-bool VDAccessCore::SetFormatSpecificValue(long channel, const char* name, const VDVariant& value)
+bool VDAccessCore::SetFormatSpecificValue(long channel, const char* name, const VDVariant* value)
 {
+    if (value == nullptr)
+        return Report(static_cast<int>(channel), DaxError::InvalidArguments, "SetFormatSpecificValue");
     // Hints on how a new file will be laid out come before it is opened.
     if (!CheckBound("SetFormatSpecificValue"))
         return false;
-    return PutValue(channel, family_.keys.formatSpecific, VDVariant::FromList({VDVariant(name), value}));
+    return PutValue(channel, family_.keys.formatSpecific, VDVariant::FromList({VDVariant(name), *value}));
 }
 
 bool VDAccessCore::CheckFileOpen(const char* routine)

@@ -91,7 +91,7 @@ public:
     bool GetChanTitle(int index, VDString* title);
     bool SetChanTitle(int index, const char* title);
     bool GetFormatSpecificValue(long channel, const char* name, VDVariant* value);
-    bool SetFormatSpecificValue(long channel, const char* name, const VDVariant& value);
+    bool SetFormatSpecificValue(long channel, const char* name, const VDVariant* value);
     /// @}
 
     /// @name Checks
@@ -116,7 +116,6 @@ private:
     bool TakeId(VDFileId* id, char create);
     bool Bind();
     void Unbind();
-    bool ReleaseInstance();
     bool ReportNotSupported() const;
     template <class T>
     bool GetTyped(long channel, int key, T* value, bool (VDVariant::*get)(T*) const);

@@ -43,6 +43,24 @@ struct VDTimeFileChan
             return floatStats;
     }
 
+    /// Takes what was worked out from the data. What was loaded in the other precision doesn't hold any more.
+    template <class Value>
+    void TakeStats(const std::array<Value, 5>& values, const std::array<std::int64_t, 3>& points)
+    {
+        floatStats.values = {};
+        doubleStats.values = {};
+        Stats<Value>().values = values;
+        statPoints = points;
+    }
+
+    void SetNumPoints(std::int64_t points)
+    {
+        if (points == numPoints)
+            return;
+        numPoints = points < 0 ? 0 : points;
+        MarkChanged();
+    }
+
     /// Points were written, or their number changed.
     void MarkChanged()
     {

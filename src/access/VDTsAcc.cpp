@@ -39,7 +39,13 @@ VDTsAcc::~VDTsAcc()
 
 bool VDTsAcc::SetId(VDFileId* id, char create)
 {
-    return (!core_.IsOpen() || Close()) && core_.SetId(id, create);
+    if (core_.IsOpen() && !Close())
+        return false;
+    // Nothing of the test before holds for the next one.
+    channels_.Clear();
+    offsetsRead_ = false;
+    // A new instance adds no offsets until it is told to.
+    return core_.SetId(id, create) && (!useOffset_ || SetUseOffset(1));
 }
 
 bool VDTsAcc::Open(int mode)
@@ -173,7 +179,7 @@ int VDTsAcc::DataType(int index) const
 {
     int type = DaxDataType::Float;
     FIDGetChanType(core_.GetFileId(), index, &type);
-    return type;
+    return DaxDataType::FromId(type);
 }
 
 bool VDTsAcc::IsDigital(int index) const
@@ -220,7 +226,7 @@ bool VDTsAcc::SetHeaderValue(int index, int key, const VDVariant& value, Keep&& 
         if (!core_.PutValue(channel, key, value))
             return false;
     for (int channel = common ? 0 : first; channel <= (common ? Count() - 1 : last); ++channel)
-        keep(channels_[channel]);
+        keep(channels_[channel], std::clamp(channel, first, last));
     return true;
 }
 
@@ -232,7 +238,7 @@ bool VDTsAcc::SetSampleRate(int index, double rate)
     if (!(rate > 0))
         return core_.Report(index, DaxError::InvalidSampleRate, routine);
     return SetHeaderValue(index, SampleRate, VDVariant(rate),
-                          [rate](VDTimeFileChan& channel) { channel.sampleRate = rate; });
+                          [rate](VDTimeFileChan& channel, int) { channel.sampleRate = rate; });
 }
 
 bool VDTsAcc::SetBaseTime(int index, double time)
@@ -240,7 +246,7 @@ bool VDTsAcc::SetBaseTime(int index, double time)
     constexpr const char* routine = "SetBaseTime";
     if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
         return false;
-    return SetHeaderValue(index, BaseTime, VDVariant(time), [time](VDTimeFileChan& channel) { channel.baseTime = time; });
+    return SetHeaderValue(index, BaseTime, VDVariant(time), [time](VDTimeFileChan& channel, int) { channel.baseTime = time; });
 }
 
 bool VDTsAcc::SetNumPoints(int index, std::int64_t points)
@@ -256,10 +262,22 @@ bool VDTsAcc::SetNumPoints(int index, std::int64_t points)
         if (present != 0 && present != points)
             return core_.Report(index, DaxError::CannotExtend, routine);
     }
-    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points), [points](VDTimeFileChan& channel) {
-        channel.numPoints = points;
-        channel.MarkChanged();
+    // The format may hold more or fewer all the same. Where it says so, that counts.
+    int asked = DaxChannel::WholeFile;
+    std::int64_t kept = points;
+    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points), [&](VDTimeFileChan& channel, int put) {
+        const VDErrorMute mute;
+        if (put != asked && !core_.GetHuge(put, NumPoints, &kept))
+            kept = points;
+        asked = put;
+        channel.SetNumPoints(kept);
     });
+}
+
+bool VDTsAcc::Grow(int index, std::int64_t points)
+{
+    return SetHeaderValue(index, NumPoints, VDVariant::FromHuge(points),
+                          [points](VDTimeFileChan& channel, int) { channel.SetNumPoints(points); });
 }
 
 bool VDTsAcc::GetFileText(int key, VDString* text, const char* routine)
@@ -331,5 +349,5 @@ bool VDTsAcc::GetFormatSpecificValue(int index, const char* name, VDVariant* val
 
 bool VDTsAcc::SetFormatSpecificValue(int index, const char* name, VDVariant* value)
 {
-    return core_.SetFormatSpecificValue(index, name, *value);
+    return core_.SetFormatSpecificValue(index, name, value);
 }

@@ -121,8 +121,11 @@ private:
     bool CheckOpenAndChannel(int index, bool allowAll, const char* routine);
     bool LoadHeader();
     /// Writes a header value of one channel or all, and keeps it in the records that it holds for.
+    /// @param keep  gets such a record, and the channel for which the value that it holds was written
     template <class Keep>
     bool SetHeaderValue(int index, int key, const VDVariant& value, Keep&& keep);
+    /// Tells of points that were written behind the last one.
+    bool Grow(int index, std::int64_t points);
 
     bool LoadStats(int index);
     double RmsWithOffset(int index);
@@ -136,7 +139,7 @@ private:
     bool FetchMapper(LQChannelMapper** mapper);
     bool AddHeaderMetaData(LQChannelMapper& mapper);
     bool AddChannelMetaData(LQChannelMapper& mapper, int index);
-    bool ReadOffsets(LQChannelMapper& mapper);
+    bool ReadOffsets(LQChannelMapper* mapper);
     bool ApplyMetaDataOffsets(LQChannelMapper& mapper) const;
     bool ApplyScheduleOffsets(LQChannelMapper& mapper) const;
     bool GetScheduleOffset(int index, char* present, float* offset);

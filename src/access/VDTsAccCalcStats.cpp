@@ -53,8 +53,7 @@ bool VFFinish(VDTimeFileChan& channel)
                                               &points[1], &points[2]);
     if (count != channel.numPoints)
         return false;
-    channel.Stats<Value>().values = values;
-    channel.statPoints = points;
+    channel.TakeStats(values, points);
     return true;
 }
 

@@ -114,6 +114,8 @@ bool VDTsAcc::GetNext(int index, std::int64_t count, std::int64_t* numRead, Valu
 {
     if (!CheckOpenAndChannel(index, false, VDTsDataType<Value>::getNext))
         return false;
+    if (numRead == nullptr)
+        return core_.Report(index, DaxError::InvalidArguments, VDTsDataType<Value>::getNext);
     VDTimeFileChan& channel = channels_[index];
     const std::int64_t end = channel.lastPoint > 0 ? channel.lastPoint : channel.numPoints;
     const std::int64_t points = std::min(count, end - channel.nextPoint + 1);
@@ -156,7 +158,7 @@ bool VDTsAcc::PutData(int index, std::int64_t first, std::int64_t count, const V
         return false;
     }
     channels_[index].MarkChanged();
-    return last <= channels_[index].numPoints || SetNumPoints(index, last);
+    return last <= channels_[index].numPoints || Grow(index, last);
 }
 
 /// Gathers statistics as long as the points come in order and in the channel's own precision. Anything else, digital values

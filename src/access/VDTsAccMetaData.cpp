@@ -39,7 +39,10 @@ bool VDTsAcc::SetUseOffset(char useOffset)
 bool VDTsAcc::NeedOffsets()
 {
     LQChannelMapper* mapper = nullptr;
-    return offsetsRead_ || GetMetaData(&mapper);
+    if (offsetsRead_)
+        return true;
+    // Where there is no metadata, there are no offsets.
+    return core_.HasCapability(KeepsMetaData) ? GetMetaData(&mapper) : ReadOffsets(nullptr);
 }
 
 bool VDTsAcc::GetMetaData(LQChannelMapper** mapper)
@@ -50,9 +53,11 @@ bool VDTsAcc::GetMetaData(LQChannelMapper** mapper)
     LQChannelMapper* answer = core_.IsReadOnly() ? cachedMapper_.get() : nullptr;
     if (answer == nullptr && !FetchMapper(&answer))
         return false;
-    if (!offsetsRead_ && !ReadOffsets(*answer))
+    if (!offsetsRead_ && !ReadOffsets(answer))
         return false;
-    if (AppliesOwnOffsets() ? !ApplyScheduleOffsets(*answer) : useOffset_ && !ApplyMetaDataOffsets(*answer))
+    // Only a private copy speaks of the values as they are given out. What the format keeps speaks of those in the file.
+    if (core_.IsReadOnly() &&
+        (AppliesOwnOffsets() ? !ApplyScheduleOffsets(*answer) : useOffset_ && !ApplyMetaDataOffsets(*answer)))
         return false;
     *mapper = answer;
     return true;
@@ -87,8 +92,9 @@ bool VDTsAcc::FetchMapper(LQChannelMapper** mapper)
     return true;
 }
 
-/// Once in the life of the object: the offset of each channel, from the metadata or from beside the data.
-bool VDTsAcc::ReadOffsets(LQChannelMapper& mapper)
+/// Once for each test: the offset of each channel, from the metadata or from beside the data.
+/// @param mapper  null if there is no metadata
+bool VDTsAcc::ReadOffsets(LQChannelMapper* mapper)
 {
     if (!core_.PutValue(DaxChannel::WholeFile, UseOffset, VDVariant(useOffset_)))
         return false;
@@ -107,7 +113,8 @@ bool VDTsAcc::ReadOffsets(LQChannelMapper& mapper)
         if (own) {
             if (!GetScheduleOffset(index, &present[index], &offsets[index]))
                 return false;
-        } else if (VFFindOffset(mapper, mapper.IndexFromNumber(numbers[index], false), &value) != nullptr) {
+        } else if (mapper != nullptr &&
+                   VFFindOffset(*mapper, mapper->IndexFromNumber(numbers[index], false), &value) != nullptr) {
             offsets[index] = static_cast<float>(value);
         }
     }

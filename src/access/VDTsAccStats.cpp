@@ -43,7 +43,11 @@ double VFRmsWithOffset(VDTimeFileChan& channel, double offset)
     const Value variance = sdev * sdev * static_cast<Value>(count - 1) / static_cast<Value>(count);
     const double mean = static_cast<double>(VFStat<Value>(channel, VTTsAccStatMean)) + offset;
     const double square = static_cast<double>(variance) + mean * mean;
-    return square > 0 ? std::sqrt(square) : 0;
+    if (std::isnormal(square))
+        return std::sqrt(square);
+    // The squares lie outside the range of their type, the root may still lie inside.
+    const auto points = static_cast<double>(count);
+    return std::hypot(mean, static_cast<double>(sdev) * std::sqrt((points - 1) / points));
 }
 
 template <class Value>
@@ -73,8 +77,8 @@ bool VDTsAcc::LoadStats(int index)
         // Floats of a double channel: the plug-in may have more digits under the other key. If not, few digits are better
         // than the zeros that would pass for the channel's own statistics.
         const VDErrorMute mute;
-        const auto& floats = channel.floatStats.values;
         VDVariant doubles;
+        const auto& floats = channel.floatStats.values;
         if (!core_.GetValue(index, StatisticsDouble, &doubles) || !VFTakeStats<double>(doubles, channel))
             std::copy(floats.begin(), floats.end(), channel.doubleStats.values.begin());
     }

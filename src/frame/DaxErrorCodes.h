@@ -16,6 +16,7 @@ constexpr int PluginDisabled = -327698;
 constexpr int NoSetNames = -327699;
 constexpr int UnmatchedSetNames = -327700;
 constexpr int AdoptSet = -327701;
+constexpr int InvalidArguments = -327704;
 
 // Block 1: histogram access
 constexpr int HistNotSupported = -327802;

@@ -21,7 +21,7 @@ std::size_t VFGetKind(VDFileId* id, int index)
     int type = 0;
     FIDGetChanType(id, index, &type);
     for (std::size_t kind = 0; kind < VVTypes.size(); ++kind)
-        if ((type & 0xffff) == (VVTypes[kind] & 0xffff))
+        if (DaxDataType::FromId(type) == VVTypes[kind])
             return kind;
     return 0;
 }
@@ -91,7 +91,16 @@ bool VDTsAccZ4::OpenFile(int mode)
     flex_ = subId == StorageFormat::FlexTimeSeries;
     if (!AdoptObject(creates ? GetOptimumRecordSize() : Z4Size::Record32K))
         return false;
-    return creates ? MakeChannels(numbers) : FindChannels(numbers);
+    return (creates ? MakeChannels(numbers) : FindChannels(numbers)) && TellTypes();
+}
+
+/// The access object goes by its id, so that gets the types that the channels of the object have.
+bool VDTsAccZ4::TellTypes()
+{
+    for (int index = 0; index < channelIndex_.GetSize(); ++index)
+        if (!FIDSetChanType(fileId_.Get(), index, object_->GetChannelDataType(GetChannel(index))))
+            return false;
+    return true;
 }
 
 bool VDTsAccZ4::AdoptObject(int recordSize)

@@ -39,6 +39,7 @@ private:
     bool AdoptObject(int recordSize);
     bool MakeChannels(const VDArrayWithSort<long>& numbers);
     bool FindChannels(const VDArrayWithSort<long>& numbers);
+    bool TellTypes();
     bool CloseAll(bool save);
     int GetOptimumRecordSize() const;
 

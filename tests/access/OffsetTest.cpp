@@ -67,6 +67,31 @@ TEST_F(OffsetTest, LeavesScheduleOffsetsToThePlugin)
     EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), -999);
 }
 
+TEST_F(OffsetTest, GoWithTheTest)
+{
+    const std::string name = Write("channels=1 points=3 caps=2,7 offset=2.5");
+    float value = 0;
+    {
+        // What the format keeps goes on to speak of the values as they are in the file.
+        const VDTsAccHandle acc = OpenTest(name, VTTsAccOpenUpdate);
+        EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
+        ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
+        EXPECT_EQ(value, StandValue<float>(0, 1) + 2.5F);
+        EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 2.5);
+        EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), -999);
+    }
+    const VDTsAccHandle acc = OpenTest(name);
+    EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
+    const VDFileIdHandle next = IdentifyTest(Write("channels=1 points=3 caps=2 log=1", "next.sta"));
+    TakeLog();
+    ASSERT_TRUE(TSAccSetId(acc.Get(), next.Get(), 0));
+    EXPECT_NE(TakeLog().find("PutValue22 -1 True"), std::string::npos);
+    ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    EXPECT_EQ(value, StandValue<float>(0, 1));
+}
+
 TEST_F(OffsetTest, FormatsWithoutMetaDataSayThatItCannotBeRead)
 {
     const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2"));

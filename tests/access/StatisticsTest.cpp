@@ -212,7 +212,16 @@ TEST_F(StatisticsTest, StoredOnesAreTakenWithoutReading)
     ExpectError(-327998, "", "VDTsAcc::SetStatsMonitor");
 
     EXPECT_EQ(Stats<double>(Open(floats + " statsdouble=1", VTTsAccOpenUpdate, DaxDataType::Double).Get(), 0).max, 8);
-    EXPECT_EQ(Stats<double>(Open(floats, VTTsAccOpenRead, DaxDataType::Double).Get(), 0).max, 8);
+    // The low half of a type's id means the same.
+    for (const int type : {DaxDataType::Double, DaxDataType::Double & 0xffff}) {
+        const VDTsAccHandle update = Open(floats + " points=2", VTTsAccOpenUpdate, type);
+        EXPECT_EQ(Stats<double>(update.Get(), 0).max, 8);
+        // What was stored doesn't outlive the data, in neither precision.
+        ASSERT_TRUE(TSAccPutDataDoublePrecision(update.Get(), 0, 1, 2, VVDoubles.data()));
+        ASSERT_TRUE(TSAccFlush(update.Get())) << VFErrorGetText(VFGetBaseLibError()).Str();
+        EXPECT_EQ(Stats<double>(update.Get(), 0).max, 3);
+        EXPECT_EQ(Stats<float>(update.Get(), 0).max, 0);
+    }
 }
 
 TEST_F(StatisticsTest, OtherAnswersLeaveThemUndefined)
@@ -255,6 +264,11 @@ TEST_F(StatisticsTest, OffsetsAreAddedWhenStatisticsAreRead)
     check("4", DaxDataType::Double, std::sqrt(2 * 2 * 3.0 / 4 + 13 * 13));
     check("1", DaxDataType::Float, 15);
     check("0", DaxDataType::Float, 0);
+    // The squares of these no double holds.
+    const VDTsAccHandle large =
+        Open("caps=2,6,7 offset=10 points=4 statsdouble=1 stats=2e200,0,1e200,2e200,2e200,5,6,7", 0, DaxDataType::Double);
+    ASSERT_TRUE(TSAccSetUseOffset(large.Get(), 1));
+    EXPECT_NEAR(Stats<double>(large.Get(), 0).rms / 2e200, 1, 1e-15);
 
     // Worked out anew, they get it once as well.
     const VDTsAccHandle acc = Open("caps=2,7 offset=10 points=1");

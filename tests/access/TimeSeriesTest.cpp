@@ -46,6 +46,8 @@ void CheckReading(VDTsAcc* acc, int (*get)(VDTsAcc*, int, std::int64_t, std::int
         EXPECT_EQ(numRead, expected);
     }
     EXPECT_EQ(values[0], StandValue<Value>(0, 999));
+    EXPECT_FALSE(getNext(acc, 0, 4, nullptr, values.data()));
+    ExpectError(-327704, "Invalid arguments.");
 }
 
 }  // namespace
@@ -206,6 +208,28 @@ TEST_F(TimeSeriesTest, KeepsToTheOrderOfItsLife)
     EXPECT_EQ(TakeLog(), "Release\n");
     EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
     ExpectError(-328009);
+    long count = -1;
+    EXPECT_TRUE(TSAccGetNumChans(acc.Get(), &count));
+    EXPECT_EQ(count, 0);
+}
+
+TEST_F(TimeSeriesTest, AFailedCloseOrReleaseIsNotRepeated)
+{
+    const VDFileIdHandle id = IdentifyTest(Write("channels=1 log=1 tsfail=Close,Release"));
+    VDTsAccHandle acc = BindTest(id.Get());
+    ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    TakeLog();
+    EXPECT_FALSE(TSAccClose(acc.Get()));
+    ExpectErrorText(-328020, "Stand-in failure");
+    // The plug-in is asked why it can't be given back; the object is free for a next test.
+    EXPECT_FALSE(TSAccSetId(acc.Get(), id.Get(), 0));
+    ExpectErrorText(-328020, "Stand-in failure");
+    EXPECT_EQ(TakeLog(), "Close\nRelease\n");
+    EXPECT_TRUE(TSAccSetId(acc.Get(), id.Get(), 0));
+    EXPECT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
+    TakeLog();
+    acc.Reset();
+    EXPECT_EQ(TakeLog(), "Close\nRelease\n");
 }
 
 TEST_F(TimeSeriesTest, SaysWhichPluginIsMissing)
@@ -281,4 +305,9 @@ TEST_F(TimeSeriesTest, HandsFormatSpecificValuesOver)
     EXPECT_TRUE(value == VDVariant(1.5));
     EXPECT_TRUE(TSAccGetFormatSpecificValue(acc.Get(), 0, "Nothing", &value));
     EXPECT_TRUE(value.IsNull());
+
+    EXPECT_FALSE(TSAccGetFormatSpecificValue(acc.Get(), 0, "Gain", nullptr));
+    ExpectError(-327704, "Invalid arguments.", "VDTsAcc::GetFormatSpecificValue");
+    EXPECT_FALSE(TSAccSetFormatSpecificValue(acc.Get(), 0, "Gain", nullptr));
+    ExpectError(-327704, "", "VDTsAcc::SetFormatSpecificValue");
 }

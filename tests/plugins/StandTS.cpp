@@ -30,8 +30,12 @@ void* StandTSCreate(const char* classId)
 
 int StandTSRelease(void* instance)
 {
-    delete Self(instance);
-    return 1;
+    static std::vector<std::unique_ptr<StandTimeSeries>> notReleased;
+    std::unique_ptr<StandTimeSeries> owner(Self(instance));
+    if (owner->Release())
+        return 1;
+    notReleased.push_back(std::move(owner));
+    return 0;
 }
 
 int StandTSSetId(void* instance, VDFileId* id, char create)

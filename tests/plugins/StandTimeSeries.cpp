@@ -78,7 +78,6 @@ int StandTSTakeMaxInFlight()
 
 StandTimeSeries::~StandTimeSeries()
 {
-    Enter("Release");
     if (id_ != nullptr)
         FIDRelease(id_);
 }

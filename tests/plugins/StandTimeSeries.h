@@ -36,6 +36,7 @@ public:
     explicit StandTimeSeries(bool serial) : serial_(serial) {}
     ~StandTimeSeries();
 
+    int Release() { return Enter("Release"); }
     int SetId(VDFileId* id, char create);
     int Open(int mode);
     int Close();

@@ -136,8 +136,11 @@ TEST_F(StorageAccessTest, TheOlderKindHoldsFloatsOnly)
 {
     const auto floats = Ramp<float>(10, 1);
     {
+        // What an id says of doubles doesn't hold for its channels, nor for their statistics.
         const VDTsAccHandle acc = Create(4, {{1, DaxDataType::Double}, {2, DaxDataType::Float}});
-        EXPECT_TRUE(TSAccPutData(acc.Get(), 1, 1, 10, floats.data()));
+        for (const int channel : {0, 1})
+            EXPECT_TRUE(TSAccPutData(acc.Get(), channel, 1, 10, floats.data()));
+        ASSERT_TRUE(TSAccClose(acc.Get())) << VFErrorGetText(VFGetBaseLibError()).Str();
     }
     // What the file says about itself counts, not the id.
     const VDFileIdHandle id = IdentifyTest(name_);
@@ -145,6 +148,9 @@ TEST_F(StorageAccessTest, TheOlderKindHoldsFloatsOnly)
     const VDTsAccHandle acc = BindTest(id.Get());
     ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
     ExpectPoints(acc.Get(), 1, floats, TSAccGetData);
+    float max = 0;
+    EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMax, &max));
+    EXPECT_EQ(max, 10);
     double value = 0;
     EXPECT_FALSE(TSAccGetDataDoublePrecision(acc.Get(), 1, 1, 1, nullptr, &value));
     ExpectError(-327690, "Unknown error in access plugin");
@@ -173,6 +179,8 @@ TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
         EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 42, 59, floats.data() + 41));
         // A channel that has points keeps them.
         EXPECT_TRUE(TSAccSetNumPoints(acc.Get(), All, 7));
+        EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &points));
+        EXPECT_EQ(points, 100);
         LQChannelMapper* mapper = nullptr;
         ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
         EXPECT_TRUE(mapper->SetStringAttribute("Sensor", "S 17", 0));
