@@ -49,6 +49,19 @@ constexpr int WholeFile = -1;
 constexpr std::uint32_t All = 0xf0000001U;
 }  // namespace DaxChannel
 
+/// Names of format-specific values that mean the same in every format. All are asked of the file as a whole, and a format that
+/// knows nothing of one leaves the answer empty.
+namespace DaxFormatValue {
+/// A list of texts: the names of all values that the file has, so that a host can show them and put them into a copy. Names
+/// that tell of a state, like those that follow, needn't be among them.
+constexpr const char* Names = "Names";
+/// A text: what of the file is missing or wrong although it can be read; empty for a sound file.
+constexpr const char* Damage = "Damage";
+/// A text: the name of the value because of which the last data that were put were refused, so that a host may begin anew
+/// without it; empty if that wasn't the reason.
+constexpr const char* Unfit = "Unfit";
+}  // namespace DaxFormatValue
+
 /// The file id of the built-in storage format.
 constexpr int DaxStorageFileId = 154;
 

@@ -22,18 +22,18 @@ const std::string VVDatabase =
 class BusToolsTest : public testing::Test
 {
 protected:
-    int Run(const std::string& program, const std::string& arguments)
+    int Run(const std::string& program, const std::string& arguments, const std::string& input = "/dev/null")
     {
         const std::string command =
-            program + " " + arguments + " >" + folder_.Name("out") + " 2>" + folder_.Name("err") + " </dev/null";
+            program + " " + arguments + " >" + folder_.Name("out") + " 2>" + folder_.Name("err") + " <" + input;
         const int status = std::system(command.c_str());
         out_ = TestReadFile(folder_.Name("out"));
         err_ = TestReadFile(folder_.Name("err"));
         return WEXITSTATUS(status);
     }
-    int Dbc(const std::string& arguments)
+    int Dbc(const std::string& arguments, const std::string& input = "/dev/null")
     {
-        return Run(DAX_PROGRAM, "dbc " + folder_.Write("a.dbc", VVDatabase) + " " + arguments);
+        return Run(DAX_PROGRAM, "dbc " + folder_.Write("a.dbc", VVDatabase) + " " + arguments, input);
     }
 
     TestFolder folder_;
@@ -108,8 +108,8 @@ TEST_F(BusToolsTest, DecodesLog)
                     "2.5,2566844949,Ext,Mode,1,1,,\n2.5,2566844949,Ext,One,-1,-0.1,\"V,x\",\n3,2566844949,Ext,Mode,9,9,,\n"
                     "4.25,100,Fd,Far,1792,1792,,\n");
     EXPECT_EQ(err_, "Frames matched: 4\nFrames with unknown ids: 2\n  7FF: 2\nFrames too short: 1\n  044 Std: 1\n"
-                    "Multiplexer values never seen:\n  18FEF215 Ext: 2\nLines that are no frame: 3\nRemote frames: 1\n"
-                    "Signals of 64 bits or more, left out: 1\n");
+                    "Multiplexer values never seen:\n  18FEF215 Ext: 2\nLines that are no frame: 2\nRemote frames: 1\n"
+                    "Error frames: 1\nSignals of 64 bits or more, left out: 1\n");
     ASSERT_EQ(Dbc("--frames " + log + " --json"), 0);
     EXPECT_EQ(
         Json::parse(out_.substr(0, out_.find('\n'))),
@@ -119,6 +119,37 @@ TEST_F(BusToolsTest, DecodesLog)
             "C\",\"text\":\"\"}"));
     EXPECT_EQ(Dbc("--frames " + folder_.Name("none") + " --json"), 1);
     EXPECT_EQ(Json::parse(out_)["errors"].size(), 1u);
+    EXPECT_EQ(Dbc("--frames " + folder_.Write("no.log", "garbage\n")), 1);
+    EXPECT_NE(err_.find("dax: error -900021: "), std::string::npos) << err_;
+}
+
+TEST_F(BusToolsTest, ReadsEachFormOfALog)
+{
+    // What stands behind the time in the output, "" for a line that gives no values, and what the line counts as.
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"(0012.50) can0 044#2A366C2BBA", "12.50", "Frames matched: 1"},
+        {"(000.5)  can0  044   [5]  2A 36 6C 2B BA   '*6l+.'\r", "0.5", "Frames matched: 1"},
+        {"  can0       044   [5]  2A 36 6C 2B BA", "null", "Frames matched: 1"},
+        {" (2024-01-02 10:11:12.5)  can0  TX B -  044  [05]  2A 36 6C 2B BA", "\"2024-01-02 10:11:12.5\"", "Frames matched: 1"},
+        {"(1.5) can0 044#2A366C2BBA000000_9", "1.5", "Frames matched: 1"},
+        {"(1.5)  can0  044  {9}  2A 36 6C 2B BA 00 00 00", "1.5", "Frames matched: 1"},
+        {"(1.5) can0 044##12A366C2BBA", "1.5", "Frames matched: 1"},
+        {"(1.5) can0 044#R8", "", "Remote frames: 1"},
+        {"(1.5)  can0  044   [8]  remote request", "", "Remote frames: 1"},
+        {"(1.5) can0 20000004#0004000000000000", "", "Error frames: 1"},
+        {"(1.5)  can0  20000004   [8]  00 04 00 00 00 00 00 00   ERRORFRAME", "", "Error frames: 1"},
+    };
+    for (const auto& [line, time, counted] : cases) {
+        const std::string log = folder_.Write("a.log", std::string(line) + "\n");
+        EXPECT_EQ(Dbc("--json --frames -", log), 0) << line;
+        EXPECT_NE(err_.find(counted), std::string::npos) << line << err_;
+        EXPECT_EQ(out_.substr(0, out_.find(",\"id\"")), *time == 0 ? "" : "{\"time\":" + std::string(time)) << line;
+        EXPECT_FALSE(Json::parse(out_.empty() ? "0" : out_.substr(0, out_.find('\n')), nullptr, false).is_discarded());
+    }
+    for (const char* line : {"(1.5) can0 044#2A366C2BBA_9", "(1.5) can0 044#2A366C2BBA000000_8", "(1.5) can0 044#Rx",
+                             "(1.5)  can0  044   [6]  2A 36 6C 2B BA", "(1.5) can0 044##", "(x) can0 044#2A366C2BBA",
+                             "(1.5) can0 40000004#00", "(1.5)  can0  044   [65]  00"})
+        EXPECT_EQ(Dbc("--frames " + folder_.Write("a.log", line)), 1) << line;
 }
 
 TEST_F(BusToolsTest, InspectsFamosFiles)

@@ -194,7 +194,9 @@ TEST_F(DaxStorage, MetaShowsSetsAndItems)
     const std::vector<std::string> rows = OwnMetaData(typed_);
     EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const auto& row) { return row.ends_with("  int32   Undefined"); }),
               1);
-    dax_.ExpectFailure({"meta", wav_}, -327992);
+    const json none = {{"path", wav_}, {"test", json::array()}, {"channels", json::array()}};
+    EXPECT_EQ(dax_.Json({"meta", wav_}), none);
+    EXPECT_EQ(dax_.Run({"meta", wav_}).out, wav_ + ": no metadata\n");
 }
 
 TEST_F(DaxStorage, CheckFindsWhatIsWrong)

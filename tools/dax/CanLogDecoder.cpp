@@ -2,10 +2,8 @@
 
 #include "Json.h"
 #include "NumberText.h"
+#include "Printable.h"
 
-#include "vdbase/VDUnicodeString.h"
-
-#include <cmath>
 #include <cstdio>
 #include <sstream>
 
@@ -13,16 +11,6 @@ namespace {
 
 /// Distinct unknown ids that are counted one by one; a log of noise has any number of them.
 constexpr std::size_t VVMaxUnknown = 100'000;
-
-std::string CsvField(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char byte : text)
-        quoted += byte == '"' ? std::string("\"\"") : std::string(1, byte);
-    return quoted + '"';
-}
 
 std::string IdText(unsigned long id)
 {
@@ -48,8 +36,7 @@ VDCanLogDecoder::VDCanLogDecoder(const VDCanDatabase& database, bool json, VDTex
 
 std::string VDCanLogDecoder::Quoted(const VDString& text) const
 {
-    const std::string utf8 = VFTextAsUtf8(text).Str();
-    return json_ ? VFJsonText(VDJson(utf8), -1) : CsvField(utf8);
+    return json_ ? VFJsonText(text.Str(), -1) : VFCsvText(text.View());
 }
 
 VDCanLogDecoder::SignalText VDCanLogDecoder::MakeText(const VDCanFrame& frame, const VDCanChanDefinition& signal) const
@@ -78,6 +65,11 @@ void VDCanLogDecoder::AddLine(std::string_view line)
 {
     if (!VFReadCanLogLine(line, &log_)) {
         ++noFrame_;
+        return;
+    }
+    hasFrames_ = true;
+    if (log_.isError) {
+        ++errors_;
         return;
     }
     const VDCanFrame* const frame = database_.Find(log_.id);
@@ -127,14 +119,17 @@ void VDCanLogDecoder::WriteValue(const VDCanFrame& frame, const SignalText& text
         char* const at = out_.Reserve(NumberTextSize);
         out_.Commit(VFPutNumber(at, figure));
     };
+    const std::string_view quote = json_ && log_.timeIsDate ? "\"" : "";
     if (json_)
         out_.Write("{\"time\":");
-    out_.Write(log_.time);
+    out_.Write(quote);
+    out_.Write(json_ && log_.time.empty() ? "null" : log_.time);
+    out_.Write(quote);
     out_.Write(text.front);
     number(value.raw);
     out_.Write(json_ ? ",\"physical\":" : ",");
-    if (json_ && !std::isfinite(physical))
-        out_.Write("null");
+    if (json_)
+        out_.Commit(VFPutJsonNumber(out_.Reserve(NumberTextSize), physical));
     else
         number(physical);
     out_.Write(text.units);
@@ -164,7 +159,7 @@ std::string VDCanLogDecoder::GetCoverage() const
     for (std::size_t index = 0; index < states_.size(); ++index) {
         const VDCanFrame& frame = database_.GetFrames()[index];
         const std::string label =
-            "  " + IdText(frame.definition->GetFrameId()) + " " + frame.definition->GetFrameName().Str();
+            "  " + IdText(frame.definition->GetFrameId()) + " " + VFPrintable(frame.definition->GetFrameName().View());
         if (states_[index].tooShort > 0)
             text << label << ": " << states_[index].tooShort << '\n';
         const std::string missing = GetMissingSwitchValues(frame, states_[index]);
@@ -177,6 +172,8 @@ std::string VDCanLogDecoder::GetCoverage() const
     text << "Lines that are no frame: " << noFrame_ << '\n';
     if (remote_ > 0)
         text << "Remote frames: " << remote_ << '\n';
+    if (errors_ > 0)
+        text << "Error frames: " << errors_ << '\n';
     if (undecodable > 0)
         text << "Signals of 64 bits or more, left out: " << undecodable << '\n';
     return text.str();

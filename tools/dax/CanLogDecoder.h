@@ -18,6 +18,8 @@ public:
     void AddLine(std::string_view line);
     /// Writes the counts for people.
     std::string GetCoverage() const;
+    /// Whether any line was a frame.
+    bool HasFrames() const { return hasFrames_; }
 
 private:
     /// What is the same in all lines of one signal.
@@ -52,5 +54,7 @@ private:
     std::int64_t matched_ = 0;
     std::int64_t tooShort_ = 0;
     std::int64_t remote_ = 0;
+    std::int64_t errors_ = 0;
+    bool hasFrames_ = false;
     std::int64_t noFrame_ = 0;
 };

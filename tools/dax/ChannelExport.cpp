@@ -2,28 +2,17 @@
 
 #include "Interrupt.h"
 #include "Json.h"
+#include "Printable.h"
 #include "ToolError.h"
 
 #include <algorithm>
+#include <bit>
+#include <map>
 
 namespace {
 
 /// Memory for the blocks of all columns together.
 constexpr std::int64_t VVBlockMemory = std::int64_t{16} << 20;
-
-/// A cell of the header line, in quotes where its text needs them.
-std::string VFCsvText(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char byte : text) {
-        if (byte == '"')
-            quoted += '"';
-        quoted += byte;
-    }
-    return quoted + '"';
-}
 
 std::string VFWithUnits(const std::string& title, const std::string& units)
 {
@@ -48,11 +37,7 @@ void VFWriteJsonValues(const VDTimeSeriesTest& test, const VDChannel& channel, c
             char* at = out.Reserve(NumberTextSize + 1);
             if (point + index > range.first)
                 *at++ = ',';
-            out.Commit(at);
-            if (values.IsFinite(index))
-                out.Commit(values.PutText(at, index));
-            else
-                out.Write("null");
+            out.Commit(values.PutJson(at, index));
         }
         point += read;
     }
@@ -70,14 +55,14 @@ std::int64_t VDPointRange::Last(const VDChannel& channel) const
 std::vector<VDChannelGroup> VFGroupByTime(const std::vector<VDChannel>& channels)
 {
     std::vector<VDChannelGroup> groups;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, std::size_t> known;  // by bits, which order whatever a file states
     for (const VDChannel& channel : channels) {
-        const auto group = std::find_if(groups.begin(), groups.end(), [&](const VDChannelGroup& other) {
-            return other.front().sampleRate == channel.sampleRate && other.front().baseTime == channel.baseTime;
-        });
-        if (group == groups.end())
-            groups.push_back({channel});
-        else
-            group->push_back(channel);
+        const std::pair times(std::bit_cast<std::uint64_t>(channel.sampleRate + 0.0),
+                              std::bit_cast<std::uint64_t>(channel.baseTime + 0.0));
+        const auto [group, isNew] = known.try_emplace(times, groups.size());
+        if (isNew)
+            groups.emplace_back();
+        groups[group->second].push_back(channel);
     }
     return groups;
 }
@@ -144,11 +129,10 @@ void VFWriteJson(const VDTimeSeriesTest& test, const std::vector<VDChannel>& cha
         try {
             VFWriteJsonValues(test, channel, range, out);
         } catch (const VDFailure&) {
-            const VDArray<VDErrorReport> reports = VFErrorGetReports(VFGetBaseLibError());
-            out.Write("]}],\"errors\":" + VFJsonText(VFJsonErrors({reports.begin(), reports.end()}), -1) + "}\n");
+            out.Write("]}]");
             throw;
         }
         out.Write("]}");
     }
-    out.Write("]}\n");
+    out.Write("]");
 }

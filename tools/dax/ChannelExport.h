@@ -25,8 +25,8 @@ std::vector<VDChannelGroup> VFGroupByTime(const std::vector<VDChannel>& channels
 std::int64_t VFWriteCsv(const VDTimeSeriesTest& test, const VDChannelGroup& channels, const VDPointRange& range,
                         VDTextSink& out);
 
-/// Writes channels as one JSON document, channel behind channel, in constant memory:
-/// {"path": ..., "channels": [{"index", "number", ..., "first", "values": [...]}, ...]}. What is no finite number is null.
-/// A failure on the way closes the document with the list "errors", and is thrown on.
+/// Writes channels as a JSON object, channel behind channel, in constant memory:
+/// {"path": ..., "channels": [{"index", "number", ..., "first", "values": [...]}, ...]. The object is left open for keys that
+/// follow, also when a failure on the way is thrown on. NaN and the infinities are texts.
 void VFWriteJson(const VDTimeSeriesTest& test, const std::vector<VDChannel>& channels, const VDPointRange& range,
                  VDTextSink& out);

@@ -53,12 +53,25 @@ std::string VFCheckRanges(const std::string& text)
     return VFReadRanges(text, &ranges) ? "" : "'" + text + "' is no channel number and no range such as 1-3,7";
 }
 
+/// The channel of a number, among channels sorted by theirs; throws if there is none.
+std::vector<VDChannel>::const_iterator VFFindNumber(const std::vector<VDChannel>& channels, int number)
+{
+    const auto found = std::lower_bound(channels.begin(), channels.end(), number,
+                                        [](const VDChannel& channel, int wanted) { return channel.number < wanted; });
+    if (found == channels.end() || found->number != number)
+        VFFail(DaxToolError::UnknownChannel,
+               "Channel " + std::to_string(number) + " is not in this test, which has " + VFChannelListText(channels, ','),
+               "VDChannelSelection::Choose");
+    return found;
+}
+
 }  // namespace
 
 void VDChannelSelection::Register(CLI::App& command)
 {
     command
-        .add_option("--chan", texts, "Channel numbers, also ranges such as 1-3,7; may be repeated (default: all channels)")
+        .add_option("--chan", texts, "Channel numbers, also ranges such as 7,1-3, in the order asked for; may be repeated (default: all "
+                              "channels)")
         ->allow_extra_args(false)
         ->check(CLI::Validator(VFCheckRanges, ""))
         ->type_name("N");
@@ -69,27 +82,20 @@ std::vector<VDChannel> VDChannelSelection::Choose(const VDTimeSeriesTest& test) 
     const std::vector<VDChannel>& channels = test.GetChannels();
     if (texts.empty())
         return channels;
+    std::vector<VDChannel> selection;
     std::set<int> chosen;
     for (const std::string& text : texts) {
         std::vector<Range> ranges;
         VFReadRanges(text, &ranges);
         for (const Range& range : ranges) {
-            // A range is walked over the test's channels, so that 1-2000000000 costs no more than 1-2; its ends must be
-            // there.
-            for (const int end : {range.first, range.last})
-                if (std::none_of(channels.begin(), channels.end(), [&](const VDChannel& c) { return c.number == end; }))
-                    VFFail(DaxToolError::UnknownChannel,
-                           "Channel " + std::to_string(end) + " is not in this test, which has " +
-                               VFChannelListText(channels, ','),
-                           "VDChannelSelection::Choose");
-            for (const VDChannel& channel : channels)
-                if (channel.number >= range.first && channel.number <= range.last)
-                    chosen.insert(channel.index);
+            // A range is walked over the test's channels, so that 1-2000000000 costs no more than 1-2.
+            auto channel = VFFindNumber(channels, range.first);
+            VFFindNumber(channels, range.last);
+            for (; channel != channels.end() && channel->number <= range.last; ++channel)
+                if (chosen.insert(channel->index).second)
+                    selection.push_back(*channel);
         }
     }
-    std::vector<VDChannel> selection;
-    for (const int index : chosen)
-        selection.push_back(channels[static_cast<std::size_t>(index)]);
     return selection;
 }
 

@@ -10,7 +10,8 @@ struct VDChannelSelection
     std::vector<std::string> texts;
 
     void Register(CLI::App& command);
-    /// The chosen channels in the order of the test; throws for a number that the test doesn't have.
+    /// The chosen channels in the order in which they are asked for, each once; throws for a number that the test doesn't
+    /// have.
     std::vector<VDChannel> Choose(const VDTimeSeriesTest& test) const;
 };
 

@@ -1,12 +1,21 @@
-#include "CheckCommand.h"
-
-#include "TextTable.h"
+#include "Commands.h"
 #include "ToolError.h"
 
 #include "vdarchive/VDArchiveErrorCodes.h"
 #include "vdstore/LQDataManager.h"
 
 namespace {
+
+/// `dax check FILE`: whether all that a storage file holds agrees with its checksums.
+class VDCheckCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    std::string file_;
+};
 
 /// Throws for a file that is no storage file, or can't be read at all. One that is damaged is for the check to judge.
 void VFCheckIsStorage(Z4Manager& files, const std::string& name)
@@ -20,8 +29,6 @@ void VFCheckIsStorage(Z4Manager& files, const std::string& name)
         throw VDFailure();
     VFErrorClear();
 }
-
-}  // namespace
 
 CLI::App* VDCheckCommand::Register(CLI::App& program)
 {
@@ -47,8 +54,15 @@ VDJson VDCheckCommand::Run(VDCommandContext& context)
         return {{"path", file_}, {"sound", sound}, {"findings", findings}};
     }
     if (sound)
-        context.Out().Write(file_ + ": sound\n");
+        context.Out().PutLine(file_ + ": sound");
     for (const VDString& finding : found)
-        context.Out().Write(file_ + ": " + VFPrintable(finding.View()) + "\n");
+        context.Out().PutLine(file_ + ": " + finding.Str());
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeCheckCommand()
+{
+    return std::make_unique<VDCheckCommand>();
 }

@@ -1,15 +1,38 @@
-#include "CopyCommand.h"
-
+#include "ChannelSelection.h"
+#include "Commands.h"
+#include "CopyLosses.h"
+#include "InputTest.h"
 #include "StagedOutput.h"
-#include "TextTable.h"
 #include "ToolError.h"
 
 #include "vdbase/VFFilename.h"
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 namespace {
+
+/// `dax copy IN OUT`: a test in another file, also of another format.
+class VDCopyCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDFileType ChooseFormat(const VDRegistry& registry, const VDFileIdHandle& source) const;
+    void CheckStrict(const std::vector<VDLoss>& losses) const;
+    VDJson MakeDocument(const VDInputTest& input, const VDCopyPlan& plan, const std::string& output,
+                        const std::vector<VDLoss>& losses) const;
+
+    VDTestArguments arguments_;
+    VDChannelSelection selection_;
+    std::string out_;
+    std::string keyword_;
+    bool overwrite_ = false;
+    bool quiet_ = false;
+};
 
 /// Points of each channel in the trial that shows what a format keeps.
 constexpr std::int64_t VVTrialPoints = 1024;
@@ -41,6 +64,13 @@ bool VFHasExtension(const VDFileType& type, const std::string& extension)
                                                  [&](const std::string& own) { return VFEqualNoCase(own, extension); });
 }
 
+std::vector<VDChannel> VFSortByNumber(std::vector<VDChannel> channels)
+{
+    std::stable_sort(channels.begin(), channels.end(),
+                     [](const VDChannel& left, const VDChannel& right) { return left.number < right.number; });
+    return channels;
+}
+
 std::int64_t VFCountPoints(const std::vector<VDChannel>& channels)
 {
     std::int64_t points = 0;
@@ -49,19 +79,86 @@ std::int64_t VFCountPoints(const std::vector<VDChannel>& channels)
     return points;
 }
 
-}  // namespace
+/// The copy under its staging name, which is written as often as it takes.
+class StagedCopy
+{
+public:
+    StagedCopy(const VDRegistry& registry, VDCopyPlan& plan, VDStagedOutput& output, const std::string& name)
+        : registry_(registry), plan_(plan), output_(output), name_(output.StagedName(name))
+    {
+    }
+
+    /// A format that keeps the channels' numbers lists them by those. Any other one gets them in the order that was asked
+    /// for, under the numbers that it gives itself.
+    void ArrangeChannels(const std::vector<VDChannel>& asked)
+    {
+        const auto isSame = [](const VDChannel& left, const VDChannel& right) { return left.index == right.index; };
+        if (std::equal(asked.begin(), asked.end(), plan_.channels.begin(), isSame) || KeepsNumbers())
+            return;
+        plan_.channels = asked;
+        std::iota(plan_.numbers.begin(), plan_.numbers.end(), 1);
+    }
+
+    /// Writes up to so many points of each channel, over what was written before.
+    /// @return what the copy doesn't hold
+    std::vector<VDLoss> Write(std::int64_t limit, bool quiet)
+    {
+        while (!TryWrite(limit, quiet)) {
+        }
+        return VFFindLosses(registry_, plan_, written_, limit);
+    }
+
+private:
+    /// @return false if the values need a form that the format wasn't asked for
+    bool TryWrite(std::int64_t limit, bool quiet)
+    {
+        output_.Discard();
+        const VDFileIdHandle target = VFMakeTargetId(plan_, name_);
+        written_ = VFGetTestFiles(target.Get()).front();
+        std::int64_t points = 0;
+        for (const VDChannel& channel : plan_.channels)
+            points += std::min(channel.points, limit);
+        VDProgressBar progress(points, quiet);
+        try {
+            VFWriteTest(plan_, target.Get(), limit, progress);
+            return true;
+        } catch (const VDUnfit& unfit) {
+            const auto isIt = [&](const VDFormatValue& value) { return VFEqualNoCase(value.name, unfit.name); };
+            if (std::erase_if(plan_.values, isIt) == 0)
+                VFFail(DaxToolError::Incomplete, "The format refuses the values because of its " + unfit.name, "VFWriteTest");
+            return false;
+        }
+    }
+
+    bool KeepsNumbers()
+    {
+        TryWrite(VVTrialPoints, true);
+        VDTestArguments arguments;
+        arguments.file = written_;
+        const VDFileIdHandle id = VFChooseTest(registry_, arguments);
+        std::vector<int> numbers;
+        for (const VDChannel& channel : VDTimeSeriesTest(id).GetChannels())
+            numbers.push_back(channel.number);
+        return numbers == plan_.numbers;
+    }
+
+    const VDRegistry& registry_;
+    VDCopyPlan& plan_;
+    VDStagedOutput& output_;
+    std::string name_;
+    std::string written_;
+};
 
 CLI::App* VDCopyCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("copy", "Copy a test, also into another format");
-    arguments_.Register(*command, "IN");
+    arguments_.Register(*command, "IN", "Write nothing if the input is damaged or the format can't hold everything");
     command->add_option("OUT", out_, "The file to write; its extension says the format (default: .z4t, the storage format)")
         ->required()
         ->type_name("");
     selection_.Register(*command);
     command->add_option("--format", keyword_, "Keyword of the format, see 'dax types'")->type_name("KEYWORD");
     command->add_flag("--overwrite", overwrite_, "Replace an existing output");
-    command->add_flag("--strict", strict_, "Write nothing if the format can't hold everything");
     command->add_flag("--quiet", quiet_, "Show no progress");
     command->footer("What the format can't hold is listed at the end. OUT appears when it is whole, never before.");
     return command;
@@ -70,6 +167,9 @@ CLI::App* VDCopyCommand::Register(CLI::App& program)
 VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileIdHandle& source) const
 {
     constexpr const char* routine = "VDCopyCommand::ChooseFormat";
+    if (out_ == VVStandardOutput)
+        VFFail(DaxToolError::NotToOutput,
+               "A copy is a file, which can't go to the standard output; 'dax read' writes CSV and JSON there", routine);
     const VDFileType own = VFGetFileType(registry, source);
     VDString base;
     VDString extension;
@@ -107,7 +207,7 @@ VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileI
 
 void VDCopyCommand::CheckStrict(const std::vector<VDLoss>& losses) const
 {
-    if (!strict_ || losses.empty())
+    if (!arguments_.strict || losses.empty())
         return;
     std::string text = "The copy would not hold everything, and nothing was written";
     for (const VDLoss& loss : losses)
@@ -115,51 +215,57 @@ void VDCopyCommand::CheckStrict(const std::vector<VDLoss>& losses) const
     VFFail(DaxToolError::Lossy, text, "VDCopyCommand::Run");
 }
 
+VDJson VDCopyCommand::MakeDocument(const VDInputTest& input, const VDCopyPlan& plan, const std::string& output,
+                                   const std::vector<VDLoss>& losses) const
+{
+    VDJson lost = VDJson::array();
+    for (const VDLoss& loss : losses)
+        lost.push_back(loss.ToJson());
+    return {{"input", input.GetPath()},
+            {"output", output},
+            {"keyword", plan.format.keyword},
+            {"fileId", plan.format.fileId},
+            {"subId", plan.format.subId},
+            {"channels", plan.channels.size()},
+            {"points", VFCountPoints(plan.channels)},
+            {"lost", lost}};
+}
+
 VDJson VDCopyCommand::Run(VDCommandContext& context)
 {
     const VDRegistry& registry = context.Registry();
-    const VDFileIdHandle id = VFChooseTest(registry, arguments_);
-    const VDTimeSeriesTest source(id);
-    const VDCopyPlan plan{source, selection_.Choose(source), ChooseFormat(registry, id)};
+    const VDInputTest input(context, arguments_);
+    const VDTimeSeriesTest& source = input.GetTest();
+    const std::vector<VDChannel> asked = selection_.Choose(source);
+    VDCopyPlan plan{
+        source, VFSortByNumber(asked), {}, ChooseFormat(registry, input.GetId()), VFGetValuesToKeep(source)};
+    for (const VDChannel& channel : plan.channels)
+        plan.numbers.push_back(channel.number);
     const std::string name = VDStagedOutput::ResolveName(out_);
-    const VDFileIdHandle finalId = VFMakeTargetId(plan, name);
-    const std::vector<std::string> names = VFGetTestFiles(finalId.Get());
-    VDStagedOutput output(names, VFGetTestFiles(id.Get()), overwrite_);
-    const VDFileIdHandle target = VFMakeTargetId(plan, output.StagedName(name));
-    const std::string written = VFGetTestFiles(target.Get()).front();
-    if (strict_) {
-        VDProgressBar none(0, true);
-        VFWriteTest(plan, target.Get(), VVTrialPoints, none);
-        CheckStrict(VFFindLosses(registry, plan, written, VVTrialPoints));
-        output.Discard();
-    }
-    constexpr std::int64_t all = std::numeric_limits<std::int64_t>::max();
-    {
-        VDProgressBar progress(VFCountPoints(plan.channels), quiet_ || context.IsJson());
-        VFWriteTest(plan, target.Get(), all, progress);
-    }
-    const std::vector<VDLoss> losses = VFFindLosses(registry, plan, written, all);
+    const std::vector<std::string> names = VFGetTestFiles(VFMakeTargetId(plan, name).Get());
+    VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
+    StagedCopy copy(registry, plan, output, name);
+    copy.ArrangeChannels(asked);
+    if (arguments_.strict)
+        CheckStrict(copy.Write(VVTrialPoints, true));
+    const std::vector<VDLoss> losses =
+        copy.Write(std::numeric_limits<std::int64_t>::max(), quiet_ || context.IsJson());
     CheckStrict(losses);
     output.Publish();
 
-    if (context.IsJson()) {
-        VDJson lost = VDJson::array();
-        for (const VDLoss& loss : losses)
-            lost.push_back(loss.ToJson());
-        VDJson document = {{"input", VFGetTestFiles(id.Get()).front()},
-                           {"output", names.front()},
-                           {"keyword", plan.format.keyword},
-                           {"fileId", plan.format.fileId},
-                           {"subId", plan.format.subId},
-                           {"channels", plan.channels.size()},
-                           {"points", VFCountPoints(plan.channels)}};
-        document["lost"] = lost;
-        return document;
-    }
-    context.Out().Write(names.front() + ": " + std::to_string(plan.channels.size()) +
-                        (plan.channels.size() == 1 ? " channel, " : " channels, ") +
-                        std::to_string(VFCountPoints(plan.channels)) + " points, " + plan.format.description + "\n");
+    if (context.IsJson())
+        return MakeDocument(input, plan, names.front(), losses);
+    context.Out().PutLine(names.front() + ": " + std::to_string(plan.channels.size()) +
+                          (plan.channels.size() == 1 ? " channel, " : " channels, ") +
+                          std::to_string(VFCountPoints(plan.channels)) + " points, " + plan.format.description);
     for (const VDLoss& loss : losses)
-        context.Out().Write("lost: " + VFPrintable(loss.ToText()) + "\n");
+        context.Out().PutLine("lost: " + loss.ToText());
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeCopyCommand()
+{
+    return std::make_unique<VDCopyCommand>();
 }

@@ -34,18 +34,6 @@ public:
     std::vector<VDLoss> losses;
 };
 
-/// The title of a test that isn't just the name of its file.
-std::string VFOwnTitle(VDFileId* id)
-{
-    VDString title;
-    VDString filename;
-    VDString extension;
-    VFCheck(FIDGetTestTitle(id, &title));
-    VFCheck(FIDGetFilename(id, &filename, &extension));
-    const bool derived = filename.Find(title) >= 0;
-    return derived ? std::string() : title.Str();
-}
-
 /// A form that holds as much is no loss: a short in a float channel, for instance, is whole.
 bool VFHoldsAsMuch(VTValueForm from, VTValueForm to)
 {
@@ -89,11 +77,14 @@ void VFCompareChannels(const VDCopyPlan& plan, const VDChannel& from, const VDTi
     VFCompareValues(plan, from, copy, to, list);
 }
 
-/// @param to  null where the copy has no metadata at all; a negative slot where it has none for the channel
-void VFCompareItems(const LQChannelMapper& from, int fromSlot, const LQChannelMapper* to, int toSlot,
-                    std::optional<int> channel, LossList& list)
+/// @param copy  may keep an item under a name of its own
+/// @param to    null where the copy has no metadata at all; a negative slot where it has none for the channel
+void VFCompareItems(const LQChannelMapper& from, int fromSlot, const VDTimeSeriesTest& copy, const LQChannelMapper* to,
+                    int toSlot, std::optional<int> channel, LossList& list)
 {
     VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
+        if (set == VVExtraDetails && !channel && VFGetFormatText(copy.Get(), item.GetName()) == item.ToString().Str())
+            return;
         const Z4PropertySet* kept =
             to != nullptr && toSlot >= LQChannelMapper::GLOBAL ? to->GetMetaDataSet(set.c_str(), toSlot) : nullptr;
         const Z4Property* twin = kept != nullptr ? kept->GetProperty(item.GetName(), false) : nullptr;
@@ -110,13 +101,29 @@ void VFCompareMetaData(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, Los
     if (from == nullptr)
         return;
     const LQChannelMapper* to = VFGetMetaData(copy.Get());
-    VFCompareItems(*from, LQChannelMapper::GLOBAL, to, LQChannelMapper::GLOBAL, {}, list);
+    VFCompareItems(*from, LQChannelMapper::GLOBAL, copy, to, LQChannelMapper::GLOBAL, {}, list);
     for (std::size_t index = 0; index < plan.channels.size(); ++index) {
         const int number = plan.channels[index].number;
         const int fromSlot = from->IndexFromNumber(number, false);
         const int toSlot = to != nullptr ? to->IndexFromNumber(copy.GetChannels()[index].number, false) : none;
         if (fromSlot >= 0)
-            VFCompareItems(*from, fromSlot, to, toSlot < 0 ? none : toSlot, number, list);
+            VFCompareItems(*from, fromSlot, copy, to, toSlot < 0 ? none : toSlot, number, list);
+    }
+}
+
+/// What the source's format keeps under names of its own is kept by the copy's format or, in its place, in the metadata.
+void VFCompareFormatValues(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, LossList& list)
+{
+    const std::string title = VFOwnTitle(plan.source.GetId());
+    const LQChannelMapper* const mapper = VFGetMetaData(copy.Get());
+    const Z4PropertySet* const details =
+        mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
+    for (const VDFormatValue& value : VFGetFormatValues(plan.source.Get())) {
+        const std::string text = value.Text();
+        VDString detail;
+        if ((details != nullptr && details->GetString(value.name.c_str(), &detail) && detail == text) || text == title)
+            continue;
+        list.AddText(("format value " + value.name).c_str(), {}, text, VFGetFormatText(copy.Get(), value.name.c_str()));
     }
 }
 
@@ -161,5 +168,6 @@ std::vector<VDLoss> VFFindLosses(const VDRegistry& registry, const VDCopyPlan& p
         VFCompareChannels(plan, from, copy, to, list);
     }
     VFCompareMetaData(plan, copy, list);
+    VFCompareFormatValues(plan, copy, list);
     return std::move(list.losses);
 }

@@ -1,22 +1,36 @@
-#include "DbcCommand.h"
-
 #include "CanLog.h"
 #include "CanLogDecoder.h"
+#include "Commands.h"
+#include "LineReader.h"
 #include "NumberText.h"
 #include "TextTable.h"
 #include "ToolError.h"
 
-#include "vdbase/VDTextIo.h"
 #include "vdbase/VDUnicodeString.h"
 
 #include <charconv>
-#include <cstdio>
+#include <unistd.h>
 
 namespace {
 
+/// `dax dbc`: what a CAN database defines, and frames decoded with it.
+class VDDbcCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDJson Show(VDCommandContext& context, const VDCanDatabase& database) const;
+    VDJson DecodeOne(VDCommandContext& context, const VDCanDatabase& database) const;
+    VDJson DecodeLog(VDCommandContext& context, const VDCanDatabase& database) const;
+
+    std::string filename_;
+    std::vector<std::string> decode_;
+    std::string log_;
+};
+
 constexpr const char* VVRoutine = "VDDbcCommand::Run";
-/// A longer line of a log is no frame.
-constexpr int VVMaxLogLine = 4096;
 
 std::string Text(const VDString& text)
 {
@@ -89,8 +103,6 @@ bool ReadId(std::string_view text, unsigned long* id)
     return error == std::errc() && end == text.data() + text.size();
 }
 
-}  // namespace
-
 CLI::App* VDDbcCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("dbc", "Show a CAN database, or decode frames with it");
@@ -99,7 +111,7 @@ CLI::App* VDDbcCommand::Register(CLI::App& program)
         command->add_option("--decode", decode_, "Decode one frame: its id (decimal, or 0x and hexadecimal) and its bytes")
             ->expected(2)
             ->type_name("ID HEXBYTES");
-    command->add_option("--frames", log_, "Decode the frames of a candump log to CSV, or with --json to an object a line")
+    command->add_option("--frames", log_, "Decode the frames of a candump log, - for the standard input, to CSV or with --json to an object a line")
         ->type_name("LOG")
         ->excludes(decode);
     return command;
@@ -132,7 +144,7 @@ VDJson VDDbcCommand::Show(VDCommandContext& context, const VDCanDatabase& databa
             heading += text.empty() ? "" : ", " + (label + text);
         if (definition.GetSamplePeriod() != 0)
             heading += ", period " + VFNumberText(definition.GetSamplePeriod());
-        context.Out().Write(VFPrintable(heading) + "\n");
+        context.Out().PutLine(heading);
         VDTextTable table("lrrllrrrrlll");
         table.Add(
             {"SIGNAL", "START", "BITS", "ORDER", "SIGN", "FACTOR", "OFFSET", "MIN", "MAX", "UNITS", "MUX", "DESCRIPTION"});
@@ -170,10 +182,8 @@ VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& d
     // Those that can't be decoded are left out, and named.
     for (const VDCanChanDefinition* signal : frame->signals) {
         std::int64_t unused = 0;
-        if (!VDCanDatabase::IsDecodable(*signal) && !signal->GetValueFromFrame(data.data.data(), &unused)) {
-            const std::vector<VDErrorReport> reports = VFTakeErrors();
-            context.errors.insert(context.errors.end(), reports.begin(), reports.end());
-        }
+        if (!VDCanDatabase::IsDecodable(*signal) && !signal->GetValueFromFrame(data.data.data(), &unused))
+            context.TakeErrors();
     }
 
     VDJson list = VDJson::array();
@@ -201,16 +211,22 @@ VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& d
 
 VDJson VDDbcCommand::DecodeLog(VDCommandContext& context, const VDCanDatabase& database) const
 {
-    VDTextIo log(log_.c_str());
-    VFCheck(log.Open(VTOpenRead));
+    VDLineReader log(log_);
     VDCanLogDecoder decoder(database, context.IsJson(), context.Out());
-    VDString line;
-    while (log.ReadString(&line, VVMaxLogLine, nullptr))
-        decoder.AddLine(line.View());
-    const std::vector<VDErrorReport> problems = VFTakeErrors();
-    context.errors.insert(context.errors.end(), problems.begin(), problems.end());
+    context.document = VTDocument::Written;
+    std::string_view line;
+    while (log.Read(&line))
+        decoder.AddLine(line);
     context.Out().Flush();
-    std::fputs(decoder.GetCoverage().c_str(), stderr);
-    context.documentWritten = context.IsJson() && problems.empty();
+    VFWriteAll(STDERR_FILENO, decoder.GetCoverage());
+    if (!decoder.HasFrames())
+        VFFail(DaxToolError::NoFrame, "No line of the log is a frame: " + log_, VVRoutine);
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeDbcCommand()
+{
+    return std::make_unique<VDDbcCommand>();
 }

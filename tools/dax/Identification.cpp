@@ -86,12 +86,13 @@ const char* VFIdentifiedBy(const VDIdentification& identification, const VDFileT
     return identification.byExtension || type.IsConfigured() ? "extension" : "content";
 }
 
-void VDTestArguments::Register(CLI::App& command, const char* name)
+void VDTestArguments::Register(CLI::App& command, const char* name, const char* strictHelp)
 {
     command.add_option(name, file, "The file")->required()->type_name("");
     command.add_option("--test", test, "Which test of a file that holds several, from 1 in the order of 'dax identify'")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->type_name("N");
+    command.add_flag("--strict", strict, strictHelp);
 }
 
 VDFileIdHandle VFChooseTest(const VDRegistry& registry, const VDTestArguments& arguments)

@@ -27,10 +27,12 @@ const char* VFIdentifiedBy(const VDIdentification& identification, const VDFileT
 struct VDTestArguments
 {
     std::string file;
-    int test = 0;  ///< position among the file's tests from 1; 0 if it isn't given
+    int test = 0;         ///< position among the file's tests from 1; 0 if it isn't given
+    bool strict = false;  ///< a damaged file is refused
 
-    /// @param name  of the positional argument
-    void Register(CLI::App& command, const char* name);
+    /// @param name        of the positional argument
+    /// @param strictHelp  what --strict does
+    void Register(CLI::App& command, const char* name, const char* strictHelp = "Refuse a damaged file");
 };
 
 /// Identifies the file, loads its channels and chooses the test, which is sorted by channel number.

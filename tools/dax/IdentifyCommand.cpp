@@ -1,7 +1,23 @@
-#include "IdentifyCommand.h"
-
+#include "Commands.h"
 #include "TestDescription.h"
 #include "ToolError.h"
+
+namespace {
+
+/// `dax identify FILE...`: what each file is.
+class VDIdentifyCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    /// Appends a row for each test of the file, or prints them.
+    void Identify(VDCommandContext& context, const std::string& file, VDJson& list) const;
+
+    std::vector<std::string> files_;
+    bool byExtension_ = false;
+};
 
 CLI::App* VDIdentifyCommand::Register(CLI::App& program)
 {
@@ -51,4 +67,11 @@ void VDIdentifyCommand::Identify(VDCommandContext& context, const std::string& f
         table.Print(context.Out());
         context.Out().Write("\n");
     }
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeIdentifyCommand()
+{
+    return std::make_unique<VDIdentifyCommand>();
 }

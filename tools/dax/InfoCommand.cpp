@@ -1,11 +1,21 @@
-#include "InfoCommand.h"
-
+#include "Commands.h"
+#include "InputTest.h"
 #include "NumberText.h"
 #include "TestDescription.h"
-#include "TimeSeriesTest.h"
 #include "ToolError.h"
 
 namespace {
+
+/// `dax info FILE`: the test and its channels.
+class VDInfoCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDTestArguments arguments_;
+};
 
 /// The channels of a test that is no time series, from its id.
 std::vector<VDChannel> VFListChannels(const VDFileIdHandle& test)
@@ -60,8 +70,6 @@ VDTextTable VFChannelTable(const std::vector<VDChannel>& channels, bool timeSeri
     return table;
 }
 
-}  // namespace
-
 CLI::App* VDInfoCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("info", "Show a test and its channels");
@@ -71,22 +79,24 @@ CLI::App* VDInfoCommand::Register(CLI::App& program)
 
 VDJson VDInfoCommand::Run(VDCommandContext& context)
 {
-    const VDFileIdHandle test = VFChooseTest(context.Registry(), arguments_);
+    VDFileIdHandle test = VFChooseTest(context.Registry(), arguments_);
     const VDTestDescription description(context.Registry(), {}, test);
     const bool timeSeries = description.type.accessType == VTFileAccessTimeSeries;
     std::vector<VDChannel> channels;
+    std::vector<VDFormatValue> values;
     std::string xTitle;
     std::string xUnits;
+    VDString descriptor;
+    VFCheck(FIDGetTestDescriptor(test.Get(), VTTestDescAll, &descriptor));
     if (timeSeries) {
-        const VDTimeSeriesTest open(test);
-        channels = open.GetChannels();
-        xTitle = open.GetXTitle();
-        xUnits = open.GetXUnits();
+        const VDInputTest input(context, arguments_, std::move(test));
+        channels = input.GetTest().GetChannels();
+        xTitle = input.GetTest().GetXTitle();
+        xUnits = input.GetTest().GetXUnits();
+        values = VFGetFormatValues(input.GetTest().Get());
     } else {
         channels = VFListChannels(test);
     }
-    VDString descriptor;
-    VFCheck(FIDGetTestDescriptor(test.Get(), VTTestDescAll, &descriptor));
 
     if (context.IsJson()) {
         VDJson document = description.ToJson();
@@ -94,6 +104,9 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
         if (timeSeries) {
             document["xTitle"] = xTitle;
             document["xUnits"] = xUnits;
+            VDJson& named = document["formatValues"] = VDJson::object();
+            for (const VDFormatValue& value : values)
+                named[value.name] = value.Text();
         }
         VDJson& list = document["channels"] = VDJson::array();
         for (const VDChannel& channel : channels)
@@ -105,9 +118,18 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
     table.Add({"Descriptor", descriptor.Str()});
     if (!xTitle.empty() || !xUnits.empty())
         table.Add({"X axis", xTitle + (xUnits.empty() ? "" : " [" + xUnits + "]")});
+    for (const VDFormatValue& value : values)
+        table.Add({value.name, value.Text()});
     table.Add({"Channels", std::to_string(channels.size())});
     table.Print(context.Out());
     context.Out().Write("\n");
     VFChannelTable(channels, timeSeries).Print(context.Out());
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeInfoCommand()
+{
+    return std::make_unique<VDInfoCommand>();
 }

@@ -1,13 +1,23 @@
-#include "MetaCommand.h"
-
+#include "Commands.h"
+#include "InputTest.h"
 #include "TestMetaData.h"
 #include "TextTable.h"
-#include "TimeSeriesTest.h"
 #include "ToolError.h"
 
 #include "vdstore/LQChannelMapper.h"
 
 namespace {
+
+/// `dax meta FILE`: the metadata of the test and its channels.
+class VDMetaCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDTestArguments arguments_;
+};
 
 const char* VFTypeWord(Z4PropertyType type)
 {
@@ -42,7 +52,7 @@ const char* VFTypeWord(Z4PropertyType type)
     return "unknown";
 }
 
-/// Null for an undefined item. Numbers are numbers, but for nan and the like; lists are as text what they are there.
+/// Null for an undefined item; lists are as text what they are there.
 VDJson VFValueJson(const Z4Property& item)
 {
     if (!item.IsDefined())
@@ -53,8 +63,7 @@ VDJson VFValueJson(const Z4Property& item)
         return static_cast<const Z4BooleanProperty&>(item).Get();
     if (type == Z4TypeString || type == Z4TypeText || type == Z4TypeDoubleList)
         return text;
-    const VDJson number = VDJson::parse(text, nullptr, false);
-    return number.is_number() ? number : VDJson(text);
+    return VFJsonNumber(text);
 }
 
 VDJson VFSlotJson(const LQChannelMapper& mapper, int slot)
@@ -82,8 +91,6 @@ void VFAddSlot(const LQChannelMapper& mapper, int slot, const std::string& owner
     });
 }
 
-}  // namespace
-
 CLI::App* VDMetaCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("meta", "Show the metadata of a test and its channels");
@@ -93,31 +100,46 @@ CLI::App* VDMetaCommand::Register(CLI::App& program)
     return command;
 }
 
+/// A file without metadata is one whose metadata are empty.
+VDJson VFMetaDataJson(const std::string& path, const LQChannelMapper* mapper)
+{
+    VDJson test = VDJson::array();
+    VDJson channels = VDJson::array();
+    if (mapper != nullptr)
+        test = VFSlotJson(*mapper, LQChannelMapper::GLOBAL);
+    for (int slot = 0; mapper != nullptr && slot < mapper->GetChannelCount(); ++slot) {
+        VDString title;
+        mapper->GetChanTitle(title, slot);
+        channels.push_back({{"number", mapper->NumberFromIndex(slot, false)},
+                            {"title", title.Str()},
+                            {"sets", VFSlotJson(*mapper, slot)}});
+    }
+    return {{"path", path}, {"test", test}, {"channels", channels}};
+}
+
 VDJson VDMetaCommand::Run(VDCommandContext& context)
 {
-    const VDFileIdHandle id = VFChooseTest(context.Registry(), arguments_);
-    const VDTimeSeriesTest test(id);
-    LQChannelMapper* mapper = nullptr;
-    VFCheck(TSAccGetMetaData(test.Get(), &mapper));
-
-    if (context.IsJson()) {
-        VDJson channels = VDJson::array();
-        for (int slot = 0; slot < mapper->GetChannelCount(); ++slot) {
-            VDString title;
-            mapper->GetChanTitle(title, slot);
-            channels.push_back({{"number", mapper->NumberFromIndex(slot, false)},
-                                {"title", title.Str()},
-                                {"sets", VFSlotJson(*mapper, slot)}});
-        }
-        return {{"path", VFGetTestFiles(id.Get()).front()},
-                {"test", VFSlotJson(*mapper, LQChannelMapper::GLOBAL)},
-                {"channels", channels}};
-    }
+    const VDInputTest input(context, arguments_);
+    const LQChannelMapper* const mapper = VFGetMetaData(input.GetTest().Get());
+    if (context.IsJson())
+        return VFMetaDataJson(input.GetPath(), mapper);
     VDTextTable table("lllll");
     table.Add({"CHANNEL", "SET", "ITEM", "TYPE", "VALUE"});
-    VFAddSlot(*mapper, LQChannelMapper::GLOBAL, "test", table);
-    for (int slot = 0; slot < mapper->GetChannelCount(); ++slot)
-        VFAddSlot(*mapper, slot, std::to_string(mapper->NumberFromIndex(slot, false)), table);
-    table.Print(context.Out());
+    if (mapper != nullptr) {
+        VFAddSlot(*mapper, LQChannelMapper::GLOBAL, "test", table);
+        for (int slot = 0; slot < mapper->GetChannelCount(); ++slot)
+            VFAddSlot(*mapper, slot, std::to_string(mapper->NumberFromIndex(slot, false)), table);
+    }
+    if (table.GetSize() > 1)
+        table.Print(context.Out());
+    else
+        context.Out().PutLine(input.GetPath() + ": no metadata");
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeMetaCommand()
+{
+    return std::make_unique<VDMetaCommand>();
 }

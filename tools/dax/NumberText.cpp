@@ -60,3 +60,29 @@ char* VFPutNumber(char* at, std::int64_t value)
 {
     return VFPutInteger(at, value);
 }
+
+const char* VFNotFiniteText(double value)
+{
+    if (std::isnan(value))
+        return "NaN";
+    return value > 0 ? "Infinity" : "-Infinity";
+}
+
+template <class Number>
+char* VFPutJsonNumber(char* at, Number value)
+{
+    if constexpr (std::is_floating_point_v<Number>)
+        if (!std::isfinite(value)) {
+            *at++ = '"';
+            at = VFPutText(at, VFNotFiniteText(static_cast<double>(value)));
+            *at++ = '"';
+            return at;
+        }
+    return VFPutNumber(at, value);
+}
+
+template char* VFPutJsonNumber(char*, double);
+template char* VFPutJsonNumber(char*, float);
+template char* VFPutJsonNumber(char*, std::uint32_t);
+template char* VFPutJsonNumber(char*, std::uint64_t);
+template char* VFPutJsonNumber(char*, std::int64_t);

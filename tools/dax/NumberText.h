@@ -14,6 +14,13 @@ char* VFPutNumber(char* at, std::uint32_t value);
 char* VFPutNumber(char* at, std::uint64_t value);
 char* VFPutNumber(char* at, std::int64_t value);
 
+/// What stands in JSON for a value that is no finite number: "NaN", "Infinity" or "-Infinity".
+const char* VFNotFiniteText(double value);
+
+/// The same for JSON: what is no finite number is a text.
+template <class Number>
+char* VFPutJsonNumber(char* at, Number value);
+
 template <class Number>
 std::string VFNumberText(Number value)
 {

@@ -1,14 +1,12 @@
 #include "Program.h"
 
 #include "ChannelSelection.h"
-#include "TextTable.h"
 #include "ToolError.h"
 
 #include "vdbase/VFVersion.h"
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -22,29 +20,10 @@ std::string VFVersionText()
            std::to_string(version.build);
 }
 
-/// Prints reports on the standard error, one a line.
-/// @param kind  "error" or "warning"
-void VFPrintReports(const std::vector<VDErrorReport>& reports, const char* kind)
+void VFPrintErrors(const std::vector<VDErrorReport>& errors)
 {
-    for (const VDErrorReport& report : reports) {
-        std::string text = VFPrintable(report.text.View());
-        text.erase(text.find_last_not_of(' ') + 1);
-        std::fprintf(stderr, "dax: %s %d: %s (%s)\n", kind, report.code, text.c_str(), report.routine.c_str());
-    }
-}
-
-/// Prints what went wrong, in the way that was asked for.
-/// @param document  what there is beside the errors in JSON mode
-int VFPrintFailure(const std::vector<VDErrorReport>& errors, bool json, VDJson document, VDTextSink& out)
-{
-    if (!json) {
-        out.Flush();
-        VFPrintReports(errors, "error");
-        return 1;
-    }
-    document["errors"] = VFJsonErrors(errors);
-    out.Write(VFJsonText(document) + "\n");
-    return 1;
+    for (const VDErrorReport& error : errors)
+        VFPrintReport(error, "error");
 }
 
 /// What is recorded, or that nothing is.
@@ -54,6 +33,27 @@ std::vector<VDErrorReport> VFTakeFailure()
     if (reports.empty())
         reports.push_back({DaxToolError::Internal, "The library failed without an error of its own", "dax"});
     return reports;
+}
+
+/// Prints the JSON document, or what of it isn't written yet.
+void VFEndDocument(VTDocument state, VDJson document, const std::vector<VDErrorReport>& warnings,
+                   const std::vector<VDErrorReport>& errors, VDTextSink& out)
+{
+    if (state == VTDocument::Written) {
+        if (errors.empty())
+            return;
+        document = {};
+    }
+    if (!warnings.empty())
+        document["warnings"] = VFJsonErrors(warnings);
+    if (!errors.empty())
+        document["errors"] = VFJsonErrors(errors);
+    if (state != VTDocument::Begun) {
+        out.Write(VFJsonText(document) + "\n");
+        return;
+    }
+    const std::string rest = document.empty() ? "}" : VFJsonText(document, -1).replace(0, 1, ",");
+    out.Write(rest + "\n");
 }
 
 int VFRunCommand(VDCommand& command, bool json, VDTextSink& out)
@@ -70,19 +70,17 @@ int VFRunCommand(VDCommand& command, bool json, VDTextSink& out)
     }
     // A plug-in that didn't load may be why a file wasn't recognised; where all went well, it is still worth a word.
     if (const VDRegistry* registry = context.GetRegistry()) {
-        const std::vector<VDErrorReport>& problems = registry->GetLoadProblems();
-        if (context.errors.empty() && !context.pluginsAsked)
-            VFPrintReports(problems, "warning");
-        else
-            context.errors.insert(context.errors.end(), problems.begin(), problems.end());
+        const bool warn = context.errors.empty() && !context.pluginsAsked;
+        for (const VDErrorReport& problem : registry->GetLoadProblems())
+            warn ? context.Warn(problem) : context.errors.push_back(problem);
     }
-    if (context.documentWritten)
-        return context.errors.empty() ? 0 : 1;
-    if (!context.errors.empty())
-        return VFPrintFailure(context.errors, json, std::move(document), out);
-    if (json)
-        out.Write(VFJsonText(document) + "\n");
-    return context.negative ? 1 : 0;
+    if (json) {
+        VFEndDocument(context.document, std::move(document), context.GetWarnings(), context.errors, out);
+    } else if (!context.errors.empty()) {
+        out.Flush();
+        VFPrintErrors(context.errors);
+    }
+    return context.negative || !context.errors.empty() ? 1 : 0;
 }
 
 int VFParseAndRun(const std::vector<std::unique_ptr<VDCommand>>& commands, std::vector<std::string> arguments,
@@ -112,7 +110,12 @@ int VFParseAndRun(const std::vector<std::unique_ptr<VDCommand>>& commands, std::
             return 0;
         }
         const std::string advice = "; see 'dax --help' or 'dax COMMAND --help'";
-        return VFPrintFailure({{DaxToolError::Usage, error.what() + advice, "dax"}}, askedForJson, {}, out);
+        const std::vector<VDErrorReport> errors = {{DaxToolError::Usage, error.what() + advice, "dax"}};
+        if (askedForJson)
+            VFEndDocument(VTDocument::Returned, {}, {}, errors, out);
+        else
+            VFPrintErrors(errors);
+        return 1;
     }
     const auto chosen =
         std::find_if(registered.begin(), registered.end(), [](const CLI::App* app) { return app->parsed(); });
@@ -134,10 +137,10 @@ int VFRunProgram(const std::vector<std::unique_ptr<VDCommand>>& commands, std::v
     } catch (const VDBrokenPipe&) {
         return 0;
     } catch (const VDFailure&) {
-        VFPrintReports(VFTakeFailure(), "error");
+        VFPrintErrors(VFTakeFailure());
         return 1;
     } catch (const std::exception& unforeseen) {
-        VFPrintReports({{DaxToolError::Internal, unforeseen.what(), "dax"}}, "error");
+        VFPrintErrors({{DaxToolError::Internal, unforeseen.what(), "dax"}});
         return 1;
     }
 }

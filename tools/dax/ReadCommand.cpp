@@ -1,5 +1,7 @@
-#include "ReadCommand.h"
-
+#include "ChannelExport.h"
+#include "ChannelSelection.h"
+#include "Commands.h"
+#include "InputTest.h"
 #include "StagedOutput.h"
 #include "ToolError.h"
 
@@ -12,6 +14,25 @@
 namespace fs = std::filesystem;
 
 namespace {
+
+/// `dax read FILE`: times and values as CSV or JSON.
+class VDReadCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDJson WriteFiles(VDCommandContext& context, const VDTimeSeriesTest& test,
+                      const std::vector<VDChannelGroup>& groups) const;
+    void CheckFirst(const std::vector<VDChannel>& channels) const;
+
+    VDTestArguments arguments_;
+    VDChannelSelection selection_;
+    VDPointRange range_;
+    std::string out_;
+    bool overwrite_ = false;
+};
 
 constexpr std::int64_t VVMaxPoint = std::numeric_limits<std::int64_t>::max() / 2;
 
@@ -39,8 +60,6 @@ std::int64_t VFWriteCsvFile(const std::string& name, const VDTimeSeriesTest& tes
     return rows;
 }
 
-}  // namespace
-
 CLI::App* VDReadCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("read", "Print times and values as CSV");
@@ -52,7 +71,10 @@ CLI::App* VDReadCommand::Register(CLI::App& program)
     command->add_option("--count", range_.count, "Number of points (default: up to the end)")
         ->check(CLI::Range(std::int64_t{0}, VVMaxPoint).description(""))
         ->type_name("C");
-    command->add_option("--out", out_, "CSV file to write; channels of different times go to a file each, named after it")
+    command
+        ->add_option("--out", out_,
+                     "CSV file to write; channels of different times go to a file each, named after it; - is the standard "
+                     "output")
         ->type_name("FILE.csv");
     command->add_flag("--overwrite", overwrite_, "Replace existing output files");
     command->footer("With --json the values are printed as one document, a list for each channel, or with --out the list of "
@@ -62,15 +84,15 @@ CLI::App* VDReadCommand::Register(CLI::App& program)
 
 VDJson VDReadCommand::Run(VDCommandContext& context)
 {
-    const VDFileIdHandle id = VFChooseTest(context.Registry(), arguments_);
-    const VDTimeSeriesTest test(id);
+    const VDInputTest input(context, arguments_);
+    const VDTimeSeriesTest& test = input.GetTest();
     const std::vector<VDChannel> channels = selection_.Choose(test);
     CheckFirst(channels);
     const std::vector<VDChannelGroup> groups = VFGroupByTime(channels);
-    if (!out_.empty())
+    if (!out_.empty() && out_ != VVStandardOutput)
         return WriteFiles(context, test, groups);
     if (context.IsJson()) {
-        context.documentWritten = true;
+        context.document = VTDocument::Begun;
         VFWriteJson(test, channels, range_, context.Out());
         return {};
     }
@@ -118,7 +140,14 @@ VDJson VDReadCommand::WriteFiles(VDCommandContext& context, const VDTimeSeriesTe
     if (context.IsJson())
         return {{"files", files}};
     for (std::size_t index = 0; index < groups.size(); ++index)
-        context.Out().Write(names[index] + ": " + std::to_string(files[index]["rows"].get<std::int64_t>()) +
-                            " rows of channels " + VFChannelListText(groups[index], ',') + "\n");
+        context.Out().PutLine(names[index] + ": " + std::to_string(files[index]["rows"].get<std::int64_t>()) +
+                              " rows of channels " + VFChannelListText(groups[index], ','));
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeReadCommand()
+{
+    return std::make_unique<VDReadCommand>();
 }

@@ -2,6 +2,7 @@
 
 #include "ToolError.h"
 
+#include "daxlib/TimeSeriesPlugin.h"
 #include "daxlib/VDGeneralFiles.h"
 #include "vdbase/VFFilename.h"
 
@@ -26,6 +27,38 @@ bool VFIsTemporary(int fileId, int subId)
     VFCheck(FIDSetFileId(id.Get(), fileId, subId));
     VFCheck(FIDIsTemporary(id.Get(), &temporary));
     return temporary != 0;
+}
+
+/// Whether the library finds an access plug-in for a time-series type, and one that writes where that is asked for. It is
+/// asked to serve a test that isn't there: what it says about that test itself doesn't count.
+bool VFIsServedTimeSeries(const VDFileType& type, bool writes)
+{
+    constexpr int notSupported = -328008;
+    constexpr int disabled = -327698;
+    constexpr const char* nowhere = "/dev/null/test";
+    const VDFileIdHandle id(FIDCreate());
+    const VDTsAccHandle acc(TSAccCreate());
+    int index = 0;
+    VFCheck(id && acc);
+    VFCheck(FIDSetFileId(id.Get(), type.fileId, type.subId));
+    VFCheck(FIDSetFilename(id.Get(), VTNameFormFile, nowhere, ""));
+    VFCheck(FIDAddChannel(id.Get(), 1, &index));
+    VFCheck(FIDSetInfoLoaded(id.Get(), 1));
+    VFErrorClear();
+    const bool bound = TSAccSetId(acc.Get(), id.Get(), writes ? 1 : 0) != 0;
+    const int code = VFErrorGetCode(VFGetBaseLibError());
+    char writable = 0;
+    if (bound && writes && TSAccGetCapability(acc.Get(), DaxTimeSeries::Writable, &writable) != 0)
+        return writable != 0;
+    return bound || (code != notSupported && code != disabled);
+}
+
+/// Whether something is there that opens tests of the type's kind.
+bool VFIsServed(const VDFileType& type, bool writes)
+{
+    const bool served = type.accessType == VTFileAccessTimeSeries && VFIsServedTimeSeries(type, writes);
+    VFErrorClear();
+    return served;
 }
 
 }  // namespace
@@ -59,10 +92,23 @@ std::vector<VDFileType> VDRegistry::GetFileTypes() const
     for (VFCheck(FINFGetNextFileType(Get(), &index, &fileId, &subId, &more)); more != 0;
          VFCheck(FINFGetNextFileType(Get(), &index, &fileId, &subId, &more)))
         types.push_back(Describe(fileId, subId));
+    // A type's own word is what its format allows; what is so today takes an access plug-in as well.
+    for (VDFileType& type : types) {
+        type.readable = HasCapability(type.fileId, type.subId, "Readable") && VFIsServed(type, false);
+        type.writable = HasCapability(type.fileId, type.subId, "Writable") && VFIsServed(type, true);
+    }
     return types;
 }
 
-VDFileType VDRegistry::Describe(int fileId, int subId) const
+const VDFileType& VDRegistry::Describe(int fileId, int subId) const
+{
+    const auto known = described_.find({fileId, subId});
+    if (known != described_.end())
+        return known->second;
+    return described_.try_emplace({fileId, subId}, MakeDescription(fileId, subId)).first->second;
+}
+
+VDFileType VDRegistry::MakeDescription(int fileId, int subId) const
 {
     VDFileType type;
     type.fileId = fileId;
@@ -75,8 +121,6 @@ VDFileType VDRegistry::Describe(int fileId, int subId) const
     VFCheck(FINFGetAccessClass(Get(), nullptr, fileId, subId, &type.accessType, &text));
     FINFGetAccessDescription(Get(), type.accessType, &text);  // an unknown type has a text too
     type.accessName = text.Str();
-    type.readable = HasCapability(fileId, subId, "Readable");
-    type.writable = HasCapability(fileId, subId, "Writable");
     type.temporary = VFIsTemporary(fileId, subId);
     type.extensions = GetExtensions(type);
     return type;

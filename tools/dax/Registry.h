@@ -3,6 +3,7 @@
 #include "daxlib/DaxHandle.h"
 #include "vdbase/VFError.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@ struct VDFileType
     std::string description;
     int accessType = VTFileAccessUnknown;
     std::string accessName;
-    bool readable = false;
+    bool readable = false;  ///< by a plug-in that is there; set by `GetFileTypes` alone, as the next
     bool writable = false;
     bool temporary = false;  ///< its files go with the last id of the test
     std::vector<std::string> extensions;
@@ -44,13 +45,15 @@ public:
     const std::vector<VDErrorReport>& GetLoadProblems() const { return loadProblems_; }
 
     std::vector<VDFileType> GetFileTypes() const;
-    /// Throws for a type that nobody serves.
-    VDFileType Describe(int fileId, int subId) const;
+    /// Throws for a type that isn't known.
+    const VDFileType& Describe(int fileId, int subId) const;
 
 private:
+    VDFileType MakeDescription(int fileId, int subId) const;
     bool HasCapability(int fileId, int subId, const char* name) const;
     std::vector<std::string> GetExtensions(const VDFileType& type) const;
 
     VDFileInfoHandle info_;
     std::vector<VDErrorReport> loadProblems_;
+    mutable std::map<std::pair<int, int>, VDFileType> described_;
 };

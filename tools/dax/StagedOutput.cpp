@@ -58,16 +58,10 @@ VDStagedOutput::VDStagedOutput(const std::vector<std::string>& names, const std:
     VFRefuseInputs(names, inputs);
     for (const std::string& name : names)
         CheckTarget(name);
-    std::string pattern = (folder_ / ".dax-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        VFFailSystem(DaxToolError::OutputWrite, "Can't write into the folder " + folder_.string(), "VDStagedOutput");
-    staging_ = pattern;
-}
-
-VDStagedOutput::~VDStagedOutput()
-{
-    std::error_code ignored;
-    fs::remove_all(staging_, ignored);
+    std::vector<std::string> staged;
+    for (const std::string& name : names)
+        staged.push_back(fs::path(name).filename().string());
+    staging_.emplace(folder_, staged);
 }
 
 void VDStagedOutput::CheckTarget(const fs::path& target) const
@@ -90,21 +84,12 @@ void VDStagedOutput::CheckTarget(const fs::path& target) const
 
 std::string VDStagedOutput::StagedName(const std::string& name) const
 {
-    return (staging_ / fs::path(name).filename()).string();
-}
-
-void VDStagedOutput::Discard()
-{
-    std::error_code ignored;
-    for (const fs::directory_entry& entry : fs::directory_iterator(staging_, ignored))
-        fs::remove_all(entry.path(), ignored);
+    return (staging_->GetPath() / fs::path(name).filename()).string();
 }
 
 void VDStagedOutput::Publish()
 {
-    std::vector<fs::path> files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(staging_))
-        files.push_back(entry.path());
+    const std::vector<fs::path> files = staging_->GetFiles();
     for (const fs::path& file : files) {
         CheckTarget(folder_ / file.filename());
         VFSyncPath(file);

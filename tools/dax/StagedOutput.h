@@ -1,14 +1,19 @@
 #pragma once
 
 #include "Interrupt.h"
+#include "StagingFolder.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+/// The name of an output that stands for the standard output.
+constexpr const char* VVStandardOutput = "-";
+
 /// Output files that appear under their names only when they are whole. They are written into a folder of their own beside
 /// the place where they belong, with their own names, and renamed into it at the end; a program that is killed at any time
-/// leaves earlier files of these names as they were.
+/// leaves earlier files of these names as they were. What wasn't published goes with the object.
 class VDStagedOutput
 {
 public:
@@ -18,15 +23,11 @@ public:
     /// @param inputs     files that are read meanwhile, which are never replaced
     /// @param overwrite  other existing files may be
     VDStagedOutput(const std::vector<std::string>& names, const std::vector<std::string>& inputs, bool overwrite);
-    /// Removes what wasn't published.
-    ~VDStagedOutput();
-    VDStagedOutput(const VDStagedOutput&) = delete;
-    VDStagedOutput& operator=(const VDStagedOutput&) = delete;
 
     /// Where to write the file that is to have this name.
     std::string StagedName(const std::string& name) const;
     /// Removes what is staged so far.
-    void Discard();
+    void Discard() { staging_->Clear(); }
     /// Brings everything that is staged to the disk and under its name; files that the format added come along.
     void Publish();
 
@@ -40,5 +41,5 @@ private:
     VDInterruptGuard interrupts_;
     bool overwrite_;
     std::filesystem::path folder_;
-    std::filesystem::path staging_;
+    std::optional<VDStagingFolder> staging_;
 };

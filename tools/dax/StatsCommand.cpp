@@ -1,12 +1,27 @@
-#include "StatsCommand.h"
-
+#include "ChannelSelection.h"
 #include "ChannelStats.h"
+#include "Commands.h"
+#include "InputTest.h"
 #include "TextTable.h"
 
 #include <algorithm>
 #include <iterator>
 
 namespace {
+
+/// `dax stats FILE`: the statistics of each channel.
+class VDStatsCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+
+private:
+    VDTestArguments arguments_;
+    VDChannelSelection selection_;
+    bool calculate_ = false;
+    bool quiet_ = false;
+};
 
 constexpr const char* VVValueNames[] = {"max", "min", "mean", "sdev", "rms"};
 constexpr const char* VVPointNames[] = {"pointOfMax", "pointOfMin", "pointOfAbs"};
@@ -18,16 +33,9 @@ VDJson VFStatsJson(const VDChannel& channel, const OptionalStats& stats)
 {
     VDJson json = {
         {"number", channel.number}, {"title", channel.title}, {"units", channel.units}, {"type", VFTypeWord(channel.type)}};
-    // A text of no number, such as nan, is what it is in JSON too; the text keeps a float from growing digits.
-    for (std::size_t at = 0; at < std::size(VVValueNames); ++at) {
-        VDJson value;
-        if (stats) {
-            value = VDJson::parse(stats->texts[at], nullptr, false);
-            if (value.is_discarded())
-                value = stats->texts[at];
-        }
-        json[VVValueNames[at]] = value;
-    }
+    // The text keeps a float from growing digits.
+    for (std::size_t at = 0; at < std::size(VVValueNames); ++at)
+        json[VVValueNames[at]] = stats ? VFJsonNumber(stats->texts[at]) : VDJson();
     for (std::size_t at = 0; at < std::size(VVPointNames); ++at)
         json[VVPointNames[at]] = stats ? VDJson(stats->points[at]) : VDJson();
     return json;
@@ -46,8 +54,6 @@ std::vector<std::string> VFStatsRow(const VDChannel& channel, const OptionalStat
     return row;
 }
 
-}  // namespace
-
 CLI::App* VDStatsCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("stats", "Show the statistics of each channel");
@@ -61,8 +67,8 @@ CLI::App* VDStatsCommand::Register(CLI::App& program)
 
 VDJson VDStatsCommand::Run(VDCommandContext& context)
 {
-    const VDFileIdHandle id = VFChooseTest(context.Registry(), arguments_);
-    const VDTimeSeriesTest test(id);
+    const VDInputTest input(context, arguments_);
+    const VDTimeSeriesTest& test = input.GetTest();
     const std::vector<VDChannel> channels = selection_.Choose(test);
     if (calculate_)
         VFCalculateStats(test, channels, quiet_ || context.IsJson());
@@ -80,13 +86,20 @@ VDJson VDStatsCommand::Run(VDCommandContext& context)
             table.Add(VFStatsRow(channel, stats));
     }
     if (context.IsJson()) {
-        VDJson document = {{"path", VFGetTestFiles(id.Get()).front()}, {"calculated", calculate_}, {"channels", list}};
+        VDJson document = {{"path", input.GetPath()}, {"calculated", calculate_}, {"channels", list}};
         if (missing)
             document["hint"] = VVHint;
         return document;
     }
     table.Print(context.Out());
     if (missing)
-        context.Out().Write(std::string(VVHint) + "\n");
+        context.Out().PutLine(VVHint);
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeStatsCommand()
+{
+    return std::make_unique<VDStatsCommand>();
 }

@@ -68,21 +68,50 @@ void VFWriteHeader(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t limit)
     VFErrorClear();
 }
 
+void VFCopyMetaData(const VDCopyPlan& plan, const LQChannelMapper& from, LQChannelMapper& to)
+{
+    VFCopyItems(from, LQChannelMapper::GLOBAL, to, LQChannelMapper::GLOBAL);
+    for (std::size_t index = 0; index < plan.channels.size(); ++index) {
+        const int fromSlot = from.IndexFromNumber(plan.channels[index].number, false);
+        const int toSlot = to.IndexFromNumber(plan.numbers[index], false);
+        if (fromSlot >= 0 && toSlot >= 0)
+            VFCopyItems(from, fromSlot, to, toSlot);
+    }
+    VFDropInputInfo(to);
+}
+
+/// Gives the format what it is asked to keep. What it doesn't take is found by a comparison later.
+void VFPutValues(const VDCopyPlan& plan, VDTsAcc* acc)
+{
+    for (const VDFormatValue& value : plan.values) {
+        VDVariant copy = value.value;
+        TSAccSetFormatSpecificValue(acc, static_cast<int>(DaxChannel::WholeFile), value.name.c_str(), &copy);
+    }
+    VFErrorClear();
+}
+
+/// What the format has no place for goes into the metadata, from where a later copy takes it again.
+void VFKeepValues(const VDCopyPlan& plan, VDTsAcc* acc, LQChannelMapper& to)
+{
+    for (const VDFormatValue& value : plan.values) {
+        if (VFGetFormatText(acc, value.name.c_str()) == value.Text())
+            continue;
+        Z4PropertySet* const set = to.AdoptMetaDataSet(VVExtraDetails, nullptr, LQChannelMapper::GLOBAL);
+        if (set != nullptr && !set->Exists(value.name.c_str(), false))
+            set->AddString(value.name.c_str(), value.Text().c_str());
+    }
+}
+
 /// Hands the metadata over as far as the target keeps any.
 void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
 {
-    const LQChannelMapper* from = VFGetMetaData(plan.source.Get());
-    LQChannelMapper* to = from != nullptr ? VFGetMetaData(acc) : nullptr;
+    LQChannelMapper* const to = VFGetMetaData(acc);
     if (to == nullptr)
         return;
-    VFCopyItems(*from, LQChannelMapper::GLOBAL, *to, LQChannelMapper::GLOBAL);
-    for (const VDChannel& channel : plan.channels) {
-        const int fromSlot = from->IndexFromNumber(channel.number, false);
-        const int toSlot = to->IndexFromNumber(channel.number, false);
-        if (fromSlot >= 0 && toSlot >= 0)
-            VFCopyItems(*from, fromSlot, *to, toSlot);
-    }
-    VFDropInputInfo(*to);
+    const LQChannelMapper* const from = VFGetMetaData(plan.source.Get());
+    if (from != nullptr)
+        VFCopyMetaData(plan, *from, *to);
+    VFKeepValues(plan, acc, *to);
 }
 
 /// Writes the first block in the most exact form that the target takes, which is then the form of the whole channel.
@@ -92,7 +121,7 @@ void VFWriteFirstBlock(Stream& stream, VDTsAcc* acc, std::int64_t point)
         stream.formKnown = true;
         return;
     }
-    const VDArray<VDErrorReport> reports = VFErrorGetReports(VFGetBaseLibError());
+    const std::vector<VDErrorReport> reports = VFTakeErrors();
     const VTValueForm others[] = {VTValueForm::Digital64, VTValueForm::Double, VTValueForm::Float};
     for (const VTValueForm form : others) {
         const bool toInteger = form == VTValueForm::Digital64;
@@ -105,9 +134,7 @@ void VFWriteFirstBlock(Stream& stream, VDTsAcc* acc, std::int64_t point)
         }
     }
     // None fits, so the first refusal is what has to be said.
-    VFErrorClear();
-    for (const VDErrorReport& report : reports)
-        VFErrorSet(report.code, report.text, report.routine, 1);
+    VFPutErrors(reports);
     throw VDFailure();
 }
 
@@ -151,7 +178,7 @@ VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name)
     for (std::size_t position = 0; position < plan.channels.size(); ++position) {
         const VDChannel& channel = plan.channels[position];
         int index = 0;
-        VFCheck(FIDAddChannel(id.Get(), channel.number, &index));
+        VFCheck(FIDAddChannel(id.Get(), plan.numbers[position], &index));
         if (index != static_cast<int>(position))
             VFFail(DaxToolError::UnknownChannel,
                    "Channel number " + std::to_string(channel.number) + " occurs more than once, which can't be copied",
@@ -165,6 +192,35 @@ VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name)
     return id;
 }
 
+std::string VFOwnTitle(VDFileId* id)
+{
+    VDString title;
+    VDString filename;
+    VDString extension;
+    VFCheck(FIDGetTestTitle(id, &title));
+    VFCheck(FIDGetFilename(id, &filename, &extension));
+    const bool derived = filename.Find(title) >= 0;
+    return derived ? std::string() : title.Str();
+}
+
+std::vector<VDFormatValue> VFGetValuesToKeep(const VDTimeSeriesTest& source)
+{
+    std::vector<VDFormatValue> values = VFGetFormatValues(source.Get());
+    const auto add = [&values](const char* name, const std::string& text) {
+        const auto same = [&](const VDFormatValue& value) { return VDString(value.name).CompareNoCase(name) == 0; };
+        if (!text.empty() && std::none_of(values.begin(), values.end(), same))
+            values.push_back({name, VDVariant(text.c_str())});
+    };
+    add("Title", VFOwnTitle(source.GetId()));
+    const LQChannelMapper* const mapper = VFGetMetaData(source.Get());
+    const Z4PropertySet* const details =
+        mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
+    for (int index = 0; details != nullptr && index < details->GetSize(); ++index)
+        if (const Z4Property& item = *details->GetProperty(index); item.IsDefined())
+            add(item.GetName(), item.ToString().Str());
+    return values;
+}
+
 void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress)
 {
     const VDTsAccHandle acc(TSAccCreate());
@@ -172,6 +228,7 @@ void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, V
     VFCheck(TSAccSetId(acc.Get(), target, 1));
     if (VFCan(acc.Get(), DaxTimeSeries::CommonHeader))
         VFCheckCommonHeader(plan);
+    VFPutValues(plan, acc.Get());
     VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
     VFWriteHeader(plan, acc.Get(), limit);
     VFWriteMetaData(plan, acc.Get());
@@ -181,6 +238,16 @@ void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, V
     VFCheck(TSAccGetBufferSize(acc.Get(), &targetBlock));
     const auto wanted = std::max<std::int64_t>(targetBlock, plan.source.GetBlockSize());
     const auto room = memory / (static_cast<std::int64_t>(plan.channels.size() * sizeof(double)));
-    VFCopyValues(plan, acc.Get(), std::clamp<std::int64_t>(wanted, 1, std::max<std::int64_t>(room, 1)), limit, progress);
+    const auto block = std::clamp<std::int64_t>(wanted, 1, std::max<std::int64_t>(room, 1));
+    try {
+        VFCopyValues(plan, acc.Get(), block, limit, progress);
+    } catch (const VDFailure&) {
+        const std::vector<VDErrorReport> reports = VFTakeErrors();
+        const std::string unfit = VFGetFormatText(acc.Get(), DaxFormatValue::Unfit);
+        if (!unfit.empty())
+            throw VDUnfit{unfit};
+        VFPutErrors(reports);
+        throw;
+    }
     VFCheck(TSAccClose(acc.Get()));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FormatValues.h"
 #include "ProgressBar.h"
 #include "Registry.h"
 #include "TimeSeriesTest.h"
@@ -8,13 +9,29 @@
 struct VDCopyPlan
 {
     const VDTimeSeriesTest& source;
-    std::vector<VDChannel> channels;
+    std::vector<VDChannel> channels;  ///< in the order of the copy
+    std::vector<int> numbers;         ///< of the copy's channels, ascending
     VDFileType format;
+    /// What the format is asked to keep under names of its own. One that it doesn't know goes into the metadata.
+    std::vector<VDFormatValue> values;
 };
+
+/// Thrown when values don't fit into the file because of a value that the format was given under this name: it has to be
+/// written anew without that.
+struct VDUnfit
+{
+    std::string name;
+};
+
+/// The title of a test that isn't just the name of its file.
+std::string VFOwnTitle(VDFileId* id);
+/// What a copy of the test is to keep under names of its own: what its format has of them, its title, and what its metadata
+/// tell from an earlier copy.
+std::vector<VDFormatValue> VFGetValuesToKeep(const VDTimeSeriesTest& source);
 
 /// An id for a test of the plan's format under this name, with the plan's channels.
 VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name);
 
-/// Writes the plan's channels into a new test.
+/// Writes the plan's channels into a new test; throws on failure.
 /// @param limit  at most so many points of each channel
 void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress);

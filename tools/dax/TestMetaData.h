@@ -22,6 +22,9 @@ void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<v
 void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
                       const std::function<void(const std::string& set, const Z4Property& item)>& visit);
 
+/// The set of the test as a whole that holds what a format keeps under names of its own.
+constexpr const char* VVExtraDetails = "ExtraDetails";
+
 /// Puts copies of a slot's own items into a slot of another mapper.
 void VFCopyItems(const LQChannelMapper& from, int fromSlot, LQChannelMapper& to, int toSlot);
 

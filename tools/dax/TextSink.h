@@ -10,6 +10,10 @@ class VDBrokenPipe
 {
 };
 
+/// Writes bytes to a descriptor, however it takes them: one that isn't ready is waited for.
+/// @return false, with the reason in `errno`, on failure
+bool VFWriteAll(int descriptor, std::string_view bytes);
+
 /// A buffered writer onto a file descriptor, which stays the caller's. Text is formatted straight into its buffer. What is
 /// not flushed is lost with the object, because a destructor couldn't report a failure.
 class VDTextSink
@@ -22,7 +26,10 @@ public:
     char* Reserve(std::size_t size);
     void Commit(char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
 
+    /// Bytes as they are.
     void Write(std::string_view text);
+    /// A line of text for people, in which whatever comes from files is made fit for a terminal.
+    void PutLine(std::string_view text);
     void Flush();
 
     static constexpr std::size_t MaxReserve = 1024;
@@ -30,7 +37,7 @@ public:
 private:
     static constexpr std::size_t Capacity = std::size_t{1} << 18;
 
-    void WriteOut(const char* data, std::size_t size);
+    void WriteOut(std::string_view bytes);
 
     int descriptor_;
     std::string name_;

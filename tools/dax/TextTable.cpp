@@ -1,25 +1,13 @@
 #include "TextTable.h"
 
+#include "Printable.h"
+
 #include <algorithm>
 
-namespace {
-
-/// Characters of a UTF-8 text: all bytes but those that continue one.
-std::size_t VFTextWidth(std::string_view text)
+void VDTextTable::Add(const std::vector<std::string>& row)
 {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xc0) != 0x80; }));
-}
-
-}  // namespace
-
-std::string VFPrintable(std::string_view text)
-{
-    std::string printable(text);
-    for (char& byte : printable)
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f)
-            byte = ' ';
-    return printable;
+    rows_.emplace_back();
+    std::transform(row.begin(), row.end(), std::back_inserter(rows_.back()), VFPrintable);
 }
 
 void VDTextTable::Print(VDTextSink& out, std::size_t indent) const
@@ -32,8 +20,7 @@ void VDTextTable::Print(VDTextSink& out, std::size_t indent) const
         std::string line(indent, ' ');
         for (std::size_t column = 0; column < row.size(); ++column) {
             const std::string gap(widths[column] - VFTextWidth(row[column]), ' ');
-            const std::string text = VFPrintable(row[column]);
-            line += alignment_[column] == 'r' ? gap + text : text + gap;
+            line += alignment_[column] == 'r' ? gap + row[column] : row[column] + gap;
             line += "  ";
         }
         line.erase(line.find_last_not_of(' ') + 1);

@@ -3,20 +3,17 @@
 #include "TextSink.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
-/// A text made fit for a terminal: control bytes, line ends among them, become blanks.
-std::string VFPrintable(std::string_view text);
-
-/// Rows of texts, printed in columns that are as wide as their longest text.
+/// Rows of texts, printed in columns that are as wide as their longest text. Texts may come from files as they are.
 class VDTextTable
 {
 public:
     /// @param alignment  one character a column: 'l' left or 'r' right
     explicit VDTextTable(std::string alignment) : alignment_(std::move(alignment)) {}
 
-    void Add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
+    void Add(const std::vector<std::string>& row);
+    std::size_t GetSize() const { return rows_.size(); }
     /// @param indent  blanks before each row
     void Print(VDTextSink& out, std::size_t indent = 0) const;
 

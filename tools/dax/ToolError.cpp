@@ -29,3 +29,10 @@ std::vector<VDErrorReport> VFTakeErrors()
     VFErrorClear();
     return reports;
 }
+
+void VFPutErrors(const std::vector<VDErrorReport>& reports)
+{
+    VFErrorClear();
+    for (const VDErrorReport& report : reports)
+        VFErrorSet(report.code, report.text, report.routine, 1);
+}

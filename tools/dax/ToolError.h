@@ -24,9 +24,13 @@ constexpr int Lossy = -900013;             ///< the copy would lose something an
 constexpr int Incomplete = -900014;        ///< what was written isn't what it should be
 constexpr int Interrupted = -900015;       ///< a signal ended the work
 constexpr int ExtensionIgnored = -900016;  ///< the preferences pass over files of this extension
+constexpr int Internal = -900017;          ///< anything unforeseen
 constexpr int UnknownFrame = -900018;      ///< no frame of this id
 constexpr int FrameTooShort = -900019;     ///< fewer bytes than the frame has
-constexpr int Internal = -900017;          ///< anything unforeseen
+constexpr int Damaged = -900020;           ///< the file says itself that something of it is missing or wrong
+constexpr int NoFrame = -900021;           ///< a log without a frame
+constexpr int NotToOutput = -900022;       ///< the format can't go to the standard output
+constexpr int InputRead = -900023;         ///< an input that is no measurement file can't be read
 }  // namespace DaxToolError
 
 /// Thrown when a step has failed and its error is recorded.
@@ -44,3 +48,5 @@ void VFCheck(int result);
 
 /// What is recorded on this thread, the oldest first; the record is empty afterwards.
 std::vector<VDErrorReport> VFTakeErrors();
+/// Records reports again.
+void VFPutErrors(const std::vector<VDErrorReport>& reports);

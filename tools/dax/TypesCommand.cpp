@@ -1,6 +1,15 @@
-#include "TypesCommand.h"
-
+#include "Commands.h"
 #include "TextTable.h"
+
+namespace {
+
+/// `dax types`: the file types that the registry knows.
+class VDTypesCommand : public VDCommand
+{
+public:
+    CLI::App* Register(CLI::App& program) override;
+    VDJson Run(VDCommandContext& context) override;
+};
 
 CLI::App* VDTypesCommand::Register(CLI::App& program)
 {
@@ -36,4 +45,11 @@ VDJson VDTypesCommand::Run(VDCommandContext& context)
     }
     table.Print(context.Out());
     return {};
+}
+
+}  // namespace
+
+std::unique_ptr<VDCommand> VFMakeTypesCommand()
+{
+    return std::make_unique<VDTypesCommand>();
 }

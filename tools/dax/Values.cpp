@@ -3,7 +3,6 @@
 #include "ToolError.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -126,9 +125,10 @@ char* VDValues::PutText(char* at, std::int64_t index) const
     return std::visit([&](const auto& values) { return VFPutNumber(at, values[static_cast<std::size_t>(index)]); }, values_);
 }
 
-bool VDValues::IsFinite(std::int64_t index) const
+char* VDValues::PutJson(char* at, std::int64_t index) const
 {
-    return std::isfinite(At(index));
+    return std::visit([&](const auto& values) { return VFPutJsonNumber(at, values[static_cast<std::size_t>(index)]); },
+                      values_);
 }
 
 long double VDValues::At(std::int64_t index) const

@@ -30,7 +30,7 @@ public:
     std::int64_t GetSize() const { return size_; }
     VTValueForm GetForm() const { return static_cast<VTValueForm>(values_.index()); }
     char* PutText(char* at, std::int64_t index) const;
-    bool IsFinite(std::int64_t index) const;
+    char* PutJson(char* at, std::int64_t index) const;
     /// A width that holds every form's values exactly.
     long double At(std::int64_t index) const;
 

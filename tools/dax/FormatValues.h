@@ -1,0 +1,23 @@
+#pragma once
+
+#include "daxlib/DaxHandle.h"
+#include "vdbase/VDVariant.h"
+
+#include <string>
+#include <vector>
+
+/// A value that a format keeps under a name of its own, beside header and metadata.
+struct VDFormatValue
+{
+    std::string name;
+    VDVariant value;
+
+    /// Empty for a value that has no text, such as a pointer.
+    std::string Text() const;
+};
+
+/// What the file has of them; a format that doesn't list them has none. What tells of the file's state, such as its damage,
+/// isn't among them.
+std::vector<VDFormatValue> VFGetFormatValues(VDTsAcc* acc);
+/// The text under one name, without regard to case; empty if there is none.
+std::string VFGetFormatText(VDTsAcc* acc, const char* name);

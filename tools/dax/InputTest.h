@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Command.h"
+#include "Identification.h"
+#include "FormatValues.h"
+#include "TimeSeriesTest.h"
+
+/// The file that a subcommand works on, as its arguments name it. All subcommands open it through this, so that what is
+/// wrong with it is told wherever it is used.
+class VDInputTest
+{
+public:
+    /// Identifies the file, chooses the test and opens it; throws if that fails. Damage is a warning, or a failure where the
+    /// arguments are strict.
+    VDInputTest(VDCommandContext& context, const VDTestArguments& arguments);
+    /// The same for a test that was chosen already.
+    VDInputTest(VDCommandContext& context, const VDTestArguments& arguments, VDFileIdHandle id);
+
+    const VDFileIdHandle& GetId() const { return id_; }
+    const VDTimeSeriesTest& GetTest() const { return test_; }
+    std::string GetPath() const { return VFGetTestFiles(id_.Get()).front(); }
+
+private:
+    VDFileIdHandle id_;
+    VDTimeSeriesTest test_;
+};
