@@ -22,6 +22,7 @@
 #include "daxlib/VDProgressObject.h"
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
+#include "daxlib/VFDaxMetaDataExpression.h"
 #include "daxlib/VMD.h"
 #include "daxlib/Z4FF.h"
 

@@ -12,10 +12,14 @@ constexpr int CreateObject = -327687;
 constexpr int CleanUpObject = -327688;
 constexpr int UnknownAccessFailure = -327690;
 constexpr int NoChannelTitle = -327691;
+constexpr int MetaDataItemMissing = -327696;
+constexpr int MetaDataExpression = -327697;
 constexpr int PluginDisabled = -327698;
 constexpr int NoSetNames = -327699;
 constexpr int UnmatchedSetNames = -327700;
 constexpr int AdoptSet = -327701;
+constexpr int MetaDataQuerySyntax = -327702;
+constexpr int MetaDataQueryExpression = -327703;
 constexpr int InvalidArguments = -327704;
 
 // Block 1: histogram access

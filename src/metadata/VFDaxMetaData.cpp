@@ -2,6 +2,7 @@
 
 #include "InputTestInfo.h"
 #include "MetaDataCopy.h"
+#include "MetaDataGuard.h"
 #include "MetaDataMerge.h"
 
 #include "vdstore/LQChannelMapper.h"
@@ -10,28 +11,17 @@
 
 namespace {
 
-/// Runs the work of an exported function; whatever it throws is a failure.
-template <class Work>
-auto Guarded(Work work) noexcept -> decltype(work())
-{
-    try {
-        return work();
-    } catch (...) {
-        return {};
-    }
-}
-
 bool CopyAll(LQChannelMapper* source, LQChannelMapper* target, const VDMetaDataCopyOptions& options)
 {
     return source != nullptr && target != nullptr &&
-           Guarded([&] { return VFCopyMetaDataMapper(*source, *target, options); });
+           VFGuardMetaData([&] { return VFCopyMetaDataMapper(*source, *target, options); });
 }
 
 bool CopyOne(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target, int targetIndex,
              const VDMetaDataCopyOptions& options)
 {
     return source != nullptr && target != nullptr &&
-           Guarded([&] { return VFCopyMetaDataSlot(*source, sourceIndex, *target, targetIndex, options); });
+           VFGuardMetaData([&] { return VFCopyMetaDataSlot(*source, sourceIndex, *target, targetIndex, options); });
 }
 
 }  // namespace
@@ -104,20 +94,20 @@ bool VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets2(LQChannelMa
         .mode = mode, .overwrite = overwrite, .attributes = attributes, .testInfo = testInfo, .check = check, .sets = &sets};
     const char* const routine = __func__;
     return source != nullptr && target != nullptr &&
-           Guarded([&] { return VFCopyMetaDataSelectedSets(*source, sourceIndex, *target, targetIndex, options, routine); });
+           VFGuardMetaData([&] { return VFCopyMetaDataSelectedSets(*source, sourceIndex, *target, targetIndex, options, routine); });
 }
 
 bool VFDaxMergeMetadata(LQChannelMapper* target, LQChannelMapper* source, bool overwrite)
 {
-    return target != nullptr && source != nullptr && Guarded([&] { return VFMergeMetaData(*target, *source, overwrite); });
+    return target != nullptr && source != nullptr && VFGuardMetaData([&] { return VFMergeMetaData(*target, *source, overwrite); });
 }
 
 LQChannelMapper* VFDaxCloneMapper(LQChannelMapper* source)
 {
-    return source == nullptr ? nullptr : Guarded([&] { return VFCloneMapper(*source); }).release();
+    return source == nullptr ? nullptr : VFGuardMetaData([&] { return VFCloneMapper(*source); }).release();
 }
 
 bool VFDaxAddInputTestInfo(LQChannelMapper* mapper, void* fileId)
 {
-    return mapper != nullptr && Guarded([&] { return VFAddInputTestInfo(*mapper, static_cast<VDFileId*>(fileId)); });
+    return mapper != nullptr && VFGuardMetaData([&] { return VFAddInputTestInfo(*mapper, static_cast<VDFileId*>(fileId)); });
 }
