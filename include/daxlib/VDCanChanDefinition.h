@@ -1,13 +1,15 @@
 #pragma once
 
 #include "daxlib/DaxApi.h"
+#include "daxlib/VDCanScaling.h"
+#include "daxlib/VDCanSignalBits.h"
 #include "vdbase/VDStringArray.h"
 
 #include <cstdint>
 #include <memory>
 
 /// One signal of a CAN frame, called a channel: where its bits lie in the frame, how they scale to a physical value
-/// (raw * factor + offset, which the caller applies), and what its values mean. Copies are deep. Different threads may use
+/// (raw * factor + offset), and what its values mean. Copies are deep. Different threads may use
 /// one object at a time as long as none changes it.
 ///
 /// **Where the bits lie.** Bits are numbered through the frame, bit 0 being the least significant bit of byte 0 and bit 8
@@ -43,13 +45,18 @@ public:
     int GetNumBits() const;
     char GetBigEndian() const;
     char GetIsSigned() const;
-    double GetFactor() const;
-    double GetOffset() const;
+    double GetFactor() const { return scaling_.factor; }
+    double GetOffset() const { return scaling_.offset; }
     double GetMinval() const;
     double GetMaxval() const;
     const VDString& GetUnits() const;
     /// Names of the nodes that receive the signal.
     const VDStringArray& GetReceivers() const;
+
+    /// What the raw value's bits are: a `VTCanValueType`, at first an integer. A type whose length isn't that of the signal
+    /// is not taken.
+    void SetValueType(int type);
+    int GetValueType() const { return scaling_.valueType; }
 
     /// Length in bytes of the frame: `GetValueFromFrame` needs so many.
     int GetFrameBytes() const;
@@ -61,13 +68,27 @@ public:
     void SetEnumOptions(VDArrayWithSort<long>& values, VDStringArray& texts);
     void GetEnumOptions(VDArrayWithSort<long>* values, VDStringArray* texts) const;
 
-    /// The raw value of the channel in a frame. A signal of 0 bits or fewer has the value 0.
+    /// The raw value of the channel in a frame. A signal of 0 bits or fewer has the value 0. `VDCanFrameDecoder` is the way
+    /// to take many values out of many frames.
     /// @param data   the frame; as many bytes as the frame has by its definition must be readable
-    /// @param value  two's complement for a signed channel
+    /// @param value  two's complement for a signed channel; the bits as they stand if they are a float
     /// @return false for a channel of 64 bits or more (-334409), and `value` is untouched
-    bool GetValueFromFrame(const unsigned char* data, std::int64_t* value) const;
+    bool GetValueFromFrame(const unsigned char* data, std::int64_t* value) const
+    {
+        if (bits_.IsWord()) [[likely]] {
+            *value = bits_.ExtractWord(data);
+            return true;
+        }
+        if (bits_.IsShort()) [[likely]] {
+            *value = bits_.ExtractShort(data);
+            return true;
+        }
+        return GetRareValue(data, value);
+    }
     /// The same without the check: a channel of 64 bits or more gives the low 64 bits. Always true.
     bool DecodeMethod2(const unsigned char* data, std::int64_t* value) const;
+    /// The physical value of a raw one, in the channel's units.
+    double GetPhysical(std::int64_t raw) const { return scaling_.GetPhysical(raw); }
 
     /// Whether the values are a quantity rather than a state: judged by bits, range, scaling and units.
     bool IsAnalogue() const;
@@ -78,6 +99,13 @@ public:
     bool GetEnumText(std::int64_t value, VDString* text) const;
 
 private:
+    friend class VDCanFrameDecoder;
     struct State;
+
+    __attribute__((cold)) bool GetRareValue(const unsigned char* data, std::int64_t* value) const;
+
+    // What decoding needs stands in the object itself, so that a value costs no hop.
+    VDCanSignalBits bits_;
+    VDCanScaling scaling_;
     std::unique_ptr<State> state_;
 };

@@ -5,9 +5,10 @@
 
 /// A CAN database in the DBC text format: its frames with their channels, in file order. Copies are deep.
 ///
-/// The reader takes the line types `BU_`, `BO_`, `SG_`, `CM_`, `BA_`, `BA_DEF_DEF_` and `VAL_`, line by line, and passes
-/// over everything else. Texts are taken as the bytes of the file, or, with the preference `/FileFormats/DBC/DBCIsUtf8`
-/// (default false), turned from UTF-8 into the library's one-byte encoding; the preference is read by the constructor.
+/// The reader takes the line types `BU_`, `BO_`, `SG_`, `CM_`, `BA_`, `BA_DEF_DEF_`, `VAL_` and `SIG_VALTYPE_`, line by
+/// line, and passes over everything else. Texts are taken as the bytes of the file, or, with the preference
+/// `/FileFormats/DBC/DBCIsUtf8` (default false), turned from UTF-8 into the library's one-byte encoding; the preference is
+/// read by the constructor.
 class DAX_API VDCanDefinition
 {
 public:

@@ -1,6 +1,5 @@
 #include "daxlib/VDCanChanDefinition.h"
 
-#include "VDSignalBits.h"
 #include "frame/VFDaxReport.h"
 
 namespace {
@@ -11,7 +10,6 @@ constexpr int VVFirstUnsupportedNumBits = 64;
 
 struct VDCanChanDefinition::State
 {
-    VDSignalBits bits{0, 0, 0, false, false};
     int numBits = 0;
     int frameBytes = 0;
     char isMultiplexSwitch = 0;
@@ -20,8 +18,6 @@ struct VDCanChanDefinition::State
     char isSigned = 0;
     int multiplexId = 0;
     int startBit = 0;
-    double factor = 0;
-    double offset = 0;
     double minval = 0;
     double maxval = 0;
     VDString title;
@@ -30,28 +26,22 @@ struct VDCanChanDefinition::State
     VDStringArray receivers;
     VDStringArray enumTexts;
     VDArrayWithSort<long> enumValues;
-
-    // What `GetValueFromFrame` does for the rarer signals. Kept apart, so that the common case needs no stack.
-    __attribute__((noinline)) bool GetSlowly(const unsigned char* data, std::int64_t* value) const
-    {
-        if (numBits >= VVFirstUnsupportedNumBits)
-            return VFDaxReport(DaxError::SignalTooLong, "VDCanChanDefinition::GetValueFromFrame", {.appended = title}) != 0;
-        *value = bits.Extract(data);
-        return true;
-    }
 };
 
 VDCanChanDefinition::VDCanChanDefinition() : state_(std::make_unique<State>()) {}
 
 VDCanChanDefinition::~VDCanChanDefinition() = default;
 
-VDCanChanDefinition::VDCanChanDefinition(const VDCanChanDefinition& other) : state_(std::make_unique<State>(*other.state_))
+VDCanChanDefinition::VDCanChanDefinition(const VDCanChanDefinition& other)
+    : bits_(other.bits_), scaling_(other.scaling_), state_(std::make_unique<State>(*other.state_))
 {
 }
 
 VDCanChanDefinition& VDCanChanDefinition::operator=(const VDCanChanDefinition& other)
 {
     *state_ = State(*other.state_);
+    bits_ = other.bits_;
+    scaling_ = other.scaling_;
     return *this;
 }
 
@@ -60,7 +50,8 @@ void VDCanChanDefinition::Init(const VDString& title, char isSwitch, char isMult
                                double maxval, const VDString& units, const VDStringArray& receivers, const int& frameBytes)
 {
     State& state = *state_;
-    state.bits = VDSignalBits(frameBytes, startBit, numBits, bigEndian != 0, isSigned != 0);
+    bits_ = VDCanSignalBits(frameBytes, startBit, numBits, bigEndian != 0, isSigned != 0);
+    scaling_ = {factor, offset};
     state.numBits = numBits;
     state.frameBytes = frameBytes;
     state.isMultiplexSwitch = isSwitch;
@@ -69,8 +60,6 @@ void VDCanChanDefinition::Init(const VDString& title, char isSwitch, char isMult
     state.isSigned = isSigned;
     state.multiplexId = multiplexId;
     state.startBit = startBit;
-    state.factor = factor;
-    state.offset = offset;
     state.minval = minval;
     state.maxval = maxval;
     state.title = title;
@@ -116,16 +105,6 @@ char VDCanChanDefinition::GetBigEndian() const
 char VDCanChanDefinition::GetIsSigned() const
 {
     return state_->isSigned;
-}
-
-double VDCanChanDefinition::GetFactor() const
-{
-    return state_->factor;
-}
-
-double VDCanChanDefinition::GetOffset() const
-{
-    return state_->offset;
 }
 
 double VDCanChanDefinition::GetMinval() const
@@ -175,20 +154,26 @@ void VDCanChanDefinition::GetEnumOptions(VDArrayWithSort<long>* values, VDString
     *texts = state_->enumTexts;
 }
 
-bool VDCanChanDefinition::GetValueFromFrame(const unsigned char* data, std::int64_t* value) const
+bool VDCanChanDefinition::GetRareValue(const unsigned char* data, std::int64_t* value) const
 {
-    const VDSignalBits& bits = state_->bits;
-    if (bits.IsFast()) [[likely]] {
-        *value = bits.ExtractFast(data);
-        return true;
-    }
-    return state_->GetSlowly(data, value);
+    if (state_->numBits < VVFirstUnsupportedNumBits)
+        return DecodeMethod2(data, value);
+    const VDDaxReportDetail title = {.appended = state_->title};
+    return VFDaxReport(DaxError::SignalTooLong, "VDCanChanDefinition::GetValueFromFrame", title) != 0;
 }
 
 bool VDCanChanDefinition::DecodeMethod2(const unsigned char* data, std::int64_t* value) const
 {
-    *value = state_->bits.Extract(data);
+    *value = bits_.Extract(data);
     return true;
+}
+
+void VDCanChanDefinition::SetValueType(int type)
+{
+    const int numBits = state_->numBits;
+    if (type == VTCanValueInteger || (type == VTCanValueFloat && numBits == 32) ||
+        (type == VTCanValueDouble && numBits == 64))
+        scaling_.valueType = type;
 }
 
 bool VDCanChanDefinition::IsAnalogue() const
@@ -197,7 +182,7 @@ bool VDCanChanDefinition::IsAnalogue() const
     if (state.numBits == 1 || (state.minval == 0.0 && state.maxval == 0.0))
         return false;
     // Written so that NaN counts as a scaling.
-    const bool scaled = !(state.factor == 1.0) || !(state.offset == 0.0);
+    const bool scaled = !(scaling_.factor == 1.0) || !(scaling_.offset == 0.0);
     if (scaled)
         return true;
     return !state.units.IsEmpty() && state.units.CompareNoCase("TOR") != 0 && state.units.CompareNoCase("NIV") != 0;

@@ -97,6 +97,8 @@ int VDDbcReader::ReadLine(std::string_view line)
         return ReadAttributeDefault();
     if (word == "BU_")
         return ReadNodes();
+    if (word == "SIG_VALTYPE_")
+        ReadValueType();
     return 0;
 }
 
@@ -263,6 +265,21 @@ int VDDbcReader::ReadValues()
     }
     chan->SetEnumOptions(values, texts);
     return 0;
+}
+
+// A line that says nothing of use changes nothing.
+void VDDbcReader::ReadValueType()
+{
+    const auto& tokens = tokenizer_.ReadAll();
+    std::int64_t id = 0;
+    int type = 0;
+    if (tokens.size() < 4 || !VFDbcNumber(tokens[1], &id) || !VFDbcNumber(tokens[3], &type))
+        return;
+    const auto frame = frameById_.find(static_cast<unsigned long>(id));
+    if (frame == frameById_.end())
+        return;
+    if (VDCanChanDefinition* const chan = FindChan(frames_[frame->second].get(), tokens[2]); chan != nullptr)
+        chan->SetValueType(type);
 }
 
 int VDDbcReader::FindFrame(std::string_view token, int* frame)

@@ -46,6 +46,7 @@ private:
     int ReadAttribute();
     int ReadAttributeDefault();
     int ReadValues();
+    void ReadValueType();
 
     /// The index of the frame that a token names; -1, recorded, if there is none.
     int FindFrame(std::string_view token, int* frame);

@@ -1,7 +1,7 @@
 #include "VDDbcSignal.h"
 
-#include "frame/DaxErrorCodes.h"
 #include "DbcText.h"
+#include "frame/DaxErrorCodes.h"
 
 namespace {
 

@@ -178,6 +178,18 @@ TEST_F(CanDatabaseTest, ReadsEnumerations)
     EXPECT_STREQ(texts[0], "seven");
 }
 
+TEST_F(CanDatabaseTest, ReadsTypesOfValues)
+{
+    ASSERT_TRUE(Read(
+        VVFrame + Signal("A", "0|32@1-") + Signal("B", "0|64@1-") + Signal("C", "0|16@1-") +
+        "SIG_VALTYPE_ 100 A : 1;\nSIG_VALTYPE_ 100 B :2;\nSIG_VALTYPE_ 100 C : 1;\n"
+        "SIG_VALTYPE_ 7 A : 1;\nSIG_VALTYPE_ x A : 1;\nSIG_VALTYPE_ 100 D : 1;\nSIG_VALTYPE_ 100 A : x;\n\tSIG_VALTYPE_\n"));
+    ExpectNoError();
+    EXPECT_EQ(Chan(0, 0)->GetValueType(), VTCanValueFloat);
+    EXPECT_EQ(VDCanDefinition(database_).GetFrameDefinition(0)->GetChanDefinition(1)->GetValueType(), VTCanValueDouble);
+    EXPECT_EQ(Chan(0, 2)->GetValueType(), VTCanValueInteger);
+}
+
 TEST_F(CanDatabaseTest, ReadsUtf8OnRequest)
 {
     const std::string text = VVFrame + " SG_ T : 0|8@1+ (1,0) [0|9] \"\xC2\xB0R\" Vector__XXX\n" +

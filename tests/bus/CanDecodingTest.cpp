@@ -1,9 +1,12 @@
 #include "bus/VDCanFrameTypeList.h"
+#include "daxlib/VDCanFrameDecoder.h"
 #include "support/TestSupport.h"
 
 #include "vdbase/VDPreferenceSystem.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <map>
 #include <random>
 
@@ -107,6 +110,118 @@ TEST(CanDecodingTest, StaysInsideTheFrame)
                 for (const bool upward : {true, false})
                     Value(Chan(start, bits, upward, true, bytes),
                           std::vector<unsigned char>(static_cast<std::size_t>(std::max(bytes, 1))));
+}
+
+// Whatever a definition says, a decoder gives what single calls give, and reads nothing outside the frames.
+TEST(CanDecodingTest, ColumnsAndFramesAgreeWithSingleCalls)
+{
+    std::mt19937 random(2);
+    const auto pick = [&random](int from, int to) {
+        return from + static_cast<int>(random() % static_cast<unsigned>(to - from + 1));
+    };
+    for (int round = 0; round < 600; ++round) {
+        const int bytes = round % 3 == 0 ? pick(9, 64) : pick(0, 8);
+        VDCanFrameDefinition frame;
+        frame.Init(1, "F", bytes, "");
+        const int count = pick(1, 11);
+        const int switchAt = pick(-3, count - 1);
+        for (int index = 0; index < count; ++index) {
+            const bool wild = pick(0, 4) == 0;
+            auto* const chan = new VDCanChanDefinition;
+            chan->Init("Sig", index == switchAt, pick(0, 3) == 0 && index != switchAt, pick(0, 1),
+                       wild ? pick(-70, 600) : pick(0, std::max(bytes * 8 - 1, 0)),
+                       index == switchAt ? 1 : pick(0, wild ? 70 : 33), static_cast<char>(pick(0, 1)),
+                       index != switchAt && pick(0, 1), 0.37 * index, -index, 0, 9, "", VDStringArray(), bytes);
+            chan->SetValueType(pick(0, 2));
+            frame.AppendChan(chan);
+        }
+        const VDCanFrameDecoder decoder(frame);
+        ASSERT_EQ(decoder.GetSignalCount(), count);
+        ASSERT_EQ(decoder.GetFrameBytes(), bytes);
+        const int stride = bytes + pick(0, 1) * pick(0, 9);
+        const int frames = pick(1, 9) == 1 ? 1100 : pick(1, 40);
+        std::vector<unsigned char> data(static_cast<std::size_t>((frames - 1) * stride + bytes));
+        std::generate(data.begin(), data.end(), [&random] { return static_cast<unsigned char>(random()); });
+
+        const auto held = [&](int signal, const unsigned char* at) {
+            const VDCanChanDefinition& chan = *frame.GetChanDefinition(signal);
+            std::int64_t id = -1;
+            if (chan.GetNumBits() >= 64 && chan.GetValueType() != VTCanValueDouble)
+                return false;
+            return !chan.IsMultiplexed() || (switchAt >= 0 && frame.GetChanDefinition(switchAt)->DecodeMethod2(at, &id) &&
+                                             id == chan.GetMultiplexId());
+        };
+        std::vector<std::vector<std::int64_t>> raw(static_cast<std::size_t>(count), std::vector<std::int64_t>(1100));
+        std::vector<std::vector<double>> physical(raw.size(), std::vector<double>(1100));
+        std::vector<char> present(1100);
+        for (int signal = 0; signal < count; ++signal) {
+            const auto index = static_cast<std::size_t>(signal);
+            const VDCanFrames all = {data.data(), stride, frames};
+            const std::int64_t inRaw = decoder.DecodeRaw(signal, all, raw[index].data(), present.data());
+            EXPECT_EQ(decoder.DecodePhysical(signal, all, physical[index].data(), nullptr), inRaw);
+            EXPECT_EQ(inRaw >= 0, decoder.CanDecode(signal));
+            EXPECT_EQ(inRaw < 0 ? -1 : std::count(present.begin(), present.begin() + frames, 1), inRaw);
+        }
+        for (int at = 0; at < frames; ++at) {
+            const unsigned char* const bytesAt = data.data() + at * stride;
+            std::int64_t raws[11];
+            double physicals[11];
+            char presents[11];
+            int expected = 0;
+            const int inFrame = decoder.DecodeFrame(bytesAt, raws, physicals, presents);
+            for (int signal = 0; signal < count; ++signal) {
+                SCOPED_TRACE(testing::Message() << "round " << round << ", signal " << signal << ", frame " << at);
+                const auto index = static_cast<std::size_t>(signal);
+                std::int64_t value = 0;
+                ASSERT_EQ(presents[signal] != 0, held(signal, bytesAt));
+                expected += presents[signal];
+                if (presents[signal] != 0)
+                    frame.GetChanDefinition(signal)->DecodeMethod2(bytesAt, &value);
+                const double scaled = presents[signal] ? frame.GetChanDefinition(signal)->GetPhysical(value) : std::nan("");
+                ASSERT_EQ(raws[signal], value);
+                ASSERT_TRUE(physicals[signal] == scaled || (std::isnan(physicals[signal]) && std::isnan(scaled)));
+                if (!decoder.CanDecode(signal))
+                    continue;
+                ASSERT_EQ(raw[index][static_cast<std::size_t>(at)], value);
+                const double column = physical[index][static_cast<std::size_t>(at)];
+                ASSERT_TRUE(column == scaled || (std::isnan(column) && std::isnan(scaled)));
+            }
+            ASSERT_EQ(inFrame, expected);
+        }
+    }
+}
+
+TEST(CanDecodingTest, ReadsFloatsAndRefusesWhatIsTooLong)
+{
+    VDCanFrameDefinition frame;
+    frame.Init(1, "F", 12, "");
+    auto* const single = new VDCanChanDefinition(Chan(0, 32, true, false, 12, 2, 1));
+    auto* const twice = new VDCanChanDefinition(Chan(32, 64, true, true, 12));
+    single->SetValueType(VTCanValueDouble);
+    EXPECT_EQ(single->GetValueType(), VTCanValueInteger);
+    single->SetValueType(VTCanValueFloat);
+    twice->SetValueType(VTCanValueDouble);
+    frame.AppendChan(single);
+    frame.AppendChan(twice);
+    frame.AppendChan(new VDCanChanDefinition(Chan(32, 64, true, true, 12)));
+    std::vector<unsigned char> data(12);
+    const float first = -1.5F;
+    const double second = 1e300;
+    std::memcpy(data.data(), &first, 4);
+    std::memcpy(&data[4], &second, 8);
+
+    const VDCanFrameDecoder decoder(frame);
+    double physical[3];
+    EXPECT_EQ(decoder.DecodeFrame(data.data(), nullptr, physical, nullptr), 2);
+    EXPECT_EQ(physical[0], -2);
+    EXPECT_EQ(physical[1], 1e300);
+    EXPECT_EQ(single->GetPhysical(Value(*single, data)), -2);
+    EXPECT_EQ(decoder.DecodePhysical(2, {data.data(), 12, 1}, physical, nullptr), -1);
+    ExpectError(-334409, "not supported. Channel: Sig", "VDCanFrameDecoder::DecodePhysical");
+    std::int64_t raw = 0;
+    EXPECT_EQ(decoder.DecodeRaw(3, {data.data(), 12, 1}, &raw, nullptr), -1);
+    ExpectError(-327995, {}, "VDCanFrameDecoder::DecodeRaw");
+    EXPECT_EQ(decoder.DecodeRaw(0, {nullptr, 12, -1}, nullptr, nullptr), 0);
 }
 
 TEST(CanDecodingTest, TellsQuantitiesFromStates)
