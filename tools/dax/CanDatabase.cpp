@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr int VVFirstUndecodable = 64;
 constexpr unsigned long VVLastStandardId = 0x7FF;
 
 }  // namespace
@@ -18,11 +17,9 @@ VDCanDatabase::VDCanDatabase(const std::string& filename)
     for (int index = 0; index < database_.GetFrameDefinitionCount(); ++index) {
         VDCanFrame frame;
         frame.definition = database_.GetFrameDefinition(index);
-        for (int chan = 0; chan < frame.definition->GetChanDefinitionCount(); ++chan) {
+        for (int chan = 0; chan < frame.definition->GetChanDefinitionCount(); ++chan)
             frame.signals.push_back(frame.definition->GetChanDefinition(chan));
-            if (frame.signals.back()->IsMultiplexSwitch())
-                frame.switchSignal = frame.signals.back();
-        }
+        frame.decoder = std::make_shared<VDCanFrameDecoder>(*frame.definition);
         frameById_.try_emplace(frame.definition->GetFrameId(), frames_.size());
         frames_.push_back(std::move(frame));
     }
@@ -37,31 +34,10 @@ const VDCanFrame* VDCanDatabase::Find(unsigned long id) const
     return found == frameById_.end() ? nullptr : &frames_[found->second];
 }
 
-bool VDCanDatabase::IsDecodable(const VDCanChanDefinition& signal)
+void VDCanValues::Decode(const VDCanFrame& frame, const unsigned char* data)
 {
-    return signal.GetNumBits() < VVFirstUndecodable;
-}
-
-double VDCanDatabase::GetPhysical(const VDCanChanDefinition& signal, std::int64_t raw)
-{
-    return static_cast<double>(raw) * signal.GetFactor() + signal.GetOffset();
-}
-
-void VDCanDatabase::Decode(const VDCanFrame& frame, const unsigned char* data, std::vector<VDCanValue>* values)
-{
-    values->clear();
-    std::int64_t switchValue = 0;
-    const bool hasSwitch = frame.switchSignal != nullptr && IsDecodable(*frame.switchSignal) &&
-                           frame.switchSignal->GetValueFromFrame(data, &switchValue);
-    for (std::size_t index = 0; index < frame.signals.size(); ++index) {
-        const VDCanChanDefinition& signal = *frame.signals[index];
-        if (!IsDecodable(signal))
-            continue;
-        if (signal.IsMultiplexed() && (!hasSwitch || switchValue != signal.GetMultiplexId()))
-            continue;
-        VDCanValue value;
-        value.signal = index;
-        if (signal.GetValueFromFrame(data, &value.raw))
-            values->push_back(value);
-    }
+    raw.resize(frame.signals.size());
+    physical.resize(raw.size());
+    present.resize(raw.size());
+    frame.decoder->DecodeFrame(data, raw.data(), physical.data(), present.data());
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "daxlib/VDCanDefinition.h"
+#include "daxlib/VDCanFrameDecoder.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,16 +15,20 @@ struct VDCanFrame
 {
     const VDCanFrameDefinition* definition = nullptr;
     std::vector<const VDCanChanDefinition*> signals;
-    const VDCanChanDefinition* switchSignal = nullptr;
+    std::shared_ptr<const VDCanFrameDecoder> decoder;
 
     std::size_t GetNumBytes() const { return static_cast<std::size_t>(std::max(definition->GetNumBytes(), 0)); }
 };
 
-/// The raw value of a signal that a frame holds.
-struct VDCanValue
+/// The values of the signals of one frame, as `VDCanFrameDecoder::DecodeFrame` gives them.
+struct VDCanValues
 {
-    std::size_t signal = 0;  ///< index in the frame's `signals`
-    std::int64_t raw = 0;
+    std::vector<std::int64_t> raw;
+    std::vector<double> physical;
+    std::vector<char> present;
+
+    /// @param data  must have the frame's length
+    void Decode(const VDCanFrame& frame, const unsigned char* data);
 };
 
 /// A CAN database that finds its frames fast.
@@ -37,12 +43,6 @@ public:
     const std::vector<VDCanFrame>& GetFrames() const { return frames_; }
     /// The frame with this id, with or without the bit that marks an extended one; null if there is none.
     const VDCanFrame* Find(unsigned long id) const;
-
-    /// The signals that data of at least the frame's length hold: a multiplexed one only if the frame's switch has its id,
-    /// and none of 64 bits or more, which can't be decoded.
-    static void Decode(const VDCanFrame& frame, const unsigned char* data, std::vector<VDCanValue>* values);
-    static bool IsDecodable(const VDCanChanDefinition& signal);
-    static double GetPhysical(const VDCanChanDefinition& signal, std::int64_t raw);
 
 private:
     VDCanDefinition database_;

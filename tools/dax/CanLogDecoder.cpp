@@ -92,29 +92,29 @@ void VDCanLogDecoder::AddLine(std::string_view line)
     }
     ++state.matched;
     ++matched_;
-    NoteSwitch(*frame, state, log_.data.data());
-    VDCanDatabase::Decode(*frame, log_.data.data(), &values_);
-    for (const VDCanValue& value : values_)
-        WriteValue(*frame, state.signals[value.signal], value);
+    values_.Decode(*frame, log_.data.data());
+    NoteSwitch(*frame, state);
+    for (std::size_t signal = 0; signal < state.signals.size(); ++signal)
+        if (values_.present[signal] != 0)
+            WriteValue(state.signals[signal], values_.raw[signal], values_.physical[signal]);
 }
 
-void VDCanLogDecoder::NoteSwitch(const VDCanFrame& frame, FrameState& state, const unsigned char* data)
+// Only values that the database knows are kept: a switch may be wide.
+void VDCanLogDecoder::NoteSwitch(const VDCanFrame& frame, FrameState& state) const
 {
-    std::int64_t value = 0;
-    if (frame.switchSignal == nullptr || !VDCanDatabase::IsDecodable(*frame.switchSignal))
+    const int index = frame.decoder->GetSwitch();
+    if (index < 0)
         return;
-    // Only values that the database knows are kept: a switch may be wide.
-    if (frame.switchSignal->GetValueFromFrame(data, &value))
-        for (const VDCanChanDefinition* signal : frame.signals)
-            if (signal->IsMultiplexed() && signal->GetMultiplexId() == value) {
-                state.seenSwitchValues.insert(value);
-                break;
-            }
+    const std::int64_t value = values_.raw[static_cast<std::size_t>(index)];
+    for (const VDCanChanDefinition* signal : frame.signals)
+        if (signal->IsMultiplexed() && signal->GetMultiplexId() == value) {
+            state.seenSwitchValues.insert(value);
+            break;
+        }
 }
 
-void VDCanLogDecoder::WriteValue(const VDCanFrame& frame, const SignalText& text, const VDCanValue& value)
+void VDCanLogDecoder::WriteValue(const SignalText& text, std::int64_t raw, double physical)
 {
-    const double physical = VDCanDatabase::GetPhysical(*frame.signals[value.signal], value.raw);
     const auto number = [this](auto figure) {
         char* const at = out_.Reserve(NumberTextSize);
         out_.Commit(VFPutNumber(at, figure));
@@ -126,14 +126,14 @@ void VDCanLogDecoder::WriteValue(const VDCanFrame& frame, const SignalText& text
     out_.Write(json_ && log_.time.empty() ? "null" : log_.time);
     out_.Write(quote);
     out_.Write(text.front);
-    number(value.raw);
+    number(raw);
     out_.Write(json_ ? ",\"physical\":" : ",");
     if (json_)
         out_.Commit(VFPutJsonNumber(out_.Reserve(NumberTextSize), physical));
     else
         number(physical);
     out_.Write(text.units);
-    const auto name = text.names.find(static_cast<std::uint32_t>(value.raw));
+    const auto name = text.names.find(static_cast<std::uint32_t>(raw));
     if (name != text.names.end())
         out_.Write(name->second);
     else if (json_)
@@ -165,8 +165,8 @@ std::string VDCanLogDecoder::GetCoverage() const
         const std::string missing = GetMissingSwitchValues(frame, states_[index]);
         if (!missing.empty())
             unseen << '\n' << label << ':' << missing;
-        for (const VDCanChanDefinition* signal : frame.signals)
-            undecodable += VDCanDatabase::IsDecodable(*signal) ? 0 : 1;
+        for (int signal = 0; signal < frame.decoder->GetSignalCount(); ++signal)
+            undecodable += frame.decoder->CanDecode(signal) ? 0 : 1;
     }
     text << "Multiplexer values never seen:" << (unseen.str().empty() ? " none" : unseen.str()) << '\n';
     text << "Lines that are no frame: " << noFrame_ << '\n';

@@ -39,16 +39,16 @@ private:
 
     std::string Quoted(const VDString& text) const;
     SignalText MakeText(const VDCanFrame& frame, const VDCanChanDefinition& signal) const;
-    void WriteValue(const VDCanFrame& frame, const SignalText& text, const VDCanValue& value);
+    void WriteValue(const SignalText& text, std::int64_t raw, double physical);
     static std::string GetMissingSwitchValues(const VDCanFrame& frame, const FrameState& state);
-    void NoteSwitch(const VDCanFrame& frame, FrameState& state, const unsigned char* data);
+    void NoteSwitch(const VDCanFrame& frame, FrameState& state) const;
 
     const VDCanDatabase& database_;
     bool json_;
     VDTextSink& out_;
     VDCanLogFrame log_;
     std::vector<FrameState> states_;
-    std::vector<VDCanValue> values_;
+    VDCanValues values_;
     std::map<unsigned long, std::int64_t> unknown_;
     std::int64_t unknownOthers_ = 0;
     std::int64_t matched_ = 0;

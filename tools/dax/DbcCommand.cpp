@@ -177,30 +177,31 @@ VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& d
                    std::to_string(data.numBytes),
                VVRoutine);
 
-    std::vector<VDCanValue> values;
-    VDCanDatabase::Decode(*frame, data.data.data(), &values);
+    VDCanValues values;
+    values.Decode(*frame, data.data.data());
     // Those that can't be decoded are left out, and named.
-    for (const VDCanChanDefinition* signal : frame->signals) {
-        std::int64_t unused = 0;
-        if (!VDCanDatabase::IsDecodable(*signal) && !signal->GetValueFromFrame(data.data.data(), &unused))
+    for (int signal = 0; signal < frame->decoder->GetSignalCount(); ++signal)
+        if (std::int64_t unused = 0; frame->decoder->DecodeRaw(signal, {data.data.data(), 0, 1}, &unused, nullptr) < 0)
             context.TakeErrors();
-    }
 
     VDJson list = VDJson::array();
     VDTextTable table("lrrll");
     table.Add({"SIGNAL", "RAW", "PHYSICAL", "UNITS", "TEXT"});
-    for (const VDCanValue& value : values) {
-        const VDCanChanDefinition& signal = *frame->signals[value.signal];
-        const double physical = VDCanDatabase::GetPhysical(signal, value.raw);
+    for (std::size_t index = 0; index < frame->signals.size(); ++index) {
+        if (values.present[index] == 0)
+            continue;
+        const VDCanChanDefinition& signal = *frame->signals[index];
+        const std::int64_t raw = values.raw[index];
+        const double physical = values.physical[index];
         VDString text;
-        signal.GetEnumText(value.raw, &text);
+        signal.GetEnumText(raw, &text);
         list.push_back({{"signal", Text(signal.GetTitle())},
-                        {"raw", value.raw},
+                        {"raw", raw},
                         {"physical", physical},
                         {"units", Text(signal.GetUnits())},
                         {"text", Text(text)}});
         table.Add(
-            {Text(signal.GetTitle()), VFNumberText(value.raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
+            {Text(signal.GetTitle()), VFNumberText(raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
     }
     if (context.IsJson())
         return {
