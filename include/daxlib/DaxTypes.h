@@ -6,9 +6,9 @@
 
 /// Values that the whole exported interface shares.
 ///
-/// Conventions. A handle is an opaque pointer; every function checks it first and reports -327682 "Invalid handle" for a null
-/// handle or one of another family. A result is non-zero for success and 0 for failure, with the error recorded in the error
-/// system of `vdbase` on the calling thread. Out arguments come last; an out text is assigned, never appended to. No
+/// Conventions. A handle is an opaque pointer; every function checks it first and reports -327682 "Invalid handle" for a
+/// null handle or one of another family. A result is non-zero for success and 0 for failure, with the error recorded in the
+/// error system of `vdbase` on the calling thread. Out arguments come last; an out text is assigned, never appended to. No
 /// exception crosses the interface. One thread uses an object at a time.
 
 class VDFileId;
@@ -49,8 +49,8 @@ constexpr int WholeFile = -1;
 constexpr std::uint32_t All = 0xf0000001U;
 }  // namespace DaxChannel
 
-/// Names of format-specific values that mean the same in every format. All are asked of the file as a whole, and a format that
-/// knows nothing of one leaves the answer empty.
+/// Names of format-specific values that mean the same in every format. All are asked of the file as a whole, and a format
+/// that knows nothing of one leaves the answer empty.
 namespace DaxFormatValue {
 /// A list of texts: the names of all values that the file has, so that a host can show them and put them into a copy. Names
 /// that tell of a state, like those that follow, needn't be among them.

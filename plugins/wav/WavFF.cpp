@@ -33,7 +33,7 @@ int WavFFLoadFileInfo(VDFileId* id, const char*, int, VDIo* io)
     const auto reader = WavReader::Open(*io, "WavFF::LoadFileInfo");
     if (!reader)
         return 0;
-    const std::string title = reader->GetText(SF_STR_TITLE);
+    const std::string title = reader->GetTexts().Get(WavTexts::Find("Title"));
     if (!title.empty() && !FIDSetTestTitle(id, title.c_str()))
         return 0;
     const int type = reader->IsWide() ? DaxDataType::Double : DaxDataType::Float;

@@ -23,6 +23,9 @@ struct Type
     const char* suffix;  ///< of the description
     const char* extension;
     int sndFormat;  ///< libsndfile's major format
+
+    /// W64 has no chunk of texts.
+    constexpr bool HasTexts() const { return subId != W64; }
 };
 
 constexpr Type Types[] = {

@@ -17,4 +17,5 @@ public:
     virtual bool Read(std::int64_t first, std::int64_t count, double* values, const char* routine) = 0;
     /// Writes frames in place or behind the end.
     virtual bool Write(std::int64_t first, std::int64_t count, const float* values, const char* routine) = 0;
+    virtual bool Write(std::int64_t first, std::int64_t count, const double* values, const char* routine) = 0;
 };

@@ -203,17 +203,20 @@ int WavLayout::GetRawFormat() const
     return 0;
 }
 
-bool WavLayout::IsPlainFloat() const
-{
-    return GetRawFormat() == (SF_FORMAT_RAW | SF_FORMAT_FLOAT | SF_ENDIAN_LITTLE);
-}
-
 std::string WavLayout::GetDamage() const
 {
     if (announcedBytes_ == dataBytes_)
         return {};
     return "The header announces " + std::to_string(announcedBytes_) + " bytes of data, the file holds " +
            std::to_string(dataBytes_) + ".";
+}
+
+bool WavLayout::InsertChunk(VDIo& io, const std::string& chunk, const char* routine)
+{
+    const std::int64_t at = dataSizeField_ - 4;
+    std::string head(static_cast<std::size_t>(dataOffset_ - at), '\0');
+    return io.Read(at, dataOffset_ - at, head.data(), nullptr) &&
+           io.Write(at, static_cast<std::int64_t>(chunk.size() + head.size()), (chunk + head).data()) && Read(io, routine);
 }
 
 bool WavLayout::WriteHeader(VDIo& io, std::int64_t frames, std::uint32_t rate)

@@ -19,8 +19,6 @@ public:
     const WavFormat::Type* GetType() const { return type_; }
     int GetNumChannels() const { return channels_; }
     std::uint32_t GetSampleRate() const { return rate_; }
-    /// Samples of 32-bit float in this machine's usual order, one frame behind the other.
-    bool IsPlainFloat() const;
     /// Uncompressed samples, so that the number of frames follows from the number of bytes.
     bool IsUncompressed() const { return GetRawFormat() != 0; }
     /// How libsndfile names the encoding of uncompressed samples that have no header; 0 for any other encoding.
@@ -34,6 +32,8 @@ public:
     /// What the header says wrongly about the data, in words; empty if all is well.
     std::string GetDamage() const;
 
+    /// Puts a whole chunk in front of the data of a file that has none yet, and reads the layout again.
+    bool InsertChunk(VDIo& io, const std::string& chunk, const char* routine);
     /// Brings the sizes and the rate in the header up to date.
     /// @param frames  number of frames in the file; the data end the file unless their number is unchanged
     bool WriteHeader(VDIo& io, std::int64_t frames, std::uint32_t rate);

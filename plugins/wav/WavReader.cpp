@@ -42,6 +42,9 @@ std::unique_ptr<WavReader> WavReader::Open(VDIo& io, const char* routine)
     reader->file_.reset(OpenSndFile(io.GetFilename(), SFM_READ, reader->info_, WavError::Header, routine));
     if (!reader->file_)
         return nullptr;
+    for (std::size_t kind = 0; kind < WavTexts::Count; ++kind)
+        if (const char* text = sf_get_string(reader->file_.get(), WavTexts::Kinds[kind].sndText))
+            reader->texts_.Set(kind, text);
     reader->frames_ = std::max<std::int64_t>(reader->info_.frames, 0);
     if (layout.IsUncompressed() && !reader->SetFramesPresent(routine))
         return nullptr;
@@ -99,21 +102,17 @@ bool WavReader::Read(std::int64_t first, std::int64_t count, double* values, con
 
 bool WavReader::Write(std::int64_t, std::int64_t, const float*, const char* routine)
 {
+    return FailToWrite(routine);
+}
+
+bool WavReader::Write(std::int64_t, std::int64_t, const double*, const char* routine)
+{
+    return FailToWrite(routine);
+}
+
+bool WavReader::FailToWrite(const char* routine) const
+{
     return WavReport(WavError::NotWritable, routine, filename_, "The file is open for reading.") != 0;
-}
-
-std::string WavReader::GetText(int kind) const
-{
-    const char* text = sf_get_string(file_.get(), kind);
-    return text == nullptr ? std::string() : std::string(text);
-}
-
-std::string WavReader::GetEncoding() const
-{
-    SF_FORMAT_INFO info{};
-    info.format = info_.format & SF_FORMAT_SUBMASK;
-    const bool known = sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name != nullptr;
-    return known ? info.name : "";
 }
 
 bool WavReader::IsScaled() const
@@ -128,10 +127,11 @@ bool WavReader::IsWide() const
     return encoding == SF_FORMAT_DOUBLE || encoding == SF_FORMAT_PCM_32;
 }
 
-bool WavCreateFile(const char* filename, const WavFormat::Type& type, int channels, const char* routine)
+bool WavCreateFile(const char* filename, const WavFormat::Type& type, const WavEncoding& encoding, int channels,
+                   const char* routine)
 {
     SF_INFO info{};
-    info.format = type.sndFormat | SF_FORMAT_FLOAT;
+    info.format = type.sndFormat | encoding.sndFormat;
     info.channels = channels;
     info.samplerate = 1;
     SNDFILE* file = OpenSndFile(filename, SFM_WRITE, info, WavError::Open, routine);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "WavEncoding.h"
 #include "WavFrames.h"
 #include "WavLayout.h"
+#include "WavTexts.h"
 
 #include <sndfile.h>
 
@@ -24,12 +26,12 @@ public:
     bool Read(std::int64_t first, std::int64_t count, float* values, const char* routine) override;
     bool Read(std::int64_t first, std::int64_t count, double* values, const char* routine) override;
     bool Write(std::int64_t first, std::int64_t count, const float* values, const char* routine) override;
+    bool Write(std::int64_t first, std::int64_t count, const double* values, const char* routine) override;
 
     const WavLayout& GetLayout() const { return layout_; }
-    /// One of libsndfile's `SF_STR_...` texts; empty if the file has none.
-    std::string GetText(int kind) const;
+    const WavTexts& GetTexts() const { return texts_; }
     /// Name of the encoding, for instance "Signed 16 bit PCM".
-    std::string GetEncoding() const;
+    std::string GetEncoding() const { return WavEncoding::GetName(info_.format); }
     /// Whole numbers, which are scaled to -1..1, so that this is the full scale.
     bool IsScaled() const;
     /// The values need more than the precision of a float.
@@ -43,16 +45,19 @@ private:
 
     WavReader() = default;
     bool SetFramesPresent(const char* routine);
+    bool FailToWrite(const char* routine) const;
     template <class T, class ReadFunction>
     bool ReadFrames(std::int64_t first, std::int64_t count, T* values, const char* routine, ReadFunction readFunction);
 
     std::string filename_;
     WavLayout layout_;
     SF_INFO info_{};
+    WavTexts texts_;
     std::int64_t frames_ = 0;
     std::unique_ptr<SNDFILE, Closer> file_;
 };
 
-/// Writes the header of a new 32-bit float file without frames; what stands under this name is replaced.
+/// Writes the header of a new file without frames; what stands under this name is replaced.
 /// @return false, recorded, on failure
-bool WavCreateFile(const char* filename, const WavFormat::Type& type, int channels, const char* routine);
+bool WavCreateFile(const char* filename, const WavFormat::Type& type, const WavEncoding& encoding, int channels,
+                   const char* routine);

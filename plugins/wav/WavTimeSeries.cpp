@@ -2,7 +2,6 @@
 
 #include "WavReport.h"
 
-#include <array>
 #include <cmath>
 
 namespace {
@@ -10,20 +9,22 @@ namespace {
 constexpr long VVBlockPoints = 16384;
 constexpr double VVMaxRate = 2147483647.0;
 
-struct FormatText
-{
-    const char* name;
-    int kind;
-};
+constexpr const char* VVEncoding = "Encoding";
 
-/// Texts of a file that a host may ask for as format-specific values, besides "Encoding" and "Damage".
-constexpr std::array VVTexts = {
-    FormatText{"Title", SF_STR_TITLE},       FormatText{"Copyright", SF_STR_COPYRIGHT},
-    FormatText{"Software", SF_STR_SOFTWARE}, FormatText{"Artist", SF_STR_ARTIST},
-    FormatText{"Comment", SF_STR_COMMENT},   FormatText{"Date", SF_STR_DATE},
-    FormatText{"Album", SF_STR_ALBUM},       FormatText{"License", SF_STR_LICENSE},
-    FormatText{"Genre", SF_STR_GENRE},       FormatText{"TrackNumber", SF_STR_TRACKNUMBER},
-};
+bool IsName(const VDString& name, const char* known)
+{
+    return name.CompareNoCase(known) == 0;
+}
+
+/// Whether a channel's values may need more than a float.
+bool IsWideType(int type)
+{
+    for (const int wide :
+         {DaxDataType::Double, DaxDataType::Long, DaxDataType::Huge, DaxDataType::Digital32, DaxDataType::Digital64})
+        if ((type & 0xffff) == (wide & 0xffff))
+            return true;
+    return false;
+}
 
 }  // namespace
 
@@ -45,6 +46,8 @@ bool WavTimeSeries::SetId(VDFileId* id)
     if (!FIDGetFileId(id, &fileId, &subId) || !FIDGetChanFilename(id, 0, &filename))
         return false;
     id_ = id;
+    wishedEncoding_ = nullptr;
+    texts_ = {};
     filename_ = filename.Str();
     type_ = WavFormat::Find(fileId, subId);
     return type_ != nullptr || Fail(WavError::InvalidFileId, "WavTS::SetId");
@@ -63,15 +66,16 @@ bool WavTimeSeries::Open(int mode)
     if (mode == 1)
         reader_ = WavReader::Open(filename_.c_str(), routine);
     else if (mode == 2)
-        writer_ = WavWriter::Update(filename_.c_str(), routine);
+        writer_ = Update(routine);
     else
-        writer_ = WavWriter::Create(filename_.c_str(), *type_, channels, routine);
+        writer_ = WavWriter::Create(filename_.c_str(), *type_, ChooseEncoding(channels), texts_, channels, routine);
     if (!reader_ && !writer_)
         return false;
     WavFrames& frames = reader_ ? static_cast<WavFrames&>(*reader_) : *writer_;
     floats_.emplace(frames);
     doubles_.emplace(frames);
     announced_ = 0;
+    unfit_ = false;
     fileChannels_.resize(static_cast<std::size_t>(channels));
     for (int index = 0; index < channels; ++index)
         fileChannels_[static_cast<std::size_t>(index)] = index;
@@ -79,6 +83,27 @@ bool WavTimeSeries::Open(int mode)
         return true;
     Close();
     return false;
+}
+
+std::unique_ptr<WavWriter> WavTimeSeries::Update(const char* routine)
+{
+    const std::unique_ptr<WavReader> present = WavReader::Open(filename_.c_str(), routine);
+    if (!present)
+        return nullptr;
+    texts_ = present->GetTexts();
+    return WavWriter::Update(filename_.c_str(), routine);
+}
+
+/// The encoding that was asked for, or one that holds whatever the channels' types may hold.
+const WavEncoding& WavTimeSeries::ChooseEncoding(int channels) const
+{
+    if (wishedEncoding_ != nullptr)
+        return *wishedEncoding_;
+    int type = 0;
+    for (int index = 0; index < channels; ++index)
+        if (FIDGetChanType(id_, index, &type) && IsWideType(type))
+            return WavEncoding::ForDoubles();
+    return WavEncoding::ForFloats();
 }
 
 /// An id of a file that exists may name some of its channels only, in any order.
@@ -101,7 +126,12 @@ bool WavTimeSeries::Flush(const char* routine)
 {
     if (!writer_)
         return true;
-    return floats_->Flush(routine) && writer_->Extend(announced_, routine) && writer_->Flush(routine);
+    return FlushWindows(routine) && writer_->Extend(announced_, routine) && writer_->Flush(routine);
+}
+
+bool WavTimeSeries::FlushWindows(const char* routine)
+{
+    return floats_->Flush(routine) && doubles_->Flush(routine);
 }
 
 bool WavTimeSeries::Close()
@@ -133,23 +163,60 @@ bool WavTimeSeries::GetCapability(int capability) const
     }
 }
 
-std::int64_t WavTimeSeries::GetNumPoints() const
+std::int64_t WavTimeSeries::GetNumFrames() const
 {
-    return std::max(floats_->GetNumFrames(), announced_);
+    return std::max(floats_->GetNumFrames(), doubles_->GetNumFrames());
 }
 
-std::optional<std::string> WavTimeSeries::GetFormatText(const VDString& name) const
+std::int64_t WavTimeSeries::GetNumPoints() const
 {
-    if (!reader_)
+    return std::max(GetNumFrames(), announced_);
+}
+
+VDVariant WavTimeSeries::GetFormatNames() const
+{
+    VDVariant names = VDVariant::FromList({VDVariant(VVEncoding)});
+    for (std::size_t kind = 0; kind < WavTexts::Count; ++kind)
+        if (!GetTexts().Get(kind).empty() && type_->HasTexts())
+            names.AppendItem(VDVariant(WavTexts::Kinds[kind].name));
+    return names;
+}
+
+std::optional<VDVariant> WavTimeSeries::GetFormatValue(const VDString& name) const
+{
+    const auto text = [](const std::string& value) { return VDVariant(value.c_str()); };
+    if (!reader_ && !writer_)
         return {};
-    if (name.CompareNoCase("Encoding") == 0)
-        return reader_->GetEncoding();
-    if (name.CompareNoCase("Damage") == 0)
-        return reader_->GetLayout().GetDamage();
-    for (const FormatText& text : VVTexts)
-        if (name.CompareNoCase(text.name) == 0)
-            return reader_->GetText(text.kind);
-    return {};
+    if (IsName(name, DaxFormatValue::Names))
+        return GetFormatNames();
+    if (IsName(name, DaxFormatValue::Unfit))
+        return text(unfit_ ? VVEncoding : "");
+    if (IsName(name, DaxFormatValue::Damage))
+        return text((reader_ ? reader_->GetLayout() : writer_->GetLayout()).GetDamage());
+    if (IsName(name, VVEncoding))
+        return text(reader_ ? reader_->GetEncoding() : writer_->GetEncoding().GetName());
+    const std::size_t kind = WavTexts::Find(name);
+    return kind < WavTexts::Count ? std::optional(text(GetTexts().Get(kind))) : std::nullopt;
+}
+
+/// What is wished for a file that will be created.
+bool WavTimeSeries::PutFormatValue(const VDString& name, const VDVariant& value)
+{
+    constexpr const char* routine = "WavTS::PutValue";
+    const std::size_t kind = WavTexts::Find(name);
+    VDString text;
+    if (reader_ || writer_)
+        return Fail(WavError::NotWritable, routine, "What a file says about itself is given before it is created.");
+    if (!value.GetString(&text))
+        return Fail(WavError::Write, routine, name.Str() + " is a text.");
+    if (kind < WavTexts::Count && type_ != nullptr && type_->HasTexts()) {
+        texts_.Set(kind, text.Str());
+        return true;
+    }
+    if (!IsName(name, VVEncoding))
+        return Fail(WavError::Write, routine, "A WAV file can't hold the value " + name.Str() + ".");
+    wishedEncoding_ = WavEncoding::Find(text.c_str());
+    return wishedEncoding_ != nullptr || Fail(WavError::Write, routine, "No file is written as " + text.Str() + ".");
 }
 
 VDVariant WavTimeSeries::GetFileValue(int key) const
@@ -202,8 +269,8 @@ bool WavTimeSeries::GetValue(long channel, int key, VDVariant& value) const
     if (key == DaxTimeSeries::FormatSpecific) {
         VDString name;
         value[0].GetString(&name);
-        if (const auto text = GetFormatText(name))
-            value.AppendItem(VDVariant(text->c_str()));
+        if (const auto answer = GetFormatValue(name))
+            value.AppendItem(*answer);
         return true;
     }
     if (channel == DaxChannel::WholeFile) {
@@ -238,9 +305,9 @@ bool WavTimeSeries::PutBaseTime(double time) const
 
 bool WavTimeSeries::PutNumPoints(std::int64_t points)
 {
-    if (points < floats_->GetNumFrames())
+    if (points < GetNumFrames())
         return Fail(WavError::Write, "WavTS::PutValue",
-                    "The channels have " + std::to_string(floats_->GetNumFrames()) + " points already, more than " +
+                    "The channels have " + std::to_string(GetNumFrames()) + " points already, more than " +
                         std::to_string(points) + ".");
     if (!writer_->CheckNumFrames(points, "WavTS::PutValue"))
         return false;
@@ -253,10 +320,14 @@ bool WavTimeSeries::PutValue(long channel, int key, const VDVariant& value)
     double number = 0.0;
     std::int64_t points = 0;
     switch (key) {
+    case DaxTimeSeries::FormatSpecific: {
+        VDString name;
+        value[0].GetString(&name);
+        return PutFormatValue(name, value[1]);
+    }
     case DaxTimeSeries::SampleRate:
     case DaxTimeSeries::BaseTime:
     case DaxTimeSeries::NumPoints:
-    case DaxTimeSeries::FormatSpecific:
         break;
     default:
         // Titles, units, limits and time stamps find no room in the file. The longest text that it holds is given as 0,
@@ -265,7 +336,7 @@ bool WavTimeSeries::PutValue(long channel, int key, const VDVariant& value)
     }
     if (!writer_)
         return Fail(WavError::NotWritable, "WavTS::PutValue");
-    if (key != DaxTimeSeries::FormatSpecific && !CheckRange(channel, 1, 0, "WavTS::PutValue"))
+    if (!CheckRange(channel, 1, 0, "WavTS::PutValue"))
         return false;
     if (key == DaxTimeSeries::SampleRate && value.GetDouble(&number))
         return PutSampleRate(number);
@@ -284,10 +355,12 @@ bool WavTimeSeries::CheckRange(long channel, std::int64_t first, std::int64_t co
     return (known && first >= 1 && count >= 0) || Fail(WavError::ChannelMismatch, routine);
 }
 
+// What was put lies in the window of the encoding's precision until it is flushed; the other one reads the file.
+
 bool WavTimeSeries::GetData(long channel, std::int64_t first, std::int64_t count, float* values)
 {
     constexpr const char* routine = "WavTS::GetData";
-    return CheckRange(channel, first, count, routine) &&
+    return CheckRange(channel, first, count, routine) && doubles_->Flush(routine) &&
            floats_->Get(fileChannels_[static_cast<std::size_t>(channel)], first - 1, count, values, routine);
 }
 
@@ -308,8 +381,21 @@ bool WavTimeSeries::PutData(long channel, std::int64_t first, std::int64_t count
         return Fail(WavError::NotWritable, routine);
     if (!writer_->CheckNumFrames(first - 1 + count, routine))
         return false;
+    const std::int64_t misfit = writer_->GetEncoding().FindUnfit(values, count);
+    unfit_ = misfit < count;
+    if (unfit_) {
+        VDString text;
+        text.Format("Point %lld is %.17g, which no %s sample is.", static_cast<long long>(first + misfit),
+                    static_cast<double>(values[misfit]), writer_->GetEncoding().GetName().c_str());
+        return Fail(WavError::Write, routine, text.Str());
+    }
+    const int fileChannel = fileChannels_[static_cast<std::size_t>(channel)];
+    if (writer_->GetEncoding().IsWide()) {
+        floats_->Forget();
+        return doubles_->Put(fileChannel, first - 1, count, values, routine);
+    }
     doubles_->Forget();
-    return floats_->Put(fileChannels_[static_cast<std::size_t>(channel)], first - 1, count, values, routine);
+    return floats_->Put(fileChannel, first - 1, count, values, routine);
 }
 
 template bool WavTimeSeries::PutData(long, std::int64_t, std::int64_t, const float*);

@@ -26,7 +26,7 @@ public:
     bool PutValue(long channel, int key, const VDVariant& value);
     bool GetData(long channel, std::int64_t first, std::int64_t count, float* values);
     bool GetData(long channel, std::int64_t first, std::int64_t count, double* values);
-    /// Doubles are narrowed.
+    /// A value that no sample of the file's encoding is fails, but for doubles in 32-bit floats, which are narrowed.
     template <class T>
     bool PutData(long channel, std::int64_t first, std::int64_t count, const T* values);
     bool Fail(int code, const char* routine, const std::string& detail = {}) const;
@@ -34,11 +34,18 @@ public:
 private:
     bool MapChannels(const char* routine);
     bool CheckRange(long channel, std::int64_t first, std::int64_t count, const char* routine) const;
+    std::int64_t GetNumFrames() const;
     std::int64_t GetNumPoints() const;
     bool Flush(const char* routine);
+    bool FlushWindows(const char* routine);
+    std::unique_ptr<WavWriter> Update(const char* routine);
+    const WavEncoding& ChooseEncoding(int channels) const;
+    const WavTexts& GetTexts() const { return reader_ ? reader_->GetTexts() : texts_; }
     VDVariant GetFileValue(int key) const;
     VDVariant GetChannelValue(long channel, int key) const;
-    std::optional<std::string> GetFormatText(const VDString& name) const;
+    VDVariant GetFormatNames() const;
+    std::optional<VDVariant> GetFormatValue(const VDString& name) const;
+    bool PutFormatValue(const VDString& name, const VDVariant& value);
     bool PutSampleRate(double rate);
     bool PutBaseTime(double time) const;
     bool PutNumPoints(std::int64_t points);
@@ -51,6 +58,9 @@ private:
     std::unique_ptr<WavWriter> writer_;
     std::optional<WavWindow<float>> floats_;
     std::optional<WavWindow<double>> doubles_;
-    std::vector<int> fileChannels_;  ///< position in a frame, from 0, of each channel of the id
-    std::int64_t announced_ = 0;     ///< number of points that was set and may be still to come
+    std::vector<int> fileChannels_;                ///< position in a frame, from 0, of each channel of the id
+    std::int64_t announced_ = 0;                   ///< number of points that was set and may be still to come
+    const WavEncoding* wishedEncoding_ = nullptr;  ///< of a file that will be created; null if none is wished for
+    WavTexts texts_;                               ///< of the file that is written, or will be
+    bool unfit_ = false;                           ///< the last values that were put don't fit the encoding
 };

@@ -84,9 +84,8 @@ private:
         const bool joins = dirty_ && first >= first_ && first <= first_ + size_ && first + count - first_ <= capacity_;
         if (joins)
             return Load(first_ + size_, first + count, routine);
-        if constexpr (std::is_same_v<T, float>)
-            if (!Flush(routine))
-                return false;
+        if (!Flush(routine))
+            return false;
         first_ = first;
         size_ = 0;
         const std::int64_t ahead = std::min({capacity_, MinFrames, frames_.GetNumFrames() - first});

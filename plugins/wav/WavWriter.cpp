@@ -4,9 +4,6 @@
 #include "WavReport.h"
 
 #include <algorithm>
-#include <bit>
-
-static_assert(std::endian::native == std::endian::little, "frames are written as they lie in memory");
 
 namespace {
 
@@ -16,12 +13,17 @@ constexpr std::int64_t VVMaxBytes = std::int64_t{1} << 62;
 
 }  // namespace
 
-std::unique_ptr<WavWriter> WavWriter::Create(const char* filename, const WavFormat::Type& type, int channels,
-                                             const char* routine)
+std::unique_ptr<WavWriter> WavWriter::Create(const char* filename, const WavFormat::Type& type, const WavEncoding& encoding,
+                                             const WavTexts& texts, int channels, const char* routine)
 {
     std::unique_ptr<WavWriter> writer(new WavWriter(filename));
-    if (!WavCreateFile(filename, type, channels, routine) || !writer->Open(routine))
+    if (!WavCreateFile(filename, type, encoding, channels, routine) || !writer->Open(routine))
         return nullptr;
+    const std::string chunk = type.HasTexts() ? texts.MakeChunk() : std::string();
+    if (!chunk.empty() && !writer->layout_.InsertChunk(writer->io_, chunk, routine)) {
+        writer->Fail(WavError::Write, routine, {}, 1);
+        return nullptr;
+    }
     writer->headerIsOld_ = true;
     return writer;
 }
@@ -43,39 +45,84 @@ bool WavWriter::Open(const char* routine)
         return Fail(WavError::Open, routine, {}, 1);
     if (!layout_.Read(io_, routine))
         return false;
-    if (!layout_.IsPlainFloat())
-        return Fail(WavError::NotWritable, routine, "Only files of 32-bit float values can be changed.");
+    encoding_ = WavEncoding::Find(layout_.GetRawFormat());
+    if (encoding_ == nullptr)
+        return Fail(WavError::NotWritable, routine,
+                    "Only files of whole numbers and floats in the usual byte order can be changed.");
     rate_ = layout_.GetSampleRate();
     frames_ = layout_.GetDataBytes() / layout_.GetFrameBytes();
     return true;
 }
 
-bool WavWriter::Read(std::int64_t first, std::int64_t count, float* values, const char* routine)
+template <class T>
+bool WavWriter::ReadFrames(std::int64_t first, std::int64_t count, T* values, const char* routine)
 {
     const std::int64_t wanted = std::clamp<std::int64_t>(frames_ - first, 0, count);
-    if (wanted > 0 && !io_.Read(Offset(first), wanted * layout_.GetFrameBytes(), values, nullptr))
+    const std::int64_t samples = wanted * GetNumChannels();
+    const std::int64_t size = wanted * layout_.GetFrameBytes();
+    void* target = values;
+    if (!IsPlain<T>()) {
+        bytes_.resize(static_cast<std::size_t>(size));
+        target = bytes_.data();
+    }
+    if (wanted > 0 && !io_.Read(Offset(first), size, target, nullptr))
         return Fail(WavError::Read, routine, {}, 1);
-    std::fill(values + wanted * GetNumChannels(), values + count * GetNumChannels(), 0.0F);
+    if (!IsPlain<T>())
+        encoding_->Decode(bytes_.data(), samples, values);
+    std::fill(values + samples, values + count * GetNumChannels(), T{});
     return true;
+}
+
+bool WavWriter::Read(std::int64_t first, std::int64_t count, float* values, const char* routine)
+{
+    return ReadFrames(first, count, values, routine);
 }
 
 bool WavWriter::Read(std::int64_t first, std::int64_t count, double* values, const char* routine)
 {
-    narrow_.resize(static_cast<std::size_t>(count * GetNumChannels()));
-    if (!Read(first, count, narrow_.data(), routine))
+    return ReadFrames(first, count, values, routine);
+}
+
+template <class T>
+bool WavWriter::WriteFrames(std::int64_t first, std::int64_t count, const T* values, const char* routine)
+{
+    if (!CheckNumFrames(first + count, routine))
         return false;
-    std::copy(narrow_.begin(), narrow_.end(), values);
+    headerIsOld_ = true;
+    const std::int64_t size = count * layout_.GetFrameBytes();
+    const void* source = values;
+    if (!IsPlain<T>()) {
+        bytes_.resize(static_cast<std::size_t>(size));
+        encoding_->Encode(values, count * GetNumChannels(), bytes_.data());
+        source = bytes_.data();
+    }
+    if (!layout_.DropPeaks(io_) || !FillGap(first) || !io_.Write(Offset(first), size, source))
+        return Fail(WavError::Write, routine, {}, 1);
+    frames_ = std::max(frames_, first + count);
     return true;
 }
 
 bool WavWriter::Write(std::int64_t first, std::int64_t count, const float* values, const char* routine)
 {
-    if (!CheckNumFrames(first + count, routine))
-        return false;
-    headerIsOld_ = true;
-    if (!layout_.DropPeaks(io_) || !io_.Write(Offset(first), count * layout_.GetFrameBytes(), values))
-        return Fail(WavError::Write, routine, {}, 1);
-    frames_ = std::max(frames_, first + count);
+    return WriteFrames(first, count, values, routine);
+}
+
+bool WavWriter::Write(std::int64_t first, std::int64_t count, const double* values, const char* routine)
+{
+    return WriteFrames(first, count, values, routine);
+}
+
+/// Lengthens the file up to a frame with silence. The system does so itself where that consists of zeros.
+bool WavWriter::FillGap(std::int64_t end)
+{
+    constexpr std::size_t blockSize = 65536;
+    const std::int64_t until = Offset(end);
+    if (encoding_->GetZero() == 0)
+        return true;
+    const std::vector<unsigned char> silence(blockSize, encoding_->GetZero());
+    for (std::int64_t at = Offset(frames_); at < until; at += blockSize)
+        if (!io_.Write(at, std::min<std::int64_t>(blockSize, until - at), silence.data()))
+            return false;
     return true;
 }
 
@@ -99,13 +146,13 @@ bool WavWriter::CheckNumFrames(std::int64_t frames, const char* routine) const
 
 bool WavWriter::Extend(std::int64_t frames, const char* routine)
 {
-    constexpr char zero = 0;
+    const unsigned char zero = encoding_->GetZero();
     if (frames <= frames_)
         return true;
     if (!CheckNumFrames(frames, routine))
         return false;
     headerIsOld_ = true;
-    if (!io_.Write(Offset(frames) - 1, 1, &zero))
+    if (!FillGap(frames) || !io_.Write(Offset(frames) - 1, 1, &zero))
         return Fail(WavError::Write, routine, {}, 1);
     frames_ = frames;
     return true;

@@ -1,24 +1,26 @@
 #pragma once
 
+#include "WavEncoding.h"
 #include "WavFrames.h"
 #include "WavLayout.h"
+#include "WavTexts.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-/// A 32-bit float file open for reading and writing in place. libsndfile makes the header of a new file; from then on the
-/// frames go straight to their place, so that the chunks of a file that something else wrote stay as they are and each
-/// float is in the file bit for bit. The header is brought up to date by `Flush`. A file whose writer was killed has the
-/// header of its last flush; the reader finds what stands behind it when that header says 0.
+/// A file of uncompressed samples open for reading and writing in place. libsndfile makes the header of a new file; from
+/// then on the frames go straight to their place, so that the chunks of a file that something else wrote stay as they are
+/// and each value is in the file as it is. The header is brought up to date by `Flush`. A file whose writer was killed has
+/// the header of its last flush; the reader finds what stands behind it when that header says 0.
 class WavWriter final : public WavFrames
 {
 public:
     /// Makes a new file; what stands under this name is replaced.
     /// @return null, recorded, on failure
-    static std::unique_ptr<WavWriter> Create(const char* filename, const WavFormat::Type& type, int channels,
-                                             const char* routine);
-    /// Opens an existing file, which must be of 32-bit float values.
+    static std::unique_ptr<WavWriter> Create(const char* filename, const WavFormat::Type& type, const WavEncoding& encoding,
+                                             const WavTexts& texts, int channels, const char* routine);
+    /// Opens an existing file, which must be of an encoding that can be written.
     /// @return null, recorded, on failure
     static std::unique_ptr<WavWriter> Update(const char* filename, const char* routine);
 
@@ -27,8 +29,12 @@ public:
     std::int64_t GetNumFrames() const override { return frames_; }
     bool Read(std::int64_t first, std::int64_t count, float* values, const char* routine) override;
     bool Read(std::int64_t first, std::int64_t count, double* values, const char* routine) override;
+    /// The values must fit the encoding.
     bool Write(std::int64_t first, std::int64_t count, const float* values, const char* routine) override;
+    bool Write(std::int64_t first, std::int64_t count, const double* values, const char* routine) override;
 
+    const WavLayout& GetLayout() const { return layout_; }
+    const WavEncoding& GetEncoding() const { return *encoding_; }
     void SetSampleRate(std::uint32_t rate);
     /// Whether the file may come to hold this many frames; a refusal is recorded.
     bool CheckNumFrames(std::int64_t frames, const char* routine) const;
@@ -41,6 +47,17 @@ private:
     explicit WavWriter(const char* filename) : io_(filename) {}
     bool Open(const char* routine);
     bool Fail(int code, const char* routine, const std::string& detail, int chain = 0) const;
+    template <class T>
+    bool ReadFrames(std::int64_t first, std::int64_t count, T* values, const char* routine);
+    template <class T>
+    bool WriteFrames(std::int64_t first, std::int64_t count, const T* values, const char* routine);
+    /// Whether the values lie in the file as they lie in memory.
+    template <class T>
+    bool IsPlain() const
+    {
+        return encoding_->isFloat && encoding_->GetBytes() == static_cast<std::int64_t>(sizeof(T));
+    }
+    bool FillGap(std::int64_t end);
     std::int64_t Offset(std::int64_t frame) const { return layout_.GetDataOffset() + frame * layout_.GetFrameBytes(); }
 
     VDIo io_;
@@ -48,5 +65,6 @@ private:
     std::uint32_t rate_ = 0;
     std::int64_t frames_ = 0;
     bool headerIsOld_ = false;
-    std::vector<float> narrow_;  ///< what a read of doubles takes from the file
+    const WavEncoding* encoding_ = nullptr;
+    std::vector<unsigned char> bytes_;  ///< encoded frames on their way
 };

@@ -89,11 +89,11 @@ TEST_F(DaxRead, ReadPrintsARowForEachPoint)
         ASSERT_EQ(part.size(), 2U);
         EXPECT_EQ(part[1], "0.000125,0.25");
     }
-    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"read", stereo_, "--chan", "1", "2"},
-                                                      {"read", stereo_, "--chan", "1-2", "--out", "-"}})
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"read", stereo_, "--chan", "1", "2"}, {"read", stereo_, "--chan", "1-2", "--out", "-"}})
         EXPECT_EQ(Lines(dax_.Run(arguments).out), all);
-    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"read", stereo_, "--chan", "2,1-2"},
-                                                      {"read", stereo_, "--chan", "2", "--chan", "1"}})
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"read", stereo_, "--chan", "2,1-2"}, {"read", stereo_, "--chan", "2", "--chan", "1"}})
         EXPECT_EQ(Lines(dax_.Run(arguments).out)[2], "0.000125,0.25,-1");
     dax_.ExpectFailure({"read", stereo_, "--chan", "1,3"}, -900002);
     dax_.ExpectFailure({"read", stereo_, "--first", "4"}, -900006);

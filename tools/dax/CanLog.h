@@ -9,7 +9,7 @@ struct VDCanLogFrame
 {
     static constexpr std::size_t MaxBytes = 64;
 
-    std::string_view time;    ///< seconds, as a number of JSON; a date and a time of day as written; empty if the log has none
+    std::string_view time;  ///< seconds, as a number of JSON; a date and a time of day as written; empty if the log has none
     bool timeIsDate = false;  ///< it is a date and a time of day
     unsigned long id = 0;     ///< an extended id bears the mark of a database
     bool isRemote = false;    ///< asks for the frame and has no data

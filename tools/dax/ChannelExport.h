@@ -26,7 +26,7 @@ std::int64_t VFWriteCsv(const VDTimeSeriesTest& test, const VDChannelGroup& chan
                         VDTextSink& out);
 
 /// Writes channels as a JSON object, channel behind channel, in constant memory:
-/// {"path": ..., "channels": [{"index", "number", ..., "first", "values": [...]}, ...]. The object is left open for keys that
-/// follow, also when a failure on the way is thrown on. NaN and the infinities are texts.
+/// {"path": ..., "channels": [{"index", "number", ..., "first", "values": [...]}, ...]. The object is left open for keys
+/// that follow, also when a failure on the way is thrown on. NaN and the infinities are texts.
 void VFWriteJson(const VDTimeSeriesTest& test, const std::vector<VDChannel>& channels, const VDPointRange& range,
                  VDTextSink& out);

@@ -70,8 +70,9 @@ std::vector<VDChannel>::const_iterator VFFindNumber(const std::vector<VDChannel>
 void VDChannelSelection::Register(CLI::App& command)
 {
     command
-        .add_option("--chan", texts, "Channel numbers, also ranges such as 7,1-3, in the order asked for; may be repeated (default: all "
-                              "channels)")
+        .add_option("--chan", texts,
+                    "Channel numbers, also ranges such as 7,1-3, in the order asked for; may be repeated (default: all "
+                    "channels)")
         ->allow_extra_args(false)
         ->check(CLI::Validator(VFCheckRanges, ""))
         ->type_name("N");

@@ -125,7 +125,8 @@ private:
         } catch (const VDUnfit& unfit) {
             const auto isIt = [&](const VDFormatValue& value) { return VFEqualNoCase(value.name, unfit.name); };
             if (std::erase_if(plan_.values, isIt) == 0)
-                VFFail(DaxToolError::Incomplete, "The format refuses the values because of its " + unfit.name, "VFWriteTest");
+                VFFail(DaxToolError::Incomplete, "The format refuses the values because of its " + unfit.name,
+                       "VFWriteTest");
             return false;
         }
     }
@@ -136,8 +137,9 @@ private:
         VDTestArguments arguments;
         arguments.file = written_;
         const VDFileIdHandle id = VFChooseTest(registry_, arguments);
+        const VDTimeSeriesTest trial(id);
         std::vector<int> numbers;
-        for (const VDChannel& channel : VDTimeSeriesTest(id).GetChannels())
+        for (const VDChannel& channel : trial.GetChannels())
             numbers.push_back(channel.number);
         return numbers == plan_.numbers;
     }
@@ -237,8 +239,7 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     const VDInputTest input(context, arguments_);
     const VDTimeSeriesTest& source = input.GetTest();
     const std::vector<VDChannel> asked = selection_.Choose(source);
-    VDCopyPlan plan{
-        source, VFSortByNumber(asked), {}, ChooseFormat(registry, input.GetId()), VFGetValuesToKeep(source)};
+    VDCopyPlan plan{source, VFSortByNumber(asked), {}, ChooseFormat(registry, input.GetId()), VFGetValuesToKeep(source)};
     for (const VDChannel& channel : plan.channels)
         plan.numbers.push_back(channel.number);
     const std::string name = VDStagedOutput::ResolveName(out_);
@@ -248,8 +249,7 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     copy.ArrangeChannels(asked);
     if (arguments_.strict)
         CheckStrict(copy.Write(VVTrialPoints, true));
-    const std::vector<VDLoss> losses =
-        copy.Write(std::numeric_limits<std::int64_t>::max(), quiet_ || context.IsJson());
+    const std::vector<VDLoss> losses = copy.Write(std::numeric_limits<std::int64_t>::max(), quiet_ || context.IsJson());
     CheckStrict(losses);
     output.Publish();
 

@@ -83,12 +83,12 @@ void VFCompareItems(const LQChannelMapper& from, int fromSlot, const VDTimeSerie
                     int toSlot, std::optional<int> channel, LossList& list)
 {
     VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
-        if (set == VVExtraDetails && !channel && VFGetFormatText(copy.Get(), item.GetName()) == item.ToString().Str())
-            return;
         const Z4PropertySet* kept =
             to != nullptr && toSlot >= LQChannelMapper::GLOBAL ? to->GetMetaDataSet(set.c_str(), toSlot) : nullptr;
         const Z4Property* twin = kept != nullptr ? kept->GetProperty(item.GetName(), false) : nullptr;
-        const std::string value = twin != nullptr ? twin->ToString().Str() : std::string();
+        std::string value = twin != nullptr ? twin->ToString().Str() : std::string();
+        if (twin == nullptr && set == VVExtraDetails && !channel)
+            value = VFGetFormatText(copy.Get(), item.GetName());
         const std::string what = "metadata " + set + "/" + item.GetName().Str();
         list.AddText(what.c_str(), channel, item.ToString().Str(), value);
     });
@@ -111,20 +111,24 @@ void VFCompareMetaData(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, Los
     }
 }
 
-/// What the source's format keeps under names of its own is kept by the copy's format or, in its place, in the metadata.
-void VFCompareFormatValues(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, LossList& list)
+/// What the copy has under a name of its own: its format keeps it or, in its place, the metadata do.
+std::string VFGetKeptText(const VDTimeSeriesTest& copy, const char* name)
 {
-    const std::string title = VFOwnTitle(plan.source.GetId());
     const LQChannelMapper* const mapper = VFGetMetaData(copy.Get());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
-    for (const VDFormatValue& value : VFGetFormatValues(plan.source.Get())) {
-        const std::string text = value.Text();
-        VDString detail;
-        if ((details != nullptr && details->GetString(value.name.c_str(), &detail) && detail == text) || text == title)
-            continue;
-        list.AddText(("format value " + value.name).c_str(), {}, text, VFGetFormatText(copy.Get(), value.name.c_str()));
-    }
+    VDString text;
+    return details != nullptr && details->GetString(name, &text) ? text.Str() : VFGetFormatText(copy.Get(), name);
+}
+
+void VFCompareFormatValues(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, VDFileId* id, LossList& list)
+{
+    const std::string title = VFOwnTitle(plan.source.GetId());
+    const std::string keptTitle = VFGetKeptText(copy, VVTitle);
+    list.AddText("testTitle", {}, title, keptTitle.empty() ? VFOwnTitle(id) : keptTitle);
+    for (const VDFormatValue& value : VFGetFormatValues(plan.source.Get()))
+        if (value.Text() != title)
+            list.AddText(("format value " + value.name).c_str(), {}, value.Text(), VFGetKeptText(copy, value.name.c_str()));
 }
 
 }  // namespace
@@ -154,7 +158,6 @@ std::vector<VDLoss> VFFindLosses(const VDRegistry& registry, const VDCopyPlan& p
                    std::to_string(plan.channels.size()),
                "VFFindLosses");
     LossList list;
-    list.AddText("testTitle", {}, VFOwnTitle(plan.source.GetId()), VFOwnTitle(id.Get()));
     list.AddText("xTitle", {}, plan.source.GetXTitle(), copy.GetXTitle());
     list.AddText("xUnits", {}, plan.source.GetXUnits(), copy.GetXUnits());
     for (std::size_t index = 0; index < plan.channels.size(); ++index) {
@@ -168,6 +171,6 @@ std::vector<VDLoss> VFFindLosses(const VDRegistry& registry, const VDCopyPlan& p
         VFCompareChannels(plan, from, copy, to, list);
     }
     VFCompareMetaData(plan, copy, list);
-    VFCompareFormatValues(plan, copy, list);
+    VFCompareFormatValues(plan, copy, id.Get(), list);
     return std::move(list.losses);
 }

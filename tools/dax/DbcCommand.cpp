@@ -111,7 +111,10 @@ CLI::App* VDDbcCommand::Register(CLI::App& program)
         command->add_option("--decode", decode_, "Decode one frame: its id (decimal, or 0x and hexadecimal) and its bytes")
             ->expected(2)
             ->type_name("ID HEXBYTES");
-    command->add_option("--frames", log_, "Decode the frames of a candump log, - for the standard input, to CSV or with --json to an object a line")
+    command
+        ->add_option(
+            "--frames", log_,
+            "Decode the frames of a candump log, - for the standard input, to CSV or with --json to an object a line")
         ->type_name("LOG")
         ->excludes(decode);
     return command;

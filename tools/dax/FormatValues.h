@@ -16,6 +16,9 @@ struct VDFormatValue
     std::string Text() const;
 };
 
+/// The name under which formats that keep the title of a test have it.
+constexpr const char* VVTitle = "Title";
+
 /// What the file has of them; a format that doesn't list them has none. What tells of the file's state, such as its damage,
 /// isn't among them.
 std::vector<VDFormatValue> VFGetFormatValues(VDTsAcc* acc);

@@ -119,7 +119,8 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
     if (!xTitle.empty() || !xUnits.empty())
         table.Add({"X axis", xTitle + (xUnits.empty() ? "" : " [" + xUnits + "]")});
     for (const VDFormatValue& value : values)
-        table.Add({value.name, value.Text()});
+        if (value.Text() != description.title)
+            table.Add({value.name, value.Text()});
     table.Add({"Channels", std::to_string(channels.size())});
     table.Print(context.Out());
     context.Out().Write("\n");

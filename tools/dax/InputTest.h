@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Command.h"
-#include "Identification.h"
 #include "FormatValues.h"
+#include "Identification.h"
 #include "TimeSeriesTest.h"
 
 /// The file that a subcommand works on, as its arguments name it. All subcommands open it through this, so that what is

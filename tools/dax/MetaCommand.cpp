@@ -110,9 +110,8 @@ VDJson VFMetaDataJson(const std::string& path, const LQChannelMapper* mapper)
     for (int slot = 0; mapper != nullptr && slot < mapper->GetChannelCount(); ++slot) {
         VDString title;
         mapper->GetChanTitle(title, slot);
-        channels.push_back({{"number", mapper->NumberFromIndex(slot, false)},
-                            {"title", title.Str()},
-                            {"sets", VFSlotJson(*mapper, slot)}});
+        channels.push_back(
+            {{"number", mapper->NumberFromIndex(slot, false)}, {"title", title.Str()}, {"sets", VFSlotJson(*mapper, slot)}});
     }
     return {{"path", path}, {"test", test}, {"channels", channels}};
 }

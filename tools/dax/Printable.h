@@ -7,8 +7,8 @@
 // terminal. All of them pass one of these before they leave the program, whatever the output is.
 
 /// A text made fit for one line of a terminal, as UTF-8. A line end, a tab and the like become a blank; every other control
-/// code (escape, bell, those of 0x80 to 0x9F), every character that turns the direction of writing and every byte that is none
-/// of a character become the replacement character. A text that isn't UTF-8 is taken as Windows-1252.
+/// code (escape, bell, those of 0x80 to 0x9F), every character that turns the direction of writing and every byte that is
+/// none of a character become the replacement character. A text that isn't UTF-8 is taken as Windows-1252.
 std::string VFPrintable(std::string_view text);
 
 /// The same as a cell of a CSV line, in quotes where it needs them.

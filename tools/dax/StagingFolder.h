@@ -7,9 +7,9 @@
 /// A folder `.dax-XXXXXX` of this process alone, in which outputs are made before they are moved to their place beside it.
 /// It goes with the object. One whose owner was killed is removed by whoever makes the next one in the same place.
 ///
-/// The owner holds a lock on the file `.dax-owner` in it, which ends with the process however it dies, and that file lists the
-/// names of the outputs. A folder is taken for a dead owner's only if it belongs to the same user and to nobody else, is no
-/// link, and nobody holds that lock; and only the files that are listed are removed with it.
+/// The owner holds a lock on the file `.dax-owner` in it, which ends with the process however it dies, and that file lists
+/// the names of the outputs. A folder is taken for a dead owner's only if it belongs to the same user and to nobody else, is
+/// no link, and nobody holds that lock; and only the files that are listed are removed with it.
 class VDStagingFolder
 {
 public:

@@ -211,7 +211,7 @@ std::vector<VDFormatValue> VFGetValuesToKeep(const VDTimeSeriesTest& source)
         if (!text.empty() && std::none_of(values.begin(), values.end(), same))
             values.push_back({name, VDVariant(text.c_str())});
     };
-    add("Title", VFOwnTitle(source.GetId()));
+    add(VVTitle, VFOwnTitle(source.GetId()));
     const LQChannelMapper* const mapper = VFGetMetaData(source.Get());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
