@@ -32,6 +32,8 @@ public:
     /// From UTF-8. A byte that is no UTF-8 counts as a character of Latin 1; a character that XML doesn't allow becomes the
     /// replacement character, so that every tree can be written and read again.
     static DOMString VDToDOMString(const char* text);
+    /// The same; false if a character had to be replaced.
+    static bool VDToDOMString(const char* text, DOMString* result);
     /// To UTF-8. Half of a surrogate pair becomes the replacement character.
     static VDString DOMToVDString(const DOMString& text);
 };

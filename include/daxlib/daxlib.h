@@ -22,6 +22,7 @@
 #include "daxlib/VDGeneralFiles.h"
 #include "daxlib/VDMetaDataReader.h"
 #include "daxlib/VDProgressObject.h"
+#include "daxlib/VDXmlMetaDataTranslator.h"
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
 #include "daxlib/VFDaxMetaDataExpression.h"

@@ -81,14 +81,25 @@ void VFAppendUtf8(std::string* text, char32_t character)
 
 DOMString VDUXmlHelper::VDToDOMString(const char* text)
 {
+    DOMString result;
+    VDToDOMString(text, &result);
+    return result;
+}
+
+bool VDUXmlHelper::VDToDOMString(const char* text, DOMString* result)
+{
     std::string_view rest = text == nullptr ? "" : text;
-    std::u16string result;
-    result.reserve(rest.size());
+    std::u16string units;
+    units.reserve(rest.size());
+    bool isExact = true;
     while (!rest.empty()) {
         const char32_t character = VFTakeUtf8(&rest);
-        VFAppendUtf16(&result, VFIsXmlCharacter(character) ? character : Replacement);
+        const bool isAllowed = VFIsXmlCharacter(character);
+        isExact = isExact && isAllowed;
+        VFAppendUtf16(&units, isAllowed ? character : Replacement);
     }
-    return DOMString(std::move(result));
+    *result = DOMString(std::move(units));
+    return isExact;
 }
 
 VDString VDUXmlHelper::DOMToVDString(const DOMString& text)

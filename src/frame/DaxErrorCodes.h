@@ -108,6 +108,32 @@ constexpr int StorageReadPastEnd = -329882;
 constexpr int StorageOpen = -329885;
 constexpr int StorageChannelIndex = -329886;
 
+// Block 38: metadata as XML
+constexpr int XmlVersion = -331482;
+constexpr int XmlSetName = -331483;
+constexpr int XmlItemName = -331484;
+constexpr int XmlItemValue = -331486;
+constexpr int XmlNoNumber = -331487;
+constexpr int XmlMapper = -331488;
+constexpr int XmlNumber = -331489;
+constexpr int XmlBoolean = -331490;
+constexpr int XmlUnsChar = -331491;
+constexpr int XmlUnsShort = -331492;
+constexpr int XmlShort = -331493;
+constexpr int XmlUnsLong = -331494;
+constexpr int XmlLong = -331495;
+constexpr int XmlUnsHuge = -331496;
+constexpr int XmlHuge = -331497;
+constexpr int XmlFloat = -331498;
+constexpr int XmlDouble = -331499;
+constexpr int XmlAttributeText = -331500;  ///< the text of the next code, with the attribute's name
+constexpr int XmlAttribute = -331501;
+constexpr int XmlType = -331502;
+constexpr int XmlUnsupportedType = -331503;
+constexpr int XmlWrite = -331504;
+constexpr int XmlRead = -331505;
+constexpr int XmlChannel = -331506;
+
 // Block 39: complex frequency access
 constexpr int CfNotSupported = -331585;
 

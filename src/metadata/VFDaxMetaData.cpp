@@ -1,5 +1,6 @@
 #include "daxlib/VFDaxMetaData.h"
 
+#include "ExtraMetaData.h"
 #include "InputTestInfo.h"
 #include "MetaDataCopy.h"
 #include "MetaDataGuard.h"
@@ -110,4 +111,10 @@ LQChannelMapper* VFDaxCloneMapper(LQChannelMapper* source)
 bool VFDaxAddInputTestInfo(LQChannelMapper* mapper, void* fileId)
 {
     return mapper != nullptr && VFGuardMetaData([&] { return VFAddInputTestInfo(*mapper, static_cast<VDFileId*>(fileId)); });
+}
+
+bool VFDaxAddExtraMetadata(void* fileId, bool skipDefinitions, LQChannelMapper* mapper)
+{
+    return mapper != nullptr &&
+           Guarded([&] { return VFAddExtraMetaData(static_cast<VDFileId*>(fileId), skipDefinitions, *mapper); });
 }
