@@ -36,6 +36,9 @@ DAX_API int VMDGetMetaData(VDVmdFile* sidecar, LQChannelMapper** mapper);
 /// Writes the sidecar as it is now; success, and nothing done, where it is only read. A new one gets the numbers of
 /// `VMDSetChannelNumberList` with the last reference only.
 DAX_API int VMDFlush(VDVmdFile* sidecar);
+/// Takes a sidecar that was adopted for writing for a new one: without metadata, with the channels of the test alone. What lies
+/// on disk stays as it is until it is written. Success, and nothing done, where it is only read.
+DAX_API int VMDClear(VDVmdFile* sidecar);
 /// The name of a test's sidecar: "run1_dat.vmd" for the test "run1" with files of the extension "dat", "run1_dat_s.vmd" for
 /// the single file, in the folder of the test. It says nothing about whether there is one.
 DAX_API int VMDCreateFilenameFromFileId(VDFileId* id, VDString* filename);

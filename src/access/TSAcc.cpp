@@ -1,7 +1,5 @@
-#include "VDAccessPlugins.h"
+#include "AccessWrapper.h"
 #include "VDTsAcc.h"
-
-#include "frame/ExportedWrapper.h"
 
 using namespace DaxTimeSeries;
 
@@ -19,22 +17,22 @@ int TSAccRelease(VDTsAcc* acc)
 
 int TSAccSetId(VDTsAcc* acc, VDFileId* id, char create)
 {
-    return VFForward<&VDTsAcc::SetId>(acc, "TSAcc", id, create);
+    return VFForwardToCore<&VDAccessCore::SetId>(acc, "TSAcc", id, create);
 }
 
 int TSAccOpen(VDTsAcc* acc, int mode)
 {
-    return VFForward<&VDTsAcc::Open>(acc, __func__, mode);
+    return VFForwardToCore<&VDAccessCore::Open>(acc, __func__, mode);
 }
 
 int TSAccClose(VDTsAcc* acc)
 {
-    return VFForward<&VDTsAcc::Close>(acc, __func__);
+    return VFForwardToCore<&VDAccessCore::Close>(acc, __func__);
 }
 
 int TSAccFlush(VDTsAcc* acc)
 {
-    return VFForward<&VDTsAcc::Flush>(acc, __func__);
+    return VFForwardToCore<&VDAccessCore::Flush>(acc, __func__);
 }
 
 int TSAccAddPlugin(const char* name, const char* prefix, const char* library, const char* description)
@@ -44,52 +42,52 @@ int TSAccAddPlugin(const char* name, const char* prefix, const char* library, co
 
 int TSAccGetCapability(VDTsAcc* acc, int capability, char* answer)
 {
-    return VFForward<&VDTsAcc::GetCapability>(acc, __func__, capability, answer);
+    return VFForwardToCore<&VDAccessCore::GetCapability>(acc, __func__, capability, answer);
 }
 
 int TSAccGetBufferSize(VDTsAcc* acc, long* points)
 {
-    return VFForward<&VDTsAcc::GetBufferSize>(acc, __func__, points);
+    return VFForwardToCore<&VDAccessCore::GetBufferSize<long>>(acc, __func__, points);
 }
 
 int TSAccSetProgressObject(VDTsAcc* acc, VDProgressObject* progress)
 {
-    return VFForward<&VDTsAcc::SetProgressObject>(acc, __func__, progress);
+    return VFForwardToCore<&VDAccessCore::SetProgressObject>(acc, __func__, progress);
 }
 
 int TSAccGetNumChans(VDTsAcc* acc, long* count)
 {
-    return VFForward<&VDTsAcc::GetNumChans>(acc, __func__, count);
+    return VFForwardToCore<&VDAccessCore::GetNumChans<long>>(acc, __func__, count);
 }
 
 int TSAccGetChans(VDTsAcc* acc, VDArrayWithSort<long>* numbers)
 {
-    return VFForward<&VDTsAcc::GetChans>(acc, __func__, numbers);
+    return VFForwardToCore<&VDAccessCore::GetChans>(acc, __func__, numbers);
 }
 
 int TSAccGetChanIndex(VDTsAcc* acc, int number, int* index)
 {
-    return VFForward<&VDTsAcc::GetChanIndex>(acc, __func__, number, index);
+    return VFForwardToCore<&VDAccessCore::GetChanIndex>(acc, __func__, number, index);
 }
 
 int TSAccIsValidChan(VDTsAcc* acc, int number, char* valid)
 {
-    return VFForward<&VDTsAcc::IsValidChan>(acc, __func__, number, valid);
+    return VFForwardToCore<&VDAccessCore::IsValidChan>(acc, __func__, number, valid);
 }
 
 int TSAccGetActualChanNumber(VDTsAcc* acc, int index, long* number)
 {
-    return VFForward<&VDTsAcc::GetActualChanNumber>(acc, __func__, index, number);
+    return VFForwardToCore<&VDAccessCore::GetActualChanNumber<long>>(acc, __func__, index, number);
 }
 
 int TSAccGetChanTitle(VDTsAcc* acc, int index, VDString* title)
 {
-    return VFForward<&VDTsAcc::GetChanTitle>(acc, __func__, index, title);
+    return VFForwardToCore<&VDAccessCore::GetChanTitle>(acc, __func__, index, title);
 }
 
 int TSAccSetChanTitle(VDTsAcc* acc, int index, const char* title)
 {
-    return VFForward<&VDTsAcc::SetChanTitle>(acc, __func__, index, title);
+    return VFForwardToCore<&VDAccessCore::SetChanTitle>(acc, __func__, index, title);
 }
 
 int TSAccGetNumPoints(VDTsAcc* acc, int index, std::int64_t* points)
@@ -292,22 +290,22 @@ int TSAccPutNextDigital64(VDTsAcc* acc, int index, std::int64_t count, const std
 
 int TSAccGetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value)
 {
-    return VFForward<&VDTsAcc::GetFormatSpecificValue>(acc, __func__, index, name, value);
+    return VFForwardToCore<&VDAccessCore::GetFormatSpecificValue>(acc, __func__, index, name, value);
 }
 
 int TSAccSetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value)
 {
-    return VFForward<&VDTsAcc::SetFormatSpecificValue>(acc, __func__, index, name, value);
+    return VFForwardToCore<&VDAccessCore::SetFormatSpecificValue>(acc, __func__, index, name, value);
 }
 
 int TSAccGetMetaData(VDTsAcc* acc, LQChannelMapper** mapper)
 {
-    return VFForward<&VDTsAcc::GetMetaData>(acc, __func__, mapper);
+    return VFForwardToCore<&VDAccessCore::GetMetaData>(acc, __func__, mapper);
 }
 
 int TSAccSetUseOffset(VDTsAcc* acc, char useOffset)
 {
-    return VFForward<&VDTsAcc::SetUseOffset>(acc, __func__, useOffset);
+    return VFForwardToCore<&VDAccessCore::SetUseOffset>(acc, __func__, useOffset);
 }
 
 }  // extern "C"

@@ -1,6 +1,7 @@
 #include "TsFamily.h"
 
 #include "VDAccessPlugins.h"
+#include "VDTsAcc.h"
 #include "frame/DaxErrorCodes.h"
 
 namespace {
@@ -26,29 +27,39 @@ constexpr VDAccessFamily VVFamily = {
     .className = "VDTsAcc",
     .entryPointList = VVEntryPoints,
     .makeEntryPoints = VFMakeEntryPoints<Points>,
+    .calls = {.getLastError = [](const VDAccessEntryPoints& entryPoints, void* instance,
+                                 VDString& text) { static_cast<const Points&>(entryPoints).GetLastError(instance, text); },
+              .getValue = VDCallsByChannel<Points>::GetValue,
+              .putValue = VDCallsByChannel<Points>::PutValue},
     .capabilities = {.noSerialisation = DaxTimeSeries::NoSerialisation,
                      .writable = DaxTimeSeries::Writable,
-                     .keepsMetaData = DaxTimeSeries::KeepsMetaData,
-                     .channelTitles = DaxTimeSeries::ChannelTitles},
-    .keys = {.actualChanNumber = DaxTimeSeries::ActualChanNumber,
-             .channelTitle = DaxTimeSeries::ChanTitle,
-             .formatSpecific = DaxTimeSeries::FormatSpecific},
+                     .keepsMetaData = DaxTimeSeries::KeepsMetaData},
+    .actualChanNumberKey = DaxTimeSeries::ActualChanNumber,
+    .bufferSizeKey = DaxTimeSeries::BufferSize,
+    .chanTitle = {.key = DaxTimeSeries::ChanTitle,
+                  .capability = DaxTimeSeries::ChannelTitles,
+                  .notSupported = DaxError::NoChannelTitle,
+                  .ofId = FIDGetChanTitle},
+    .formatSpecific = {.key = DaxTimeSeries::FormatSpecific, .needOpenFile = true, .takeInput = false},
+    .metaData = {.mapperKey = DaxTimeSeries::MetaDataMapper,
+                 .timeStampKey = DaxTimeSeries::TimeStamp,
+                 .forReading = VDReadMetaData::Copied,
+                 .header = VDHeaderAttributes::InSidecar,
+                 .headerWithOwnOffsets = true},
+    .offsets = {.useKey = DaxTimeSeries::UseOffset,
+                .ownKey = DaxTimeSeries::ScheduleOffset,
+                .ownSubId = 1,
+                .ownAreFloats = true},
     .codes = {.pluginFailure = DaxError::TsPluginFailure,
               .unknownFailure = DaxError::UnknownAccessFailure,
               .notSupported = DaxError::TsNotSupported,
               .emptyChannelList = DaxError::EmptyChannelList},
-    .namesTestOnNotSupported = false,
-    .loadFailureIsFatal = false,
-    .getLastError = [](const VDAccessEntryPoints& entryPoints, void* instance,
-                       VDString& text) { static_cast<const Points&>(entryPoints).GetLastError(instance, text); },
-    .getValue =
-        [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key, VDVariant* value) {
-            return static_cast<const Points&>(entryPoints).GetValue(instance, channel, key, value);
-        },
-    .putValue =
-        [](const VDAccessEntryPoints& entryPoints, void* instance, long channel, int key, VDVariant* value) {
-            return static_cast<const Points&>(entryPoints).PutValue(instance, channel, key, value);
-        },
+    .steps = {.setChannelCount = VFStep<&VDTsAcc::SetChannelCount>,
+              .finishOpen = VFStep<&VDTsAcc::FinishOpen>,
+              .flush = VFStep<&VDTsAcc::FlushStats>,
+              .addHeaderAttributes = VFStep<&VDTsAcc::AddHeaderAttributes>},
+    .openModesFromZero = true,
+    .flushesBeforeItsStep = true,
 };
 
 }  // namespace

@@ -1,200 +1,18 @@
 #include "VDAccessCore.h"
 
-#include "VDAccessPlugins.h"
 #include "frame/VFDaxReport.h"
-#include "identity/SidecarName.h"
 
-#include "vdbase/VDFileSystem.h"
+// What all families ask their plug-ins alike, and the checks and reports around it.
 
 namespace {
 
-bool VFIsInStore(const VDString& descriptor)
-{
-    return descriptor.Left(8) == "vdindex:" || descriptor.Left(12) == "vdfilestore:";
-}
+constexpr long DefaultBufferSize = 16384;
 
 }  // namespace
 
-VDAccessCore::VDAccessCore(const VDAccessFamily& family, VDAccessPlugins& plugins, void* owner)
-    : family_(family), plugins_(plugins), owner_(owner)
-{
-}
-
-VDAccessCore::~VDAccessCore()
-{
-    const VDErrorMute mute;
-    AbandonOpen();
-    const std::lock_guard lock(VDDaxLib::Get().GetLock());
-    Unbind();
-    fileId_.Reset();
-}
-
-bool VDAccessCore::SetId(VDFileId* id, char create)
-{
-    const std::lock_guard lock(VDDaxLib::Get().GetLock());
-    // The instance of an earlier binding may look at the earlier id until it is given back.
-    const VDFileIdHandle earlier = std::move(fileId_);
-    if (TakeId(id, create) && plugins_.LoadPlugIns())
-        return Bind();
-    Unbind();
-    return false;
-}
-
-/// The first half of `SetId`: a private copy of the id, or of the one that it is served through, with channels in order.
-bool VDAccessCore::TakeId(VDFileId* id, char create)
-{
-    create_ = create != 0;
-    fileId_.Reset(FIDCreate());
-    if (!fileId_)
-        return false;
-
-    VDFileIdHandle proxy;
-    FINFGetProxyAccessFileId(id, proxy.Out());
-    // Created: all but the mask bit of the whole channel list, so that the selected channels come. Read: the whole list.
-    constexpr std::uint32_t maskForCreate = ~std::uint32_t{VTFileIdCopyChannels};
-    constexpr std::uint32_t maskForRead = ~std::uint32_t{VTFileIdCopySelectedChannels};
-    if (!FIDCopy(fileId_.Get(), proxy ? proxy.Get() : id, create_ ? maskForCreate : maskForRead))
-        return false;
-    proxy.Reset();
-
-    VDString descriptor;
-    indexed_ = FIDGetTestDescriptor(id, VTTestDescSelected, &descriptor) != 0 && VFIsInStore(descriptor);
-
-    int count = 0;
-    if (!FIDSortChans(fileId_.Get(), 1) || !FIDGetNumChans(fileId_.Get(), &count))
-        return false;
-    return count >= 1 || family_.codes.emptyChannelList == 0 ||
-           Report(DaxChannel::WholeFile, family_.codes.emptyChannelList, "SetId");
-}
-
-/// The second half of `SetId`: from the class id text of the file's type to an instance that knows the test.
-bool VDAccessCore::Bind()
-{
-    VFErrorClear();
-    if (instance_ != nullptr) {
-        // One that couldn't be given back is still asked for the reason, but never told anything else.
-        const bool released = Call("SetId", [&] { return plugin_->entryPoints->Release(instance_); });
-        instance_ = nullptr;
-        if (!released)
-            return false;
-    }
-    plugin_ = nullptr;
-    noSerialisation_ = false;
-
-    int accessType = 0;
-    VDString classId;
-    VDString description;
-    if (!FIDGetAccessInfo(fileId_.Get(), &accessType, &classId, &description))
-        return false;
-    const VDAccessPluginInfo* plugin = plugins_.Find(classId);
-    if (plugin == nullptr)
-        return ReportNotSupported();
-    if (!plugin->loaded)
-        return VFDaxReport(DaxError::PluginDisabled, Routine("SetId"), {.appended = plugin->description}) != 0;
-
-    plugin_ = plugin;
-    const VDAccessEntryPoints& entryPoints = *plugin_->entryPoints;
-    if (!Call("SetId", [&] { return (instance_ = entryPoints.Create(classId)) != nullptr; }))
-        return false;
-    const auto tell = [&] {
-        VDVariant owner(owner_);
-        return family_.putValue(entryPoints, instance_, DaxChannel::WholeFile, 0, &owner);
-    };
-    char noSerialisation = 0;
-    const auto ask = [&] {
-        return entryPoints.GetCapability(instance_, family_.capabilities.noSerialisation, &noSerialisation);
-    };
-    if (!Call("SetId", tell) || !Call("SetId", ask))
-        return false;
-    noSerialisation_ = noSerialisation != 0;
-    return Call("SetId", [&] { return entryPoints.SetId(instance_, fileId_.Get(), create_ ? 1 : 0); });
-}
-
-/// A test whose id can't be taken must not be opened through the instance of the test before.
-void VDAccessCore::Unbind()
-{
-    const VDErrorMute mute;
-    if (void* const instance = std::exchange(instance_, nullptr)) {
-        try {
-            plugin_->entryPoints->Release(instance);
-        } catch (...) {
-            // There is nobody left to tell.
-        }
-    }
-    plugin_ = nullptr;
-}
-
-bool VDAccessCore::CheckBound(const char* routine)
-{
-    return IsBound() || VFDaxReportError(DaxError::SetIdFirst, Routine(routine)) != 0;
-}
-
-bool VDAccessCore::CheckOpen(int mode)
-{
-    if (!CheckBound("Open"))
-        return false;
-    if (open_)
-        return Report(DaxChannel::WholeFile, DaxError::AlreadyOpen, "Open");
-    if (!fileId_)
-        return Report(DaxChannel::WholeFile, DaxError::SetIdBeforeOpen, "Open");
-    if (VFIsCreateMode(mode) != create_)
-        return Report(DaxChannel::WholeFile, DaxError::CreateMismatch, "Open");
-    return true;
-}
-
-bool VDAccessCore::CallOpen(int mode)
-{
-    if (!Call("Open", [&] { return plugin_->entryPoints->Open(instance_, mode); }))
-        return false;
-    open_ = true;
-    readOnly_ = mode == 1;
-    return true;
-}
-
-bool VDAccessCore::FinishCreate()
-{
-    if (HasCapability(family_.capabilities.channelTitles)) {
-        int count = 0;
-        if (!FIDGetNumChans(fileId_.Get(), &count))
-            return false;
-        for (int index = 0; index < count; ++index) {
-            VDString title;
-            if (!FIDGetChanTitle(fileId_.Get(), index, &title) || !SetChanTitle(index, title))
-                return false;
-        }
-    }
-    VDString sidecar;
-    if (!HasCapability(family_.capabilities.keepsMetaData) && VFSidecarFilename(fileId_.Get(), &sidecar) &&
-        VDFileSystem::FileExists(sidecar)) {
-        const VDErrorMute mute;
-        VDFileSystem::DelFile(sidecar);
-    }
-    return true;
-}
-
-void VDAccessCore::AbandonOpen()
-{
-    if (!open_)
-        return;
-    open_ = false;
-    const VDErrorMute mute;
-    const std::lock_guard lock(VDDaxLib::Get().GetLock());
-    try {
-        plugin_->entryPoints->Close(instance_);
-    } catch (...) {
-        // The failure that led here is the one to tell.
-    }
-}
-
-bool VDAccessCore::CallClose()
-{
-    // A plug-in that was told once isn't told again, whatever it made of it.
-    open_ = false;
-    return Call("Close", [&] { return plugin_->entryPoints->Close(instance_); });
-}
-
 bool VDAccessCore::GetCapability(int capability, char* answer)
 {
+    *answer = 0;
     return CheckBound("GetCapability") &&
            Call("GetCapability", [&] { return plugin_->entryPoints->GetCapability(instance_, capability, answer); });
 }
@@ -205,43 +23,77 @@ bool VDAccessCore::HasCapability(int capability)
     return GetCapability(capability, &answer) && answer != 0;
 }
 
-bool VDAccessCore::GetValue(long channel, int key, VDVariant* value)
+template <class Size>
+bool VDAccessCore::GetBufferSize(Size* size)
 {
-    return Call("GetPluginValue", [&] { return family_.getValue(*plugin_->entryPoints, instance_, channel, key, value); });
+    *size = DefaultBufferSize;
+    VDVariant value;
+    if (!CheckBound("GetBufferSize") || !GetValue(DaxChannel::WholeFile, family_.bufferSizeKey, &value))
+        return false;
+    long preferred = 0;
+    if (value.GetLong(&preferred) && preferred >= 1 && std::in_range<Size>(preferred))
+        *size = static_cast<Size>(preferred);
+    return true;
 }
 
-bool VDAccessCore::PutValue(long channel, int key, VDVariant value)
+bool VDAccessCore::SetProgressObject(VDProgressObject* progress)
 {
-    return Call("SetPluginValue", [&] { return family_.putValue(*plugin_->entryPoints, instance_, channel, key, &value); });
+    progress_ = progress;
+    const auto set = family_.calls.setProgressObject;
+    return set == nullptr || (CheckBound("SetProgressObject") && Call("SetProgressObject", [&] {
+                                  return set(*plugin_->entryPoints, instance_, progress);
+                              }));
+}
+
+bool VDAccessCore::GetValue(const VDAccessSelector& selector, int key, VDVariant* value, VDVariant input)
+{
+    return Call("GetPluginValue", [&] {
+        return family_.calls.getValue(*plugin_->entryPoints, instance_, selector, key, &input, value);
+    });
+}
+
+bool VDAccessCore::PutValue(const VDAccessSelector& selector, int key, VDVariant value)
+{
+    char ignored = 0;
+    if (family_.capabilities.beforePut != VDAccessCapabilities::NotAsked &&
+        !GetCapability(family_.capabilities.beforePut, &ignored))
+        return false;
+    return Call("SetPluginValue",
+                [&] { return family_.calls.putValue(*plugin_->entryPoints, instance_, selector, key, &value); });
 }
 
 template <class T>
-bool VDAccessCore::GetTyped(long channel, int key, T* value, bool (VDVariant::*get)(T*) const)
+bool VDAccessCore::GetTyped(const VDAccessSelector& selector, int key, T* value, bool (VDVariant::*get)(T*) const)
 {
     VDVariant answer;
-    if (!GetValue(channel, key, &answer))
+    if (!GetValue(selector, key, &answer))
         return false;
-    return (answer.*get)(value) || Report(static_cast<int>(channel), DaxError::HeaderValue, "GetPluginValue");
+    return (answer.*get)(value) || Report(static_cast<int>(selector.channel), DaxError::HeaderValue, "GetPluginValue");
 }
 
-bool VDAccessCore::GetLong(long channel, int key, long* value)
+bool VDAccessCore::GetLong(const VDAccessSelector& selector, int key, long* value)
 {
-    return GetTyped(channel, key, value, &VDVariant::GetLong);
+    return GetTyped(selector, key, value, &VDVariant::GetLong);
 }
 
-bool VDAccessCore::GetHuge(long channel, int key, std::int64_t* value)
+bool VDAccessCore::GetHuge(const VDAccessSelector& selector, int key, std::int64_t* value)
 {
-    return GetTyped(channel, key, value, &VDVariant::GetHuge);
+    return GetTyped(selector, key, value, &VDVariant::GetHuge);
 }
 
-bool VDAccessCore::GetDouble(long channel, int key, double* value)
+bool VDAccessCore::GetDouble(const VDAccessSelector& selector, int key, double* value)
 {
-    return GetTyped(channel, key, value, &VDVariant::GetDouble);
+    return GetTyped(selector, key, value, &VDVariant::GetDouble);
 }
 
-bool VDAccessCore::GetString(long channel, int key, VDString* value)
+bool VDAccessCore::GetString(const VDAccessSelector& selector, int key, VDString* value)
 {
-    return GetTyped(channel, key, value, &VDVariant::GetString);
+    return GetTyped(selector, key, value, &VDVariant::GetString);
+}
+
+bool VDAccessCore::GetChans(VDArrayWithSort<long>* numbers) const
+{
+    return FIDGetChans(fileId_.Get(), numbers) != 0;
 }
 
 bool VDAccessCore::GetChanIndex(int number, int* index)
@@ -262,10 +114,14 @@ bool VDAccessCore::IsValidChan(int number, char* valid)
     return true;
 }
 
-bool VDAccessCore::GetActualChanNumber(int index, long* number)
+template <class Number>
+bool VDAccessCore::GetActualChanNumber(int index, Number* number)
 {
-    if (IsBound() && GetLong(index, family_.keys.actualChanNumber, number))
+    long actual = 0;
+    if (IsBound() && GetLong(index, family_.actualChanNumberKey, &actual) && std::in_range<Number>(actual)) {
+        *number = static_cast<Number>(actual);
         return true;
+    }
     int own = 0;
     if (!FIDGetChanNumber(fileId_.Get(), index, &own))
         return false;
@@ -275,45 +131,70 @@ bool VDAccessCore::GetActualChanNumber(int index, long* number)
 
 bool VDAccessCore::GetChanTitle(int index, VDString* title)
 {
-    if (!HasCapability(family_.capabilities.channelTitles))
-        return FIDGetChanTitle(fileId_.Get(), index, title) != 0;
-    if (!GetString(index, family_.keys.channelTitle, title))
-        return false;
-    title->Replace('\r', ' ');
-    title->Replace('\n', ' ');
-    return true;
+    return GetChanText(family_.chanTitle, index, title, "GetChanTitle");
 }
 
 bool VDAccessCore::SetChanTitle(int index, const char* title)
 {
-    if (!HasCapability(family_.capabilities.channelTitles))
-        return Report(index, DaxError::NoChannelTitle, "SetChanTitle");
-    return PutValue(index, family_.keys.channelTitle, VDVariant(title));
+    return SetChanText(family_.chanTitle, index, title, "SetChanTitle");
 }
 
-bool VDAccessCore::GetFormatSpecificValue(long channel, const char* name, VDVariant* value)
+bool VDAccessCore::GetChanText(const VDAccessText& text, int index, VDString* value, const char* routine)
 {
+    if (!CheckChannel(index, false, routine))
+        return false;
+    if (!HasCapability(text.capability))
+        return text.ofId != nullptr ? text.ofId(fileId_.Get(), index, value) != 0 : Report(index, text.notSupported, routine);
+    if (!GetString(index, text.key, value))
+        return false;
+    value->Replace('\r', ' ');
+    value->Replace('\n', ' ');
+    return true;
+}
+
+bool VDAccessCore::SetChanText(const VDAccessText& text, int index, const char* value, const char* routine)
+{
+    if (!CheckChannel(index, false, routine))
+        return false;
+    if (!HasCapability(text.capability))
+        return Report(index, text.notSupported, routine);
+    return PutValue(index, text.key, VDVariant(value));
+}
+
+bool VDAccessCore::GetFormatSpecificValue(const VDAccessSelector& selector, const char* name, VDVariant* value)
+{
+    constexpr const char* routine = "GetFormatSpecificValue";
     if (value == nullptr)
-        return Report(static_cast<int>(channel), DaxError::InvalidArguments, "GetFormatSpecificValue");
-    value->Clear();
-    if (!CheckFileOpen("GetFormatSpecificValue"))
+        return Report(static_cast<int>(selector.channel), DaxError::InvalidArguments, routine);
+    VDVariant input;
+    if (family_.formatSpecific.takeInput)
+        input = *value;
+    else
+        value->Clear();
+    if (family_.formatSpecific.needOpenFile ? !CheckFileOpen(routine) : !CheckBound(routine))
         return false;
     VDVariant list = VDVariant::FromList({VDVariant(name)});
-    if (!GetValue(channel, family_.keys.formatSpecific, &list))
+    if (!GetValue(selector, family_.formatSpecific.key, &list, input))
         return false;
+    // A name that the plug-in doesn't know is no failure.
+    value->Clear();
     if (list.GetNumItems() == 2)
         *value = list[1];
     return true;
 }
 
-bool VDAccessCore::SetFormatSpecificValue(long channel, const char* name, const VDVariant* value)
+bool VDAccessCore::SetFormatSpecificValue(const VDAccessSelector& selector, const char* name, VDVariant* value)
 {
+    constexpr const char* routine = "SetFormatSpecificValue";
     if (value == nullptr)
-        return Report(static_cast<int>(channel), DaxError::InvalidArguments, "SetFormatSpecificValue");
-    // Hints on how a new file will be laid out come before it is opened.
-    if (!CheckBound("SetFormatSpecificValue"))
-        return false;
-    return PutValue(channel, family_.keys.formatSpecific, VDVariant::FromList({VDVariant(name), *value}));
+        return Report(static_cast<int>(selector.channel), DaxError::InvalidArguments, routine);
+    return CheckBound(routine) &&
+           PutValue(selector, family_.formatSpecific.key, VDVariant::FromList({VDVariant(name), *value}));
+}
+
+bool VDAccessCore::CheckBound(const char* routine)
+{
+    return IsBound() || VFDaxReportError(DaxError::SetIdFirst, Routine(routine)) != 0;
 }
 
 bool VDAccessCore::CheckFileOpen(const char* routine)
@@ -321,11 +202,11 @@ bool VDAccessCore::CheckFileOpen(const char* routine)
     return open_ || Report(DaxChannel::WholeFile, DaxError::NotOpen, routine);
 }
 
-bool VDAccessCore::CheckChannel(int channel, int count, bool allowAll, const char* routine)
+bool VDAccessCore::CheckChannel(int channel, bool allowAll, const char* routine)
 {
-    if (count == 0)
+    if (channelCount_ == 0)
         return Report(DaxChannel::WholeFile, DaxError::NoChannelList, routine);
-    if (channel >= 0 && channel < count)
+    if (channel >= 0 && channel < channelCount_)
         return true;
     if (allowAll && static_cast<std::uint32_t>(channel) == DaxChannel::All)
         return true;
@@ -368,7 +249,7 @@ bool VDAccessCore::ReportPluginError(const char* routine)
     const std::lock_guard lock(VDDaxLib::Get().GetLock());
     VDString text;
     try {
-        family_.getLastError(*plugin_->entryPoints, instance_, text);
+        family_.calls.getLastError(*plugin_->entryPoints, instance_, text);
     } catch (...) {
         text.Empty();
     }
@@ -378,3 +259,9 @@ bool VDAccessCore::ReportPluginError(const char* routine)
         VFDaxReportError(family_.codes.unknownFailure, Routine(routine));
     return false;
 }
+
+// What the exported functions use.
+template bool VDAccessCore::GetBufferSize(int*);
+template bool VDAccessCore::GetBufferSize(long*);
+template bool VDAccessCore::GetActualChanNumber(int, int*);
+template bool VDAccessCore::GetActualChanNumber(int, long*);

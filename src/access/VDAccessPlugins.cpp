@@ -25,6 +25,8 @@ bool VDAccessPlugins::LoadPlugIns()
         return true;
     bool allLoaded = true;
     const auto load = [&](VDAccessPluginInfo& plugin, const VDString& library, const VDString& prefix) {
+        if (family_.loadFailureIsFatal && !allLoaded)
+            return false;
         const bool loaded = LoadOne(plugin, library, prefix);
         allLoaded = allLoaded && loaded;
         return loaded;
@@ -43,11 +45,17 @@ bool VDAccessPlugins::AddPlugin(const char* name, const char* prefix, const char
     const auto load = [this](VDAccessPluginInfo& plugin, const VDString& file, const VDString& start) {
         return LoadOne(plugin, file, start);
     };
-    return VFAddPluginByHand(plugins_, name, prefix, library, description, load);
+    if (VFAddPluginByHand(plugins_, name, prefix, library, description, load))
+        return true;
+    if (family_.loadFailureIsFatal)
+        plugins_.pop_back();
+    return false;
 }
 
 const VDAccessPluginInfo* VDAccessPlugins::Find(const VDString& classId) const
 {
     const int index = VFFindPlugin(plugins_, classId);
-    return index < 0 ? nullptr : plugins_[static_cast<std::size_t>(index)].get();
+    const VDAccessPluginInfo* const plugin = index < 0 ? nullptr : plugins_[static_cast<std::size_t>(index)].get();
+    // One that is switched off is as good as none where there are no disabled ones.
+    return plugin != nullptr && !plugin->loaded && family_.loadFailureIsFatal ? nullptr : plugin;
 }

@@ -1,6 +1,5 @@
 #include "VDTsAcc.h"
 
-#include "VDAccessPlugins.h"
 #include "frame/VFDaxReport.h"
 
 #include <algorithm>
@@ -10,8 +9,6 @@
 using namespace DaxTimeSeries;
 
 namespace {
-
-constexpr long DefaultBufferSize = 16384;
 
 /// Truncates; what lies outside the range of points becomes its end.
 std::int64_t VFToPoint(double value)
@@ -28,47 +25,17 @@ std::int64_t VFToPoint(double value)
 
 }  // namespace
 
-VDTsAcc::VDTsAcc() : VDCompBase(HandleId), core_(VFTsFamily(), VFTsPlugins(), this) {}
-
-VDTsAcc::~VDTsAcc()
+bool VDTsAcc::SetChannelCount(int count)
 {
-    cachedMapper_.reset();
-    const VDErrorMute mute;
-    Close();
-}
-
-bool VDTsAcc::SetId(VDFileId* id, char create)
-{
-    if (core_.IsOpen() && !Close())
-        return false;
-    // Nothing of the test before holds for the next one.
     channels_.Clear();
-    offsetsRead_ = false;
-    // A new instance adds no offsets until it is told to.
-    return core_.SetId(id, create) && (!useOffset_ || SetUseOffset(1));
-}
-
-bool VDTsAcc::Open(int mode)
-{
-    if (mode < VTTsAccOpenRead || mode > VTTsAccOpenCreateNew)
-        return core_.Report(DaxChannel::WholeFile, DaxError::InvalidOpenMode, "Open");
-    const bool creates = mode >= VTTsAccOpenCreate;
-    const int pluginMode = mode + 1;
-    if (!core_.CheckOpen(pluginMode))
-        return false;
-    cachedMapper_.reset();
-    channels_.Clear();
-    int count = 0;
-    if (!FIDGetNumChans(core_.GetFileId(), &count))
-        return false;
     channels_.SetSize(count);
-    if (!core_.CallOpen(pluginMode))
+    return true;
+}
+
+bool VDTsAcc::FinishOpen(bool created)
+{
+    if (created ? !SetSampleRate(static_cast<int>(DaxChannel::All), 1.0) : !LoadHeader())
         return false;
-    const int all = static_cast<int>(DaxChannel::All);
-    if (creates ? !SetSampleRate(all, 1.0) || !core_.FinishCreate() : !LoadHeader()) {
-        core_.AbandonOpen();
-        return false;
-    }
     // What can't be written has nothing to gather.
     const VDErrorMute mute;
     SetStatsMonitor(1, 0);
@@ -92,87 +59,9 @@ bool VDTsAcc::LoadHeader()
     return true;
 }
 
-bool VDTsAcc::Close()
-{
-    if (!core_.CheckBound("Close"))
-        return false;
-    if (!core_.IsOpen())
-        return true;
-    if (!core_.IsReadOnly() && !Flush())
-        return false;
-    cachedMapper_.reset();
-    return core_.CallClose();
-}
-
-bool VDTsAcc::Flush()
-{
-    const auto flush = [&] { return core_.Call("Flush", [&] { return Plugin().Flush(core_.GetInstance()); }); };
-    // Statistics are worked out from what the file holds, and go into it.
-    return core_.CheckFileOpen("Flush") && flush() && FlushStats() && flush();
-}
-
-bool VDTsAcc::GetCapability(int capability, char* answer)
-{
-    return core_.GetCapability(capability, answer);
-}
-
-bool VDTsAcc::GetBufferSize(long* points)
-{
-    *points = DefaultBufferSize;
-    VDVariant value;
-    if (!core_.CheckBound("GetBufferSize") || !core_.GetValue(DaxChannel::WholeFile, BufferSize, &value))
-        return false;
-    long preferred = 0;
-    if (value.GetLong(&preferred) && preferred >= 1)
-        *points = preferred;
-    return true;
-}
-
-bool VDTsAcc::SetProgressObject(VDProgressObject* progress)
-{
-    progress_ = progress;
-    return true;
-}
-
-bool VDTsAcc::GetNumChans(long* count) const
-{
-    *count = Count();
-    return true;
-}
-
-bool VDTsAcc::GetChans(VDArrayWithSort<long>* numbers) const
-{
-    return FIDGetChans(core_.GetFileId(), numbers) != 0;
-}
-
-bool VDTsAcc::GetChanIndex(int number, int* index)
-{
-    return core_.GetChanIndex(number, index);
-}
-
-bool VDTsAcc::IsValidChan(int number, char* valid)
-{
-    return core_.IsValidChan(number, valid);
-}
-
-bool VDTsAcc::GetActualChanNumber(int index, long* number)
-{
-    return core_.GetActualChanNumber(index, number);
-}
-
-bool VDTsAcc::GetChanTitle(int index, VDString* title)
-{
-    return core_.CheckChannel(index, Count(), false, "GetChanTitle") && core_.GetChanTitle(index, title);
-}
-
-bool VDTsAcc::SetChanTitle(int index, const char* title)
-{
-    return core_.CheckChannel(index, Count(), false, "SetChanTitle") && core_.SetChanTitle(index, title);
-}
-
 bool VDTsAcc::CheckOpenAndChannel(int index, bool allowAll, const char* routine)
 {
-    return core_.CheckFileOpen(routine) && core_.CheckChannel(index, Count(), allowAll, routine);
+    return core_.CheckFileOpen(routine) && core_.CheckChannel(index, allowAll, routine);
 }
 
 int VDTsAcc::DataType(int index) const
@@ -233,7 +122,7 @@ bool VDTsAcc::SetHeaderValue(int index, int key, const VDVariant& value, Keep&& 
 bool VDTsAcc::SetSampleRate(int index, double rate)
 {
     constexpr const char* routine = "SetSampleRate";
-    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, true, routine))
         return false;
     if (!(rate > 0))
         return core_.Report(index, DaxError::InvalidSampleRate, routine);
@@ -244,7 +133,7 @@ bool VDTsAcc::SetSampleRate(int index, double rate)
 bool VDTsAcc::SetBaseTime(int index, double time)
 {
     constexpr const char* routine = "SetBaseTime";
-    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, true, routine))
         return false;
     return SetHeaderValue(index, BaseTime, VDVariant(time), [time](VDTimeFileChan& channel, int) { channel.baseTime = time; });
 }
@@ -252,7 +141,7 @@ bool VDTsAcc::SetBaseTime(int index, double time)
 bool VDTsAcc::SetNumPoints(int index, std::int64_t points)
 {
     constexpr const char* routine = "SetNumPoints";
-    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, Count(), true, routine))
+    if (!core_.CheckFileOpen(routine) || !core_.CheckWritable(routine) || !core_.CheckChannel(index, true, routine))
         return false;
     char extendable = 0;
     if (!core_.GetCapability(Extendable, &extendable))
@@ -309,7 +198,7 @@ bool VDTsAcc::GetYUnits(int index, VDString* units)
 bool VDTsAcc::SetChanText(int index, int key, const char* text, const char* routine)
 {
     return core_.CheckFileOpen(routine) && core_.CheckWritable(routine) &&
-           core_.CheckChannel(index, Count(), false, routine) && core_.PutValue(index, key, VDVariant(text));
+           core_.CheckChannel(index, false, routine) && core_.PutValue(index, key, VDVariant(text));
 }
 
 bool VDTsAcc::PointToTime(int index, std::int64_t point, double* time)
@@ -340,14 +229,4 @@ bool VDTsAcc::PrepareSequential(int index, std::int64_t first, std::int64_t last
         channels_[channel].lastPoint = std::max<std::int64_t>(last, 0);
     }
     return true;
-}
-
-bool VDTsAcc::GetFormatSpecificValue(int index, const char* name, VDVariant* value)
-{
-    return core_.GetFormatSpecificValue(index, name, value);
-}
-
-bool VDTsAcc::SetFormatSpecificValue(int index, const char* name, VDVariant* value)
-{
-    return core_.SetFormatSpecificValue(index, name, value);
 }

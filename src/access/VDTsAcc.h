@@ -8,42 +8,34 @@
 #include "vdbase/VDCompBase.h"
 #include "vdstore/LQChannelMapper.h"
 
-#include <memory>
 #include <span>
 #include <vector>
 
 /// Access to one time-series test, behind the `TSAcc` functions: checks, clamping, cursors and offsets around the plug-in's
-/// calls. Data goes straight between the caller's buffer and the plug-in. The methods correspond to the exported functions.
+/// calls. Data goes straight between the caller's buffer and the plug-in. The methods, and the core's, correspond to the
+/// exported functions.
 class VDTsAcc : public VDCompBase
 {
 public:
     static constexpr std::int32_t HandleId = DaxHandleId::TsAcc;
     static constexpr bool GuardedHandle = false;
 
-    VDTsAcc();
-    ~VDTsAcc() override;
+    VDTsAcc() : VDCompBase(HandleId), core_(VFTsFamily(), VFTsPlugins(), this) {}
 
-    /// @name Life
-    /// @{
-    bool SetId(VDFileId* id, char create);
-    /// @param mode  a `VTTsAccOpenMode`
-    bool Open(int mode);
-    bool Close();
-    bool Flush();
-    bool GetCapability(int capability, char* answer);
-    bool GetBufferSize(long* points);
-    bool SetProgressObject(VDProgressObject* progress);
-    /// @}
+    /// An operation that all families share.
+    template <auto Method, class... Arguments>
+    bool InCore(Arguments... arguments)
+    {
+        return (core_.*Method)(arguments...);
+    }
 
-    /// @name Channels
+    /// @name Steps of the core
     /// @{
-    bool GetNumChans(long* count) const;
-    bool GetChans(VDArrayWithSort<long>* numbers) const;
-    bool GetChanIndex(int number, int* index);
-    bool IsValidChan(int number, char* valid);
-    bool GetActualChanNumber(int index, long* number);
-    bool GetChanTitle(int index, VDString* title);
-    bool SetChanTitle(int index, const char* title);
+    bool SetChannelCount(int count);
+    bool FinishOpen(bool created);
+    /// Brings the statistics up to date and hands them to a plug-in that stores them.
+    bool FlushStats();
+    bool AddHeaderAttributes(LQChannelMapper& mapper);
     /// @}
 
     /// @name Header values
@@ -96,14 +88,6 @@ public:
     bool GetFullScaleValid(int index, char* valid);
     /// @}
 
-    /// @name Format-specific values, metadata and offsets
-    /// @{
-    bool GetFormatSpecificValue(int index, const char* name, VDVariant* value);
-    bool SetFormatSpecificValue(int index, const char* name, VDVariant* value);
-    bool GetMetaData(LQChannelMapper** mapper);
-    bool SetUseOffset(char useOffset);
-    /// @}
-
 private:
     int Count() const { return channels_.GetSize(); }
     static bool IsAll(int index) { return static_cast<std::uint32_t>(index) == DaxChannel::All; }
@@ -132,31 +116,17 @@ private:
     template <class Value>
     void Monitor(int index, std::int64_t first, std::int64_t count, const Value* values);
     bool FinishStats(int index);
-    bool FlushStats();
     bool CalcStatsForFlush(int index);
     bool PutStats(int index);
 
-    bool FetchMapper(LQChannelMapper** mapper);
-    bool AddHeaderMetaData(LQChannelMapper& mapper);
-    bool AddChannelMetaData(LQChannelMapper& mapper, int index);
-    bool ReadOffsets(LQChannelMapper* mapper);
-    bool ApplyMetaDataOffsets(LQChannelMapper& mapper) const;
-    bool ApplyScheduleOffsets(LQChannelMapper& mapper) const;
-    bool GetScheduleOffset(int index, char* present, float* offset);
-    /// The type stores its offsets beside the data, and its plug-in applies them.
-    bool AppliesOwnOffsets() const;
-    bool AddsOffsets() const { return useOffset_ && !AppliesOwnOffsets(); }
-    /// Makes sure that the offsets are known.
-    bool NeedOffsets();
+    bool AddChannelAttributes(LQChannelMapper& mapper, int index);
+    bool AddsOffsets() const { return !takesRawValues_ && core_.GetOffsets().AreAdded(); }
+    /// They must be known (`VDAccessOffsets::Need`).
+    float GetOffset(int index) const { return static_cast<float>(core_.GetOffsets()[index]); }
     template <class Value>
     bool AddOffset(int index, std::int64_t count, Value* values);
 
-    VDAccessCore core_;
-    bool useOffset_ = false;
-    bool offsetsRead_ = false;
-    VDArray<float> offsets_;
-    VDArray<char> offsetPresent_;
+    bool takesRawValues_ = false;
     VDArray<VDTimeFileChan> channels_;
-    VDProgressObject* progress_ = nullptr;
-    std::unique_ptr<LQChannelMapper> cachedMapper_;
+    VDAccessCore core_;  // the last member: it ends first, when the steps still have all that they need
 };

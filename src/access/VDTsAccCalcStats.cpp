@@ -102,7 +102,7 @@ bool VDTsAcc::CalcStats(int index)
     if (!CheckOpenAndChannel(index, true, routine))
         return false;
     // Statistics are kept as those of the data in the file; who asks for them gets them with the offset.
-    const VDValueGuard withoutOffset(useOffset_, false);
+    const VDValueGuard withoutOffset(takesRawValues_, true);
     std::vector<int> channels;
     double total = 0;
     for (int channel = IsAll(index) ? 0 : index; channel <= (IsAll(index) ? Count() - 1 : index); ++channel)
@@ -111,12 +111,12 @@ bool VDTsAcc::CalcStats(int index)
             total += static_cast<double>(channels_[channel].numPoints);
         }
 
-    VDOperationProgress progress(progress_);
+    VDOperationProgress progress(core_.GetProgressObject());
     const auto abort = [&] { return VFDaxReportError(DaxError::OperationAborted, core_.Routine(routine)) != 0; };
     if (!progress.Start(DaxText::CalculatingStatistics, total))
         return abort();
     long size = 0;
-    if (!GetBufferSize(&size))
+    if (!core_.GetBufferSize(&size))
         return false;
     for (const int channel : channels) {
         WithStatsType(channel, [&]<class Value>(Value) { VFRestart<Value>(channels_[channel]); });

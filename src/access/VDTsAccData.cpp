@@ -101,9 +101,9 @@ bool VDTsAcc::GetData(int index, std::int64_t first, std::int64_t count, std::in
 template <class Value>
 bool VDTsAcc::AddOffset(int index, std::int64_t count, Value* values)
 {
-    if (!NeedOffsets())
+    if (!core_.GetOffsets().Need())
         return false;
-    const float offset = offsets_[index];
+    const float offset = GetOffset(index);
     for (std::int64_t point = 0; point < count; ++point)
         values[point] += static_cast<Value>(offset);
     return true;

@@ -17,7 +17,7 @@ void VFSetText(Z4PropertySet& set, const char* name, const char* text)
 
 }  // namespace
 
-bool VDTsAcc::AddHeaderMetaData(LQChannelMapper& mapper)
+bool VDTsAcc::AddHeaderAttributes(LQChannelMapper& mapper)
 {
     Z4PropertySet* const set = mapper.AdoptMetaDataSet(LQChannelMapper::ATTRIBUTES, nullptr, LQChannelMapper::GLOBAL);
     if (set == nullptr)
@@ -28,12 +28,12 @@ bool VDTsAcc::AddHeaderMetaData(LQChannelMapper& mapper)
     if (GetFileText(XUnits, &text, "GetXUnits"))
         VFSetText(*set, LQAttribute::XUnits, text);
     for (int index = 0; index < Count(); ++index)
-        if (!AddChannelMetaData(mapper, index))
+        if (!AddChannelAttributes(mapper, index))
             return false;
     return true;
 }
 
-bool VDTsAcc::AddChannelMetaData(LQChannelMapper& mapper, int index)
+bool VDTsAcc::AddChannelAttributes(LQChannelMapper& mapper, int index)
 {
     Z4PropertySet* const set = mapper.AdoptMetaDataSet(LQChannelMapper::ATTRIBUTES, nullptr, index);
     if (set == nullptr)
@@ -62,7 +62,7 @@ bool VDTsAcc::AddChannelMetaData(LQChannelMapper& mapper, int index)
         VFSetText(*set, LQAttribute::YTitle, text);
     if (GetYUnits(index, &text))
         VFSetText(*set, LQAttribute::YUnits, text);
-    if (GetChanTitle(index, &text))
+    if (core_.GetChanTitle(index, &text))
         VFSetText(*set, LQAttribute::ChanTitle, text);
     return true;
 }

@@ -20,10 +20,10 @@ bool VDTsAcc::GetFullScaleLimits(int index, float* low, float* high)
     std::tie(*low, *high) = std::minmax(first, second);
     if (!AddsOffsets())
         return true;
-    if (!NeedOffsets())
+    if (!core_.GetOffsets().Need())
         return false;
-    *low += offsets_[index];
-    *high += offsets_[index];
+    *low += GetOffset(index);
+    *high += GetOffset(index);
     return true;
 }
 

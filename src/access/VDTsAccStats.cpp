@@ -87,7 +87,7 @@ bool VDTsAcc::LoadStats(int index)
 
 double VDTsAcc::RmsWithOffset(int index)
 {
-    const auto offset = static_cast<double>(offsets_[index]);
+    const auto offset = static_cast<double>(GetOffset(index));
     return WithStatsType(index, [&]<class Value>(Value) { return VFRmsWithOffset<Value>(channels_[index], offset); });
 }
 
@@ -101,10 +101,10 @@ bool VDTsAcc::GetStat(int index, int id, Value* value)
     *value = VFStat<Value>(channels_[index], id);
     if (!AddsOffsets())
         return true;
-    if (!NeedOffsets())
+    if (!core_.GetOffsets().Need())
         return false;
     if (id <= VTTsAccStatMean)
-        *value += static_cast<Value>(offsets_[index]);
+        *value += static_cast<Value>(GetOffset(index));
     else if (id == VTTsAccStatRms)
         *value = static_cast<Value>(RmsWithOffset(index));
     return true;

@@ -23,6 +23,7 @@ constexpr int MetaDataQueryExpression = -327703;
 constexpr int InvalidArguments = -327704;
 
 // Block 1: histogram access
+constexpr int FileIdNotSet = -327795;
 constexpr int HistNotSupported = -327802;
 constexpr int HistUnknownFailure = -327807;
 constexpr int HistPluginFailure = -327808;

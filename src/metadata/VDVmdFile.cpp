@@ -167,6 +167,17 @@ bool VDVmdFile::Flush()
     return CheckOpened("Flush") && Save();
 }
 
+bool VDVmdFile::Clear()
+{
+    if (!CheckOpened("Clear"))
+        return false;
+    if (host_ == nullptr || !file_->IsWritable())
+        return true;
+    host_->GetMapper()->Clear();
+    created_ = true;
+    return !fileId_ || AddChannelsOfTest();
+}
+
 /// Titles come into the attributes, but not in the place of those that somebody put there.
 bool VDVmdFile::Save()
 {

@@ -32,6 +32,7 @@ public:
     bool AdoptTestVmd(VDFileId* id, bool readMode);
     bool GetMetaData(LQChannelMapper** mapper);
     bool Flush();
+    bool Clear();
     bool SetChannelNumberList(const VDArrayWithSort<long>& numbers);
     /// Writes a sidecar that was adopted for writing, and ends it. Does nothing a second time.
     bool Close();

@@ -41,6 +41,11 @@ int VMDFlush(VDVmdFile* sidecar)
     return VFForward<&VDVmdFile::Flush>(sidecar, __func__);
 }
 
+int VMDClear(VDVmdFile* sidecar)
+{
+    return VFForward<&VDVmdFile::Clear>(sidecar, __func__);
+}
+
 int VMDCreateFilenameFromFileId(VDFileId* id, VDString* filename)
 {
     return VFSidecarFilename(id, filename) ? 1 : 0;

@@ -91,12 +91,3 @@ TEST_F(OffsetTest, GoWithTheTest)
     ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value)) << VFErrorGetText(VFGetBaseLibError()).Str();
     EXPECT_EQ(value, StandValue<float>(0, 1));
 }
-
-TEST_F(OffsetTest, FormatsWithoutMetaDataSayThatItCannotBeRead)
-{
-    const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2"));
-    LQChannelMapper* mapper = nullptr;
-    EXPECT_FALSE(TSAccGetMetaData(acc.Get(), &mapper));
-    ExpectError(-327992, "Function not implemented", "VDTsAcc::GetMetaData");
-    EXPECT_EQ(mapper, nullptr);
-}

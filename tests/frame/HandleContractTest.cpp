@@ -82,7 +82,8 @@ const Row VVRows[] = {
     ROW(TSAccGetAllStatsDoublePrecision), ROW(TSAccSetStats), ROW(TSAccSetStatsMonitor), ROW(TSAccCalcStats),
     ROW(TSAccGetFullScaleLimits), ROW(TSAccSetFullScaleLimits), ROW(TSAccGetFullScaleValid),
 
-    ROW(VMDRelease), ROW(VMDAdopt), ROW(VMDAdoptTestVmd), ROW(VMDGetMetaData), ROW(VMDFlush), ROW(VMDSetChannelNumberList),
+    ROW(VMDRelease), ROW(VMDAdopt), ROW(VMDAdoptTestVmd), ROW(VMDGetMetaData), ROW(VMDFlush), ROW(VMDClear),
+    ROW(VMDSetChannelNumberList),
 
     // The instance of a plug-in is its handle.
     ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
