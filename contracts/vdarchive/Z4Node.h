@@ -1,10 +1,10 @@
 #pragma once
 
+#include "vdarchive/Z4SlotList.h"
 #include "vdarchive/Z4Stream.h"
 #include "vdbase/VDString.h"
 
 #include <string>
-#include <vector>
 
 class MetaBatch;
 class SpaceMap;
@@ -29,7 +29,7 @@ public:
     const std::string& GetContent() const { return content_; }
     void SetContent(std::string content);
 
-    int GetStreamCount() const { return static_cast<int>(streams_.size()); }
+    int GetStreamCount() const { return streams_.GetSize(); }
     /// Null outside the node.
     Z4Stream* GetStream(int index) const;
     /// A new stream at the end; null, recorded, if the file is only read or `Z4Size` has no such record size.
@@ -73,6 +73,6 @@ private:
     bool isContentChanged_ = false;
     bool isListChanged_ = false;
     std::string content_;
-    std::vector<std::unique_ptr<Z4Stream>> streams_;
+    Z4SlotList<std::unique_ptr<Z4Stream>> streams_;
     std::unique_ptr<Places> places_;
 };

@@ -13,7 +13,7 @@ public:
     LQChannelEntry& operator=(const LQChannelEntry&) = delete;
 
     /// Place in the mapper; `LQChannelMapper::GLOBAL` for the global slot.
-    int GetIndex() const { return index_; }
+    int GetIndex() const { return list_ == nullptr ? -1 : list_->IndexOf(slot_); }
     /// Negative while unset, and always for the global slot.
     long GetNumber() const { return number_; }
     const VDString& GetTitle() const { return title_; }
@@ -21,7 +21,8 @@ public:
 private:
     friend class LQChannelMapper;
 
-    int index_ = -1;
+    const Z4SlotList<std::unique_ptr<LQChannelEntry>>* list_ = nullptr;  // null for the global slot
+    std::size_t slot_ = 0;
     long number_ = -1;
     VDString title_;
     Z4NamedList<Z4PropertySet> sets_;

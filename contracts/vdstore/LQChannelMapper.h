@@ -29,7 +29,7 @@ public:
 
     /// @name Channels
     /// @{
-    int GetChannelCount() const { return static_cast<int>(channels_.size()); }
+    int GetChannelCount() const { return channels_.GetSize(); }
     /// Removes all channels and all metadata.
     void Clear();
     /// A new channel at the end, with no number and no title.
@@ -100,6 +100,6 @@ private:
 
     LQObject* owner_;
     std::unique_ptr<LQChannelEntry> global_;
-    std::vector<std::unique_ptr<LQChannelEntry>> channels_;
+    Z4SlotList<std::unique_ptr<LQChannelEntry>> channels_;
     std::unordered_map<long, LQChannelEntry*> numbers_;
 };

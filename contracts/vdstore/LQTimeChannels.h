@@ -2,8 +2,6 @@
 
 #include "vdstore/LQObject.h"
 
-#include <vector>
-
 /// Data types of points beside those of `Z4PropertyType`.
 enum LQDataType : std::int32_t {
     LQTypeDigital32 = static_cast<std::int32_t>(0xa04f1079),
@@ -26,7 +24,7 @@ class VDSTORE_API LQTimeChannels : public LQObject
 public:
     ~LQTimeChannels() override;
 
-    int GetChannelCount() const override { return static_cast<int>(channels_.size()); }
+    int GetChannelCount() const override { return channels_.GetSize(); }
     /// With float channels.
     bool AdjustChannelCount(int count) override;
     bool RemoveChannel(int channel) override;
@@ -155,9 +153,10 @@ private:
     void WriteContent(Z4ByteWriter& writer) const override;
     bool ReadContent(Z4ByteReader& reader) override;
     bool CheckRange(std::int64_t first, std::int64_t count) const;
+    int CountChannels(std::int32_t type) const;
     void RefreshChannel(bool keep, int channel);
 
-    std::vector<Channel> channels_;
+    Z4SlotList<Channel> channels_;
     VDString xTitle_;
     VDString xUnits_;
     int recordSize_;

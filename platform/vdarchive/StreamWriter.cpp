@@ -113,8 +113,10 @@ bool StreamWriter::PreparePartial(std::int64_t record, std::int64_t position, st
     if (run.isPresent && IsGrowing(record, from, to))
         return true;
 
-    // A stream with little in it takes no whole record: a file may have thousands of them.
-    const std::int64_t headSize = PowerOfTwo(std::max({end, used, Page}));
+    // A stream with little in it takes no whole record: a file may have thousands of them. One that grows from commit to
+    // commit does, or each commit would leave a smaller piece behind that nothing else fits.
+    const bool isCommitted = run.isPresent && !run.isFresh;
+    const std::int64_t headSize = isCommitted ? recordSize_ : PowerOfTwo(std::max({end, used, Page}));
     const bool isHead = record == 0 && headSize < recordSize_ && length_ <= recordSize_;
     const std::int64_t size = isHead ? headSize : recordSize_;
     const Room room = isHead ? Room{file_.Space().Allocate(size, Page), 1} : TakeRoom(1);

@@ -39,7 +39,7 @@ void Z4Node::SetContent(std::string content)
 
 Z4Stream* Z4Node::GetStream(int index) const
 {
-    return index >= 0 && index < GetStreamCount() ? streams_[static_cast<std::size_t>(index)].get() : nullptr;
+    return index >= 0 && index < GetStreamCount() ? streams_[index].get() : nullptr;
 }
 
 Z4Stream* Z4Node::AddStream(int recordSize)
@@ -50,8 +50,10 @@ Z4Stream* Z4Node::AddStream(int recordSize)
         return nullptr;
     }
     isListChanged_ = true;
-    streams_.emplace_back(new Z4Stream(file_, recordSize, storage_.blockRecords_));
-    return streams_.back().get();
+    std::unique_ptr<Z4Stream> stream(new Z4Stream(file_, recordSize, storage_.blockRecords_));
+    Z4Stream* const added = stream.get();
+    streams_.Append(std::move(stream));
+    return added;
 }
 
 bool Z4Node::RemoveStream(int index)
@@ -68,7 +70,7 @@ bool Z4Node::RemoveStream(int index)
     const auto& blocks = stream->index_->GetDropped();
     superseded.insert(superseded.end(), records.begin(), records.end());
     superseded.insert(superseded.end(), blocks.begin(), blocks.end());
-    streams_.erase(streams_.begin() + index);
+    streams_.Remove(streams_.SlotOf(index), [](const auto&, std::size_t) {});
     isListChanged_ = true;
     return true;
 }
@@ -92,7 +94,7 @@ bool Z4Node::Load()
         return true;
     std::string table;
     content_.clear();
-    streams_.clear();
+    streams_.Clear();
     if (places_->content.size > 0 && !file_->ReadBlob(places_->content, "the content of an object", &content_))
         return false;
     if (!file_->ReadBlob(places_->table, "a table of streams", &table))
@@ -105,7 +107,7 @@ bool Z4Node::DecodeStreams(const std::string& bytes)
 {
     Z4ByteReader reader(bytes);
     const std::uint32_t count = reader.GetCount(SmallestStreamBytes);
-    streams_.reserve(count);
+    streams_.Reserve(count);
     for (std::uint32_t i = 0; i < count && reader.IsGood(); ++i) {
         const auto recordSize = reader.Get<std::int32_t>();
         const auto length = reader.Get<std::int64_t>();
@@ -115,7 +117,7 @@ bool Z4Node::DecodeStreams(const std::string& bytes)
         stream->length_ = length;
         if (!stream->index_->ReadTable(reader, length))
             return false;
-        streams_.push_back(std::move(stream));
+        streams_.Append(std::move(stream));
     }
     return reader.IsAtEnd();
 }
@@ -158,7 +160,7 @@ bool Z4Node::Save(MetaBatch& batch)
             return false;
     }
     Z4ByteWriter table;
-    table.Put(static_cast<std::uint32_t>(streams_.size()));
+    table.Put(static_cast<std::uint32_t>(streams_.GetSize()));
     for (const auto& stream : streams_) {
         StreamWriter* const writer = stream->writer_.get();
         if (writer != nullptr && !writer->Tidy())
@@ -204,7 +206,7 @@ void Z4Node::Drop()
     for (const auto& stream : streams_)
         if (stream->writer_ != nullptr)
             stream->writer_->Drop();
-    streams_.clear();
+    streams_.Clear();
 }
 
 void Z4Node::Revert()

@@ -26,15 +26,17 @@ LQChannelMapper::~LQChannelMapper() = default;
 void LQChannelMapper::Clear()
 {
     numbers_.clear();
-    channels_.clear();
+    channels_.Clear();
     global_->sets_.Clear();
 }
 
 LQChannelEntry* LQChannelMapper::Append()
 {
     auto entry = std::make_unique<LQChannelEntry>();
-    entry->index_ = GetChannelCount();
-    return channels_.emplace_back(std::move(entry)).get();
+    LQChannelEntry* const added = entry.get();
+    added->list_ = &channels_;
+    added->slot_ = channels_.Append(std::move(entry));
+    return added;
 }
 
 bool LQChannelMapper::RemoveChannel(int index)
@@ -43,15 +45,13 @@ bool LQChannelMapper::RemoveChannel(int index)
     if (entry == nullptr)
         return false;
     numbers_.erase(entry->number_);
-    channels_.erase(channels_.begin() + index);
-    for (int behind = index; behind < GetChannelCount(); ++behind)
-        GetChannel(behind)->index_ = behind;
+    channels_.Remove(entry->slot_, [](const auto& moved, std::size_t slot) { moved->slot_ = slot; });
     return true;
 }
 
 LQChannelEntry* LQChannelMapper::GetChannel(int index) const
 {
-    return index >= 0 && index < GetChannelCount() ? channels_[static_cast<std::size_t>(index)].get() : nullptr;
+    return index >= 0 && index < GetChannelCount() ? channels_[index].get() : nullptr;
 }
 
 LQChannelEntry* LQChannelMapper::GetSlot(int index) const
@@ -61,14 +61,14 @@ LQChannelEntry* LQChannelMapper::GetSlot(int index) const
 
 bool LQChannelMapper::IsChannel(const LQChannelEntry* entry) const
 {
-    return entry != nullptr && GetChannel(entry->index_) == entry;
+    return entry != nullptr && entry->list_ == &channels_;
 }
 
 int LQChannelMapper::IndexFromNumber(long number, bool report) const
 {
     const auto found = numbers_.find(number);
     if (found != numbers_.end())
-        return found->second->index_;
+        return found->second->GetIndex();
     if (report)
         ReportMissing(VDStoreError::NoChannelNumber, "number", number, "LQChannelMapper::IndexFromNumber");
     return -1;

@@ -65,12 +65,20 @@ LQTimeChannels::~LQTimeChannels() = default;
 
 const LQTimeChannels::Channel* LQTimeChannels::GetChannel(int channel) const
 {
-    return CheckChannel(channel) ? &channels_[static_cast<std::size_t>(channel)] : nullptr;
+    return CheckChannel(channel) ? &channels_[channel] : nullptr;
 }
 
 LQTimeChannels::Channel* LQTimeChannels::GetChannel(int channel)
 {
-    return CheckChannel(channel) ? &channels_[static_cast<std::size_t>(channel)] : nullptr;
+    return CheckChannel(channel) ? &channels_[channel] : nullptr;
+}
+
+int LQTimeChannels::CountChannels(std::int32_t type) const
+{
+    int count = 0;
+    for (const Channel& channel : channels_)
+        count += channel.type == type ? 1 : 0;
+    return count;
 }
 
 bool LQTimeChannels::AdjustChannelCount(int count)
@@ -78,20 +86,16 @@ bool LQTimeChannels::AdjustChannelCount(int count)
     while (count >= 0 && GetChannelCount() > count)
         if (!RemoveChannel(GetChannelCount() - 1))
             return false;
-    const auto floats =
-        std::count_if(channels_.begin(), channels_.end(), [](const Channel& each) { return each.type == Z4TypeFloat; });
-    return AdjustTypedCount(count < 0 ? count : static_cast<int>(floats) + count - GetChannelCount(), Z4TypeFloat);
+    return AdjustTypedCount(count < 0 ? count : CountChannels(Z4TypeFloat) + count - GetChannelCount(), Z4TypeFloat);
 }
 
 bool LQTimeChannels::AdjustTypedCount(int count, std::int32_t type)
 {
     if (count < 0)
         return Report(VDStoreError::OutOfRange, "A data object can't have fewer than no channels");
-    int present = 0;
-    for (const Channel& channel : channels_)
-        present += channel.type == type ? 1 : 0;
+    int present = CountChannels(type);
     for (int i = GetChannelCount() - 1; i >= 0 && present > count; --i)
-        if (channels_[static_cast<std::size_t>(i)].type == type) {
+        if (channels_[i].type == type) {
             if (!RemoveChannel(i))
                 return false;
             --present;
@@ -102,7 +106,7 @@ bool LQTimeChannels::AdjustTypedCount(int count, std::int32_t type)
         channel.stream = GetNode()->AddStream(recordSize_);
         if (channel.stream == nullptr)
             return Fail();
-        channels_.push_back(channel);
+        channels_.Append(channel);
         // Whoever puts channels of his own into the mapper gives them to these.
         if (GetMapper()->GetChannelCount() < GetChannelCount())
             GetMapper()->Append();
@@ -116,7 +120,7 @@ bool LQTimeChannels::RemoveChannel(int channel)
         return false;
     if (!GetNode()->RemoveStream(channel))
         return Fail();
-    channels_.erase(channels_.begin() + channel);
+    channels_.Remove(channels_.SlotOf(channel), [](const Channel&, std::size_t) {});
     return GetMapper()->RemoveChannel(channel);
 }
 
@@ -246,7 +250,7 @@ void LQTimeChannels::WriteContent(Z4ByteWriter& writer) const
 {
     writer.PutText(xTitle_.View());
     writer.PutText(xUnits_.View());
-    writer.Put(static_cast<std::uint32_t>(channels_.size()));
+    writer.Put(static_cast<std::uint32_t>(channels_.GetSize()));
     for (const Channel& channel : channels_) {
         writer.Put(channel.type);
         writer.Put(channel.sampleRate);
@@ -268,7 +272,7 @@ bool LQTimeChannels::ReadContent(Z4ByteReader& reader)
     const std::uint32_t count = reader.GetCount(SmallestChannelBytes);
     if (!reader.IsGood() || count != static_cast<std::uint32_t>(GetNode()->GetStreamCount()))
         return false;
-    channels_.reserve(count);
+    channels_.Reserve(count);
     for (std::uint32_t i = 0; i < count && reader.IsGood(); ++i) {
         Channel channel;
         channel.type = reader.Get<std::int32_t>();
@@ -285,7 +289,7 @@ bool LQTimeChannels::ReadContent(Z4ByteReader& reader)
         const int size = PointSize(channel.type);
         if (size == 0 || channel.stream->GetLength() % size != 0)
             return false;
-        channels_.push_back(std::move(channel));
+        channels_.Append(std::move(channel));
     }
     return reader.IsGood();
 }

@@ -142,7 +142,7 @@ void LQTimeChannels::RefreshChannel(bool keep, int channel)
     if (set == nullptr)
         return;
     const Attributes attributes(*set, keep);
-    const Channel& facts = channels_[static_cast<std::size_t>(channel)];
+    const Channel& facts = channels_[channel];
     attributes.Put(LQAttribute::SampleRate, facts.sampleRate);
     attributes.Put(LQAttribute::BaseTime, facts.baseTime);
     attributes.Put(LQAttribute::NumPoints, GetElementCount(channel));

@@ -2,6 +2,8 @@
 #include "vdstore/LQChannelMapper.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
+#include <random>
+
 TEST(ChannelMapper, NumbersAreUniqueAndFollowTheirChannels)
 {
     LQChannelMapper mapper(nullptr);
@@ -35,6 +37,31 @@ TEST(ChannelMapper, NumbersAreUniqueAndFollowTheirChannels)
     ExpectError(VDStoreError::NoChannelNumber, "42");
     EXPECT_LT(mapper.NumberFromIndex(2, true), 0);
     ExpectError(VDStoreError::NoChannelIndex, "2");
+}
+
+// Channels go from any place, and come between; the list is put together anew now and then on the way.
+TEST(ChannelMapper, FindsChannelsByPlaceAndNumberWhateverWent)
+{
+    LQChannelMapper mapper(nullptr);
+    std::vector<long> numbers;
+    std::mt19937 random(3);
+    for (long number = 0; number < 600 || !numbers.empty(); ++number) {
+        if (number < 600) {
+            ASSERT_TRUE(mapper.SetChannelNumber(number, mapper.Append()));
+            numbers.push_back(number);
+        }
+        for (auto goes = random() % 3; goes > 0 && !numbers.empty() && number > 200; --goes) {
+            const std::size_t at = random() % 2 == 0 ? 0 : random() % numbers.size();
+            ASSERT_TRUE(mapper.RemoveChannel(static_cast<int>(at)));
+            ASSERT_EQ(mapper.IndexFromNumber(numbers[at], false), -1);
+            numbers.erase(numbers.begin() + static_cast<std::ptrdiff_t>(at));
+        }
+        ASSERT_EQ(mapper.GetChannelCount(), static_cast<int>(numbers.size()));
+        for (int i = 0; i < mapper.GetChannelCount(); ++i) {
+            ASSERT_EQ(mapper.NumberFromIndex(i, false), numbers[static_cast<std::size_t>(i)]);
+            ASSERT_EQ(mapper.IndexFromNumber(numbers[static_cast<std::size_t>(i)], false), i);
+        }
+    }
 }
 
 TEST(ChannelMapper, EachSlotHasItsOwnSets)
