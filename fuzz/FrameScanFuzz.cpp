@@ -15,11 +15,14 @@ constexpr const char* Database = "BO_ 100 A: 4 X\n SG_ Switch M : 0|8@1+ (1,0) [
 
 void ReadAgain(VDFamosUtil& famos, const char* filename)
 {
-    for (const auto& chan : famos.GetTimeStampChans())
-        if (chan.chan != nullptr && chan.chan->IsMultiplexSwitch()) {
-            chan.frameType->switchChan = chan.chan;
-            chan.frameType->switchTotals.SetSize(4);
-        }
+    for (std::size_t index = 0; index < famos.GetTimeStampChanCount(); ++index) {
+        const VDFamosTimeStampChan chan = famos.GetTimeStampChan(index);
+        if (chan.chan == nullptr || !chan.chan->IsMultiplexSwitch())
+            continue;
+        chan.frameType->switchChan = chan.chan;
+        chan.frameType->switches = std::make_unique<VDCanSwitchCounts>();
+        chan.frameType->switches->totals.SetSize(4);
+    }
     VDIo file(filename);
     if (!file.Open(VTOpenRead))
         return;

@@ -36,31 +36,39 @@ struct VDFamosChannelName
     VDString comment;
 };
 
-/// One component (key `CC`) with its packet information (`CP`) and value range (`CR`).
-struct VDFamosComponent
+/// Where the values of a component lie in its buffer (key `CP`).
+struct VDFamosPacket
 {
-    int componentIndex = -1;
-    int analogDigital = -1;
-    VDFamosScaling scaling;
-
-    char hasPacket = 0;
     int bufferReference = -1;
     int bytes = -1;
     int numberFormat = -1;
     int significantBits = -1;
     int mask = -1;
-    int offsetInPacket = -1;
+    int offset = -1;
     int directSequence = -1;
     int bytesBetween = -1;
+};
 
-    char hasRange = 0;
+/// Value range of a component (key `CR`).
+struct VDFamosRange
+{
     int transform = -1;
     double factor = 0;
     double offset = 0;
     int calibrated = -1;
     VDString unit;
+};
 
-    std::vector<std::unique_ptr<VDFamosChannelName>> channelNames;
+/// One component (key `CC`). A file may declare one with a few bytes, so that what its other keys say stands apart; null for
+/// a key that the file doesn't give.
+struct VDFamosComponent
+{
+    int componentIndex = -1;
+    int analogDigital = -1;
+    std::unique_ptr<VDFamosScaling> scaling;
+    std::unique_ptr<VDFamosPacket> packet;
+    std::unique_ptr<VDFamosRange> range;
+    std::vector<VDFamosChannelName> channelNames;
 };
 
 /// One group (key `CG`).
@@ -69,8 +77,8 @@ struct VDFamosGroup
     int numComponents = -1;
     int fieldType = -1;
     int dimension = -1;
-    VDFamosScaling scaling;
-    std::vector<std::unique_ptr<VDFamosComponent>> components;
+    std::unique_ptr<VDFamosScaling> scaling;
+    std::vector<VDFamosComponent> components;
 };
 
 /// One buffer of a component buffer key (`Cb`).
@@ -84,7 +92,7 @@ struct VDFamosBufferDescription
 {
     int bufferCount = -1;
     int userInfoBytes = -1;
-    std::vector<std::unique_ptr<VDFamosBuffer>> buffers;
+    std::vector<VDFamosBuffer> buffers;
 };
 
 /// Samples (key `CS`).
@@ -96,13 +104,18 @@ struct VDFamosDataBlock
     std::int64_t end = 0;     ///< position in the file behind the last byte of the samples
 };
 
-/// A group or text definition (keys `CB`, `CT`). A group's has no text.
+/// A group definition (key `CB`).
 struct VDFamosDefinition
 {
     int index = -1;
     VDString name;
-    VDString text;
     VDString comment;
+};
+
+/// A text definition (key `CT`).
+struct VDFamosTextDefinition : VDFamosDefinition
+{
+    VDString text;
 };
 
 /// All that the keys of a file declare.
@@ -115,14 +128,13 @@ struct VDFamosHeader
     VDString program;
     VDString comment;
     std::vector<VDFamosDefinition> groupDefinitions;
-    std::vector<VDFamosDefinition> textDefinitions;
-    std::vector<std::unique_ptr<VDFamosBufferDescription>> bufferDescriptions;
-    std::vector<std::unique_ptr<VDFamosGroup>> groups;
+    std::vector<VDFamosTextDefinition> textDefinitions;
+    std::vector<VDFamosBufferDescription> bufferDescriptions;
+    std::vector<VDFamosGroup> groups;
     std::vector<VDFamosDataBlock> dataBlocks;
 };
 
-/// A channel that follows from the frames of a time-stamped recording. It owns nothing it points to. A recording of many ids
-/// without a database has very many of these, so that they hold no texts.
+/// A channel that follows from the frames of a time-stamped recording. It owns nothing it points to.
 struct VDFamosTimeStampChan
 {
     VDCanFrameDefinition* frame = nullptr;  ///< null without a database

@@ -19,10 +19,17 @@ struct VDFamosUtil::State
     bool isTimeStamped = false;
     VDString dbcFile;
     VDCanDefinition database;
-    std::vector<VDFamosTimeStampChan> timeStampChans;
-    bool timeInSeconds;          ///< preference, for readers of the samples
-    int enumChannelHandling;     ///< preference, for readers of the samples
-    std::int64_t startTime = 0;  ///< of a time-stamped recording: UTC, microseconds since 1970
+    /// The bytes of one frame id, of which the last is the channel in front of `end`.
+    struct ByteChans
+    {
+        VDCanFrameType* frameType;
+        std::size_t end;
+    };
+    std::vector<ByteChans> byteChans;                  ///< without a database
+    std::vector<VDFamosTimeStampChan> timeStampChans;  ///< with one
+    bool timeInSeconds;                                ///< preference, for readers of the samples
+    int enumChannelHandling;                           ///< preference, for readers of the samples
+    std::int64_t startTime = 0;                        ///< of a time-stamped recording: UTC, microseconds since 1970
     double frameTimeFactor = 0;
     double frameTimeOffset = 0;
     VDCanFrameTypeList frameTypes{"Famos"};

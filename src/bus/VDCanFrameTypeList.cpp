@@ -38,9 +38,9 @@ VDCanFrameType* VDCanFrameTypeList::FindSorted(std::uint32_t id) const
 {
     const std::size_t position = LowerBound(id);
     if (position < ids_.size() && ids_[position] == id)
-        return frames_[position].get();
+        return frames_[position];
     const auto found = late_.find(id);
-    return found == late_.end() ? nullptr : found->second.get();
+    return found == late_.end() ? nullptr : found->second;
 }
 
 bool VDCanFrameTypeList::AddNewFrame(std::uint32_t id, int numBytes)
@@ -52,30 +52,30 @@ bool VDCanFrameTypeList::AddNewFrame(std::uint32_t id, int numBytes)
                            VFFormat64(limit, 10, 0).c_str());
         return VFDaxReport(DaxError::FrameIdLimit, "VDCanFrameTypeList::AddFrame", {.text = text}) != 0;
     }
-    auto frame = std::make_unique<VDCanFrameType>();
+    VDCanFrameType* const frame = &records_.emplace_back();
     frame->frameId = id;
     frame->numBytes = numBytes;
     if (fastLookup_ == 0)
-        AddSorted(id, std::move(frame));
+        AddSorted(id, frame);
     else
-        AddIndexed(id, std::move(frame));
+        AddIndexed(id, frame);
     return true;
 }
 
-void VDCanFrameTypeList::AddSorted(std::uint32_t id, std::unique_ptr<VDCanFrameType> frame)
+void VDCanFrameTypeList::AddSorted(std::uint32_t id, VDCanFrameType* frame)
 {
     if (frames_.size() < VVMostInserted) {
         const auto position = static_cast<std::ptrdiff_t>(LowerBound(id));
         ids_.insert(ids_.begin() + position, id);
-        frames_.insert(frames_.begin() + position, std::move(frame));
+        frames_.insert(frames_.begin() + position, frame);
         return;
     }
-    late_.emplace(id, std::move(frame));
+    late_.emplace(id, frame);
     if (late_.size() > frames_.size() / 4)
         MergeLate();
 }
 
-void VDCanFrameTypeList::AddIndexed(std::uint32_t id, std::unique_ptr<VDCanFrameType> frame)
+void VDCanFrameTypeList::AddIndexed(std::uint32_t id, VDCanFrameType* frame)
 {
     if (id >= index_.size()) {
         const std::size_t size = std::size_t{id} + 1;
@@ -84,14 +84,14 @@ void VDCanFrameTypeList::AddIndexed(std::uint32_t id, std::unique_ptr<VDCanFrame
         index_.resize(size, -1);
     }
     index_[id] = GetCount();
-    frames_.push_back(std::move(frame));
+    frames_.push_back(frame);
 }
 
 void VDCanFrameTypeList::MergeLate()
 {
     const auto middle = static_cast<std::ptrdiff_t>(frames_.size());
     for (auto& [id, frame] : late_)
-        frames_.push_back(std::move(frame));
+        frames_.push_back(frame);
     late_.clear();
     std::inplace_merge(frames_.begin(), frames_.begin() + middle, frames_.end(),
                        [](const auto& left, const auto& right) { return left->frameId < right->frameId; });
@@ -103,6 +103,7 @@ void VDCanFrameTypeList::MergeLate()
 void VDCanFrameTypeList::ClearFrames()
 {
     frames_.clear();
+    records_.clear();
     ids_.clear();
     late_.clear();
     index_.clear();
@@ -111,12 +112,12 @@ void VDCanFrameTypeList::ClearFrames()
 
 void VDCanFrameTypeList::ResetCounts()
 {
-    if (!late_.empty())
-        MergeLate();
-    for (const auto& frame : frames_) {
-        frame->readCount = 0;
-        frame->switchCounts.SetSize(frame->switchTotals.GetSize());
-        std::fill(frame->switchCounts.begin(), frame->switchCounts.end(), 0);
+    for (VDCanFrameType& frame : records_) {
+        frame.readCount = 0;
+        if (frame.switches == nullptr)
+            continue;
+        frame.switches->counts.SetSize(frame.switches->totals.GetSize());
+        std::fill(frame.switches->counts.begin(), frame.switches->counts.end(), 0);
     }
 }
 
@@ -124,5 +125,5 @@ VDCanFrameType* VDCanFrameTypeList::GetFrameType(int position)
 {
     if (!late_.empty())
         MergeLate();
-    return position >= 0 && position < GetCount() ? frames_[static_cast<std::size_t>(position)].get() : nullptr;
+    return position >= 0 && position < GetCount() ? frames_[static_cast<std::size_t>(position)] : nullptr;
 }

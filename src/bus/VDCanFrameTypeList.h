@@ -4,20 +4,27 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <memory>
 #include <vector>
 
-/// What a recording holds of one frame id.
+/// How often the values of a frame's multiplex switch were met, one element a value.
+struct VDCanSwitchCounts
+{
+    VDArray<std::int64_t> totals{10};  ///< sized by whoever sets up multiplexing
+    VDArray<std::int64_t> counts{10};  ///< frames read since the last reset
+};
+
+/// What a recording holds of one frame id. A damaged one may hold very many, so that the counts stand apart.
 struct VDCanFrameType
 {
     unsigned long frameId = 0;
-    int numBytes = 0;                           ///< data length where the id was first seen
-    std::int64_t count = 1;                     ///< frames seen in the scan
-    std::int64_t readCount = 0;                 ///< frames read since the last reset
-    VDCanChanDefinition* switchChan = nullptr;  ///< multiplex switch of the frame; not owned
-    VDArray<std::int64_t> switchTotals{10};     ///< sized by whoever sets up multiplexing, one element per switch value
-    VDArray<std::int64_t> switchCounts{10};     ///< frames read since the last reset by switch value
+    int numBytes = 0;                             ///< data length where the id was first seen
+    std::int64_t count = 1;                       ///< frames seen in the scan
+    std::int64_t readCount = 0;                   ///< frames read since the last reset
+    VDCanChanDefinition* switchChan = nullptr;    ///< multiplex switch of the frame; not owned
+    std::unique_ptr<VDCanSwitchCounts> switches;  ///< null until somebody sets up multiplexing
 };
 
 /// The frame ids met in a recording, each with its record. A frame whose id is known costs no allocation.
@@ -52,7 +59,7 @@ public:
         if (fastLookup_ != 0) {
             if (id >= index_.size() || index_[id] < 0)
                 return nullptr;
-            return frames_[static_cast<std::size_t>(index_[id])].get();
+            return frames_[static_cast<std::size_t>(index_[id])];
         }
         Recent& recent = recent_[id % recent_.size()];
         if (recent.frame == nullptr || recent.id != id)
@@ -70,8 +77,8 @@ public:
 
 private:
     bool AddNewFrame(std::uint32_t id, int numBytes);
-    void AddSorted(std::uint32_t id, std::unique_ptr<VDCanFrameType> frame);
-    void AddIndexed(std::uint32_t id, std::unique_ptr<VDCanFrameType> frame);
+    void AddSorted(std::uint32_t id, VDCanFrameType* frame);
+    void AddIndexed(std::uint32_t id, VDCanFrameType* frame);
     void MergeLate();
 
     VDCanFrameType* FindSorted(std::uint32_t id) const;
@@ -93,11 +100,12 @@ private:
         VDCanFrameType* frame = nullptr;
     };
 
-    std::vector<std::unique_ptr<VDCanFrameType>> frames_;
+    std::deque<VDCanFrameType> records_;  ///< in order of appearance
+    std::vector<VDCanFrameType*> frames_;
     std::vector<std::uint32_t> ids_;  ///< sorted mode: the ids of `frames_` side by side
     /// Sorted mode: records of a list that has grown long, which are merged in many at a time. A recording of millions of
     /// ids (no real one has them) would otherwise move the whole list for each.
-    std::map<std::uint32_t, std::unique_ptr<VDCanFrameType>> late_;
+    std::map<std::uint32_t, VDCanFrameType*> late_;
     std::vector<int> index_;  ///< fast mode: position of an id in `frames_`, or -1
     /// Sorted mode: what was found last for ids of the same remainder, so that most frames need no search.
     mutable std::array<Recent, 256> recent_{};

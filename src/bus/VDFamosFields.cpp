@@ -71,9 +71,9 @@ bool VDFamosFields::ReadByte(char* byte)
     return true;
 }
 
-bool VDFamosFields::SkipPast(char byte)
+bool VDFamosFields::SkipPast(char byte, std::int64_t limit)
 {
-    while (next_ < windowCount_ || Fill()) {
+    while (GetPosition() < limit && (next_ < windowCount_ || Fill())) {
         const char* const from = window_.get() + next_;
         if (const void* found = std::memchr(from, byte, static_cast<std::size_t>(windowCount_ - next_)); found != nullptr) {
             next_ += static_cast<const char*>(found) - from + 1;

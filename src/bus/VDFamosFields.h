@@ -22,8 +22,9 @@ public:
     bool IsAtEnd() const { return GetPosition() >= fileSize_; }
 
     bool ReadByte(char* byte);
-    /// Passes over bytes up to and including the next one of this value. False at the end of the file.
-    bool SkipPast(char byte);
+    /// Passes over bytes up to and including the next one of this value. False at the end of the file, and if there is none
+    /// up to some place behind the position `limit`.
+    bool SkipPast(char byte, std::int64_t limit);
     /// Passes over bytes up to and including the next line feed or ";".
     bool SkipField();
 

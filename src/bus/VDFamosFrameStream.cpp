@@ -109,8 +109,8 @@ bool VDFamosFrameStream::CountRead()
     std::int64_t value = 0;
     if (!type->switchChan->GetValueFromFrame(GetData(), &value))
         return false;
-    if (value >= 0 && value < type->switchCounts.GetSize())
-        ++type->switchCounts[static_cast<int>(value)];
+    if (type->switches != nullptr && value >= 0 && value < type->switches->counts.GetSize())
+        ++type->switches->counts[static_cast<int>(value)];
     return true;
 }
 

@@ -6,6 +6,12 @@
 #include <cmath>
 #include <limits>
 
+namespace {
+
+constexpr std::int64_t VVFirstKeyWithin = 64 * 1024;
+
+}  // namespace
+
 const VDFamosKeyParser::KeyType VDFamosKeyParser::VVKeyTypes[] = {
     {"CF", &VDFamosKeyParser::ReadId},
     {"DF", &VDFamosKeyParser::ReadId},
@@ -34,7 +40,8 @@ bool VDFamosKeyParser::Run()
     if (fileSize_ <= 0)
         return false;
     do {
-        if (!fields_.SkipPast('|'))
+        // A long file that doesn't begin like this format is not gone through to its end for a key.
+        if (!fields_.SkipPast('|', keyNumber_ == 0 ? VVFirstKeyWithin : fileSize_))
             return fields_.IsAtEnd();
         Key key;
         if (!ReadKey(&key))
@@ -79,9 +86,12 @@ bool VDFamosKeyParser::ReadIntegers(std::initializer_list<int*> values)
 
 VDFamosScaling* VDFamosKeyParser::CurrentScaling()
 {
-    if (component_ != nullptr)
-        return &component_->scaling;
-    return group_ != nullptr ? &group_->scaling : nullptr;
+    if (group_ == nullptr)
+        return nullptr;
+    std::unique_ptr<VDFamosScaling>& scaling = component_ != nullptr ? component_->scaling : group_->scaling;
+    if (scaling == nullptr)
+        scaling = std::make_unique<VDFamosScaling>();
+    return scaling.get();
 }
 
 int VDFamosKeyParser::ReadId(const Key& key)
@@ -123,7 +133,7 @@ int VDFamosKeyParser::ReadGroupDefinition(const Key&)
 
 int VDFamosKeyParser::ReadTextDefinition(const Key&)
 {
-    VDFamosDefinition definition;
+    VDFamosTextDefinition definition;
     if (!fields_.ReadInteger(&definition.index) || !fields_.ReadString(&definition.name) ||
         !fields_.ReadString(&definition.text) || !fields_.ReadString(&definition.comment))
         return DaxError::FamosTextDefinitionKey;
@@ -136,16 +146,15 @@ int VDFamosKeyParser::ReadData(const Key&)
     if (group_ != nullptr) {
         if (group_->components.empty())
             return DaxError::FamosNoComponent;
-        for (const auto& component : group_->components)
-            if (component->hasPacket == 0)
+        for (const VDFamosComponent& component : group_->components)
+            if (component.packet == nullptr)
                 return DaxError::FamosNoPacket;
     }
-    auto group = std::make_unique<VDFamosGroup>();
-    if (!ReadIntegers({&group->numComponents, &group->fieldType, &group->dimension}))
+    VDFamosGroup group;
+    if (!ReadIntegers({&group.numComponents, &group.fieldType, &group.dimension}))
         return DaxError::FamosDataKey;
-    group_ = group.get();
+    group_ = &header_.groups.emplace_back(std::move(group));
     component_ = nullptr;
-    header_.groups.push_back(std::move(group));
     return 0;
 }
 
@@ -206,42 +215,33 @@ int VDFamosKeyParser::ReadTriggerTime(const Key&)
 
 int VDFamosKeyParser::ReadComponent(const Key&)
 {
-    auto component = std::make_unique<VDFamosComponent>();
-    if (!ReadIntegers({&component->componentIndex, &component->analogDigital}))
+    VDFamosComponent component;
+    if (!ReadIntegers({&component.componentIndex, &component.analogDigital}))
         return DaxError::FamosComponentKey;
     if (group_ == nullptr)
         return DaxError::FamosNoDataField;
-    component_ = component.get();
-    group_->components.push_back(std::move(component));
+    component_ = &group_->components.emplace_back(std::move(component));
     return 0;
 }
 
 int VDFamosKeyParser::ReadPacket(const Key&)
 {
-    int fields[8];
-    for (int& field : fields)
-        if (!fields_.ReadInteger(&field))
-            return DaxError::FamosPacketKey;
+    VDFamosPacket packet;
+    if (!ReadIntegers({&packet.bufferReference, &packet.bytes, &packet.numberFormat, &packet.significantBits, &packet.mask,
+                       &packet.offset, &packet.directSequence, &packet.bytesBetween}))
+        return DaxError::FamosPacketKey;
     if (component_ == nullptr)
         return DaxError::FamosNoComponent;
-    component_->hasPacket = 1;
-    component_->bufferReference = fields[0];
-    component_->bytes = fields[1];
-    component_->numberFormat = fields[2];
-    component_->significantBits = fields[3];
-    component_->mask = fields[4];
-    component_->offsetInPacket = fields[5];
-    component_->directSequence = fields[6];
-    component_->bytesBetween = fields[7];
+    component_->packet = std::make_unique<VDFamosPacket>(packet);
     return 0;
 }
 
 int VDFamosKeyParser::ReadBufferDescription(const Key&)
 {
-    auto description = std::make_unique<VDFamosBufferDescription>();
-    bool good = ReadIntegers({&description->bufferCount, &description->userInfoBytes}) && description->userInfoBytes >= 0;
-    for (int index = 0; good && index < description->bufferCount; ++index)
-        good = ReadBuffer(description.get());
+    VDFamosBufferDescription description;
+    bool good = ReadIntegers({&description.bufferCount, &description.userInfoBytes}) && description.userInfoBytes >= 0;
+    for (int index = 0; good && index < description.bufferCount; ++index)
+        good = ReadBuffer(&description);
     if (!good)
         return DaxError::FamosBufferKey;
     header_.bufferDescriptions.push_back(std::move(description));
@@ -250,45 +250,36 @@ int VDFamosKeyParser::ReadBufferDescription(const Key&)
 
 bool VDFamosKeyParser::ReadBuffer(VDFamosBufferDescription* description)
 {
-    auto buffer = std::make_unique<VDFamosBuffer>();
-    for (int& value : buffer->integers)
+    VDFamosBuffer buffer;
+    for (int& value : buffer.integers)
         if (!fields_.ReadInteger(&value))
             return false;
-    for (double& value : buffer->times)
+    for (double& value : buffer.times)
         if (!fields_.ReadDouble(&value))
             return false;
     fields_.SetPosition(fields_.GetPosition() + description->userInfoBytes + 1);
-    description->buffers.push_back(std::move(buffer));
+    description->buffers.push_back(buffer);
     return true;
 }
 
 int VDFamosKeyParser::ReadRange(const Key&)
 {
-    int transform = -1;
-    double factor = 0;
-    double offset = 0;
-    int calibrated = -1;
-    VDString unit;
-    if (!fields_.ReadInteger(&transform) || !fields_.ReadDouble(&factor) || !fields_.ReadDouble(&offset) ||
-        !fields_.ReadInteger(&calibrated) || !fields_.ReadString(&unit))
+    VDFamosRange range;
+    if (!fields_.ReadInteger(&range.transform) || !fields_.ReadDouble(&range.factor) || !fields_.ReadDouble(&range.offset) ||
+        !fields_.ReadInteger(&range.calibrated) || !fields_.ReadString(&range.unit))
         return DaxError::FamosRangeKey;
     if (component_ == nullptr)
         return DaxError::FamosNoComponent;
-    component_->hasRange = 1;
-    component_->transform = transform;
-    component_->factor = factor;
-    component_->offset = offset;
-    component_->calibrated = calibrated;
-    component_->unit = unit;
+    component_->range = std::make_unique<VDFamosRange>(std::move(range));
     return 0;
 }
 
 int VDFamosKeyParser::ReadChannelName(const Key&)
 {
-    auto name = std::make_unique<VDFamosChannelName>();
+    VDFamosChannelName name;
     int unused = 0;
-    if (!ReadIntegers({&name->groupIndex, &unused, &name->bitIndex}) || !fields_.ReadString(&name->name) ||
-        !fields_.ReadString(&name->comment))
+    if (!ReadIntegers({&name.groupIndex, &unused, &name.bitIndex}) || !fields_.ReadString(&name.name) ||
+        !fields_.ReadString(&name.comment))
         return DaxError::FamosChannelKey;
     if (component_ == nullptr)
         return DaxError::FamosNoComponent;

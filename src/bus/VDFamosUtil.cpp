@@ -7,6 +7,7 @@
 #include "vdbase/VDPreferenceSystem.h"
 #include "vdbase/VFFilename.h"
 
+#include <algorithm>
 #include <new>
 
 namespace {
@@ -34,6 +35,7 @@ void VDFamosUtil::State::ClearParsed()
 {
     isTimeStamped = false;
     timeStampChans.clear();
+    byteChans.clear();
     startTime = 0;
     frameTimeFactor = 0;
     frameTimeOffset = 0;
@@ -101,17 +103,19 @@ bool VDFamosUtil::ParseKeys()
         return false;
 
     const auto& groups = state_->header.groups;
-    if (groups.size() != 1 || groups[0]->components.size() != 1)
+    if (groups.size() != 1 || groups[0].components.size() != 1)
         return true;
-    const VDFamosComponent& component = *groups[0]->components[0];
-    if (component.numberFormat != VVTimeStampedFormat)
+    const VDFamosComponent& component = groups[0].components[0];
+    if (component.packet == nullptr || component.packet->numberFormat != VVTimeStampedFormat)
         return true;
     state_->isTimeStamped = true;
     VDTimecode start;
-    start.SetVDTime(groups[0]->scaling.triggerTime);
+    start.SetVDTime(groups[0].scaling != nullptr ? groups[0].scaling->triggerTime : VDTime());
     state_->startTime = start.GetUTCTimeInMicroSeconds();
-    state_->frameTimeFactor = component.factor;
-    state_->frameTimeOffset = component.offset;
+    if (component.range != nullptr) {
+        state_->frameTimeFactor = component.range->factor;
+        state_->frameTimeOffset = component.range->offset;
+    }
     return DetermineTimeStampChannels();
 }
 
@@ -121,12 +125,12 @@ bool VDFamosUtil::GetChannelCount(unsigned long* count) const
         return false;
     *count = 0;
     if (state_->isTimeStamped) {
-        *count = state_->timeStampChans.size();
+        *count = GetTimeStampChanCount();
         return true;
     }
-    for (const auto& group : state_->header.groups)
-        for (const auto& component : group->components)
-            *count += component->channelNames.size();
+    for (const VDFamosGroup& group : state_->header.groups)
+        for (const VDFamosComponent& component : group.components)
+            *count += component.channelNames.size();
     return true;
 }
 
@@ -145,7 +149,19 @@ VDCanFrameTypeList& VDFamosUtil::GetFrameTypes() const
     return state_->frameTypes;
 }
 
-const std::vector<VDFamosTimeStampChan>& VDFamosUtil::GetTimeStampChans() const
+std::size_t VDFamosUtil::GetTimeStampChanCount() const
 {
-    return state_->timeStampChans;
+    return state_->byteChans.empty() ? state_->timeStampChans.size() : state_->byteChans.back().end;
+}
+
+VDFamosTimeStampChan VDFamosUtil::GetTimeStampChan(std::size_t index) const
+{
+    if (index >= GetTimeStampChanCount())
+        return {};
+    if (state_->byteChans.empty())
+        return state_->timeStampChans[index];
+    const auto found = std::upper_bound(state_->byteChans.begin(), state_->byteChans.end(), index,
+                                        [](std::size_t position, const auto& chans) { return position < chans.end; });
+    const std::size_t fromEnd = found->end - index;
+    return {nullptr, nullptr, found->frameType, found->frameType->numBytes - static_cast<int>(fromEnd)};
 }

@@ -31,7 +31,11 @@ public:
     const VDFamosHeader& GetHeader() const;
     /// The frames of a time-stamped recording. They and what they point to stay this object's.
     VDCanFrameTypeList& GetFrameTypes() const;
-    const std::vector<VDFamosTimeStampChan>& GetTimeStampChans() const;
+    /// The channels of a time-stamped recording. Without a database every byte of every frame id is one: those are made up
+    /// when they are asked for.
+    std::size_t GetTimeStampChanCount() const;
+    /// Empty for an index out of range.
+    VDFamosTimeStampChan GetTimeStampChan(std::size_t index) const;
 
 private:
     struct State;

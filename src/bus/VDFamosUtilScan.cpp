@@ -7,6 +7,7 @@
 #include "vdbase/VFNumber.h"
 #include "vdbase/VFSort.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace {
@@ -118,6 +119,7 @@ VDString VDFamosTimeStampChan::GetUnits() const
 bool VDFamosUtil::DetermineTimeStampChannels()
 {
     state_->timeStampChans.clear();
+    state_->byteChans.clear();
     if (!InitTimeStampRead())
         return false;
     if (state_->dbcFile.IsEmpty()) {
@@ -135,19 +137,17 @@ bool VDFamosUtil::DetermineTimeStampChannels()
 void VDFamosUtil::AddByteChannels()
 {
     VDCanFrameTypeList& types = state_->frameTypes;
-    std::vector<VDCanFrameType*> sorted;
-    std::size_t numChans = 0;
-    for (int index = 0; index < types.GetCount(); ++index) {
-        sorted.push_back(types.GetFrameType(index));
-        numChans += static_cast<std::size_t>(sorted.back()->numBytes);
-    }
-    VFQuickSort(sorted.data(), sorted.size(), [](const VDCanFrameType* left, const VDCanFrameType* right) {
-        return left->frameId < right->frameId ? -1 : left->frameId > right->frameId ? 1 : 0;
-    });
-    state_->timeStampChans.reserve(numChans);
-    for (VDCanFrameType* type : sorted)
-        for (int byte = 0; byte < type->numBytes; ++byte)
-            state_->timeStampChans.push_back({nullptr, nullptr, type, byte});
+    auto& chans = state_->byteChans;
+    chans.reserve(static_cast<std::size_t>(types.GetCount()));
+    for (int index = 0; index < types.GetCount(); ++index)
+        chans.push_back({types.GetFrameType(index), 0});
+    const auto byId = [](const auto& left, const auto& right) { return left.frameType->frameId < right.frameType->frameId; };
+    // They mostly are in order.
+    if (!std::is_sorted(chans.begin(), chans.end(), byId))
+        std::sort(chans.begin(), chans.end(), byId);
+    std::size_t end = 0;
+    for (auto& bytes : chans)
+        bytes.end = end += static_cast<std::size_t>(bytes.frameType->numBytes);
 }
 
 bool VDFamosUtil::AddDatabaseChannels()

@@ -50,27 +50,28 @@ TEST_F(FamosFileTest, ReadsEveryKey)
     EXPECT_STREQ(header.groupDefinitions.at(0).name, "grp");
     EXPECT_EQ(header.textDefinitions.at(0).text.Str(), tricky);
     ASSERT_EQ(header.groups.size(), 1u);
-    const VDFamosGroup& group = *header.groups[0];
-    const VDFamosScaling& scaling = group.scaling;
+    const VDFamosGroup& group = header.groups[0];
+    const VDFamosScaling& scaling = *group.scaling;
     EXPECT_TRUE(scaling.hasScaling);
     EXPECT_EQ(std::tuple(group.fieldType, scaling.dx, scaling.x0, scaling.reduction, scaling.sortBuffer),
               std::tuple(4, 0.5, -3.5, 7, 2));
     EXPECT_STREQ(scaling.triggerTime.ToIsoText(), "2012-11-12T17:41:12.500");
 
     ASSERT_EQ(group.components.size(), 2u);
-    const VDFamosComponent& component = *group.components[0];
-    EXPECT_EQ(component.scaling.dx, 1000);
-    EXPECT_STREQ(component.scaling.unit, "Hz");
-    EXPECT_EQ(std::tuple(component.significantBits, component.mask, component.offsetInPacket), std::tuple(5, 255, 16));
-    EXPECT_EQ(std::tuple(component.factor, component.offset), std::tuple(3.0, 10.0));
-    EXPECT_STREQ(component.unit, "bar");
-    EXPECT_EQ(component.channelNames.at(0)->name.Str(), tricky);
-    EXPECT_EQ(component.channelNames.at(0)->bitIndex, 2);
-    EXPECT_FALSE(group.components[1]->scaling.hasScaling);
-    const VDFamosBufferDescription& buffers = *header.bufferDescriptions.at(0);
+    const VDFamosComponent& component = group.components[0];
+    EXPECT_EQ(component.scaling->dx, 1000);
+    EXPECT_STREQ(component.scaling->unit, "Hz");
+    EXPECT_EQ(std::tuple(component.packet->significantBits, component.packet->mask, component.packet->offset),
+              std::tuple(5, 255, 16));
+    EXPECT_EQ(std::tuple(component.range->factor, component.range->offset), std::tuple(3.0, 10.0));
+    EXPECT_STREQ(component.range->unit, "bar");
+    EXPECT_EQ(component.channelNames.at(0).name.Str(), tricky);
+    EXPECT_EQ(component.channelNames.at(0).bitIndex, 2);
+    EXPECT_EQ(group.components[1].scaling, nullptr);
+    const VDFamosBufferDescription& buffers = header.bufferDescriptions.at(0);
     ASSERT_EQ(buffers.buffers.size(), 2u);
-    EXPECT_EQ(buffers.buffers[1]->integers[5], 6);
-    EXPECT_EQ(buffers.buffers[1]->times[1], 2.5);
+    EXPECT_EQ(buffers.buffers[1].integers[5], 6);
+    EXPECT_EQ(buffers.buffers[1].times[1], 2.5);
     ASSERT_EQ(header.dataBlocks.size(), 1u);
     EXPECT_EQ(header.dataBlocks[0].length, 11 + 7);
     EXPECT_EQ(header.dataBlocks[0].end - header.dataBlocks[0].start, 7);
@@ -145,9 +146,12 @@ TEST_F(FamosFileTest, ToleratesWhatWritersDo)
     EXPECT_TRUE(Open(FamosStart() + FamosGroup(7, "a") + "|ZZ,1,9223372036854775807,1,abc"));
     EXPECT_TRUE(Open("no key at all"));
     EXPECT_EQ(Count(), 0u);
+    // The first key of a long file must come soon.
+    EXPECT_TRUE(Open(std::string(60'000, 'x') + FamosStart() + FamosGroup(7, "a") + std::string(200'000, 'x')));
+    EXPECT_FALSE(Open(std::string(70'000, 'x') + FamosStart() + FamosGroup(7, "a")));
     // A trigger time that doesn't exist.
     EXPECT_TRUE(Open(FamosStart() + VVGroup + FamosKey("NT", "31,2,2000,1,1,1")));
-    EXPECT_FALSE(famos_.GetHeader().groups.at(0)->scaling.triggerTime.IsSet());
+    EXPECT_FALSE(famos_.GetHeader().groups.at(0).scaling->triggerTime.IsSet());
 }
 
 TEST_F(FamosFileTest, ChecksNameAndExtension)

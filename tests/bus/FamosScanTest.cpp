@@ -25,8 +25,8 @@ protected:
     std::vector<std::string> Titles() const
     {
         std::vector<std::string> titles;
-        for (const auto& chan : famos_.GetTimeStampChans())
-            titles.push_back(chan.GetTitle().Str());
+        for (std::size_t index = 0; index < famos_.GetTimeStampChanCount(); ++index)
+            titles.push_back(famos_.GetTimeStampChan(index).GetTitle().Str());
         return titles;
     }
     // Id and count of each frame type: "100*2 200*1".
@@ -58,7 +58,7 @@ TEST_F(FamosScanTest, ListsBytesWithoutDatabase)
         expected.push_back("FrameId 100 Byte " + std::to_string(byte));
     expected.insert(expected.end(), {"FrameId 200 Byte 1", "FrameId 200 Byte 2"});
     EXPECT_EQ(Titles(), expected);
-    EXPECT_EQ(famos_.GetTimeStampChans()[10].byteIndex, 10);
+    EXPECT_EQ(famos_.GetTimeStampChan(10).byteIndex, 10);
     unsigned long count = 0;
     EXPECT_TRUE(famos_.GetChannelCount(&count));
     EXPECT_EQ(count, 13u);
@@ -142,9 +142,9 @@ TEST_F(FamosScanTest, ListsSignalsOfTheDatabase)
     const std::string samples = FamosBlocks({FamosRecord(100, "abcd"), FamosRecord(7, "ab")});
     ASSERT_TRUE(Open(samples, VVDatabase));
     EXPECT_EQ(Titles(), (std::vector<std::string>{"alpha9", "Alpha10", "Zeta"}));
-    EXPECT_STREQ(famos_.GetTimeStampChans()[2].GetUnits(), "V");
-    EXPECT_EQ(famos_.GetTimeStampChans()[2].frame->GetFrameId(), 100u);
-    EXPECT_EQ(famos_.GetTimeStampChans()[2].frameType->frameId, 100u);
+    EXPECT_STREQ(famos_.GetTimeStampChan(2).GetUnits(), "V");
+    EXPECT_EQ(famos_.GetTimeStampChan(2).frame->GetFrameId(), 100u);
+    EXPECT_EQ(famos_.GetTimeStampChan(2).frameType->frameId, 100u);
 
     ASSERT_TRUE(Open(FamosBlocks({FamosRecord(7, "ab")}), VVDatabase));
     EXPECT_TRUE(Titles().empty());
@@ -174,14 +174,15 @@ TEST_F(FamosScanTest, CountsSwitchValuesWhileReading)
     chan.Init("Switch", 1, 0, 0, 0, 8, 1, 0, 1, 0, 0, 0, "", VDStringArray(), 1);
     VDCanFrameType& type = *famos_.GetFrameTypes().Find(100);
     type.switchChan = &chan;
-    type.switchTotals.SetSize(2);
+    type.switches = std::make_unique<VDCanSwitchCounts>();
+    type.switches->totals.SetSize(2);
     VDFamosFrameStream frames(file, famos_.GetHeader().dataBlocks, famos_.GetFrameTypes());
     frames.ResetRead();
     bool end = false;
     while (!end)
         ASSERT_TRUE(frames.ReadFrame(false, &end));
     EXPECT_EQ(type.readCount, 3);
-    EXPECT_EQ(type.switchCounts[1], 2);
+    EXPECT_EQ(type.switches->counts[1], 2);
     EXPECT_EQ(famos_.GetFrameTypes().Find(7)->readCount, 1);
 
     chan.Init("Switch", 1, 0, 0, 0, 8, 1, 0, 1, 0, 0, 0, "", VDStringArray(), 600);

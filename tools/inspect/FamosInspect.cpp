@@ -22,8 +22,8 @@ Json Buffers(const VDFamosHeader& header)
 {
     Json buffers = Json::array();
     for (const auto& description : header.bufferDescriptions)
-        for (const auto& buffer : description->buffers)
-            buffers.push_back({{"fields", buffer->integers}, {"times", buffer->times}});
+        for (const VDFamosBuffer& buffer : description.buffers)
+            buffers.push_back({{"fields", buffer.integers}, {"times", buffer.times}});
     return buffers;
 }
 
@@ -39,10 +39,10 @@ bool VFInspectFamos(const std::string& filename, const std::string& database, Js
     std::size_t components = 0;
     Json channels = Json::array();
     for (const auto& group : header.groups) {
-        components += group->components.size();
-        for (const auto& component : group->components)
-            for (const auto& name : component->channelNames)
-                channels.push_back(VFTextAsUtf8(name->name).Str());
+        components += group.components.size();
+        for (const VDFamosComponent& component : group.components)
+            for (const VDFamosChannelName& name : component.channelNames)
+                channels.push_back(VFTextAsUtf8(name.name).Str());
     }
     Json& out = *document;
     out["groups"] = header.groups.size();
@@ -60,8 +60,8 @@ bool VFInspectFamos(const std::string& filename, const std::string& database, Js
         types.push_back({{"id", type.frameId}, {"bytes", type.numBytes}, {"count", type.count}});
     }
     Json& titles = out["timeStampChannels"] = Json::array();
-    for (const auto& chan : famos.GetTimeStampChans())
-        titles.push_back(VFTextAsUtf8(chan.GetTitle()).Str());
+    for (std::size_t index = 0; index < famos.GetTimeStampChanCount(); ++index)
+        titles.push_back(VFTextAsUtf8(famos.GetTimeStampChan(index).GetTitle()).Str());
     return true;
 }
 
