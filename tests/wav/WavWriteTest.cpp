@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <csignal>
 
 namespace {
@@ -206,10 +207,72 @@ TEST_F(WavTest, ChangesAForeignFileInPlace)
     }
     EXPECT_TRUE(TestReadFile(name).ends_with(bytes.behind));
 
-    folder_.Write("a.wav", WavBytes().Make());
+    // Whole numbers take what they can hold, and a compressed file is left alone.
+    const std::string comment = WavBytes::Chunk("LIST", "INFO" + WavBytes::Chunk("ICMT", std::string("cold\0\0", 6)));
+    folder_.Write("a.wav", WavBytes{.before = comment}.Make());
+    {
+        const VDTsAccHandle access = OpenFile(name, VTTsAccOpenUpdate);
+        ASSERT_TRUE(access);
+        EXPECT_EQ(FormatText(access.Get(), "comment"), "cold");
+        EXPECT_TRUE(Put(access.Get(), 0, 2, {0.25F, -1.0F, 0.5F}));
+        EXPECT_FALSE(Put(access.Get(), 0, 1, {0.0F, 0.1F}));
+        ExpectError(-331900, "Point 2 is 0.1000000014901161");
+        EXPECT_EQ(FormatText(access.Get(), "Unfit"), "Encoding");
+    }
+    EXPECT_EQ(ReadSnd(name, info), (std::vector{0.0F, 0.5F, 0.25F, 32767.0F / 32768, -1.0F, 1.0F / 32768, 0.5F, 0.0F}));
+    const std::string compressed = WavBytes{.tag = 6, .align = 2, .bits = 8}.Make();
+    folder_.Write("a.wav", compressed);
     EXPECT_FALSE(OpenFile(name, VTTsAccOpenUpdate));
-    ExpectError(-331888, "Only files of 32-bit float values can be changed.");
-    EXPECT_EQ(TestReadFile(name), WavBytes().Make());
+    ExpectError(-331888, "Only files of whole numbers and floats in the usual byte order can be changed.");
+    EXPECT_EQ(TestReadFile(name), compressed);
+}
+
+TEST_F(WavTest, WritesTheEncodingAndTheTextsThatItIsGiven)
+{
+    struct Case
+    {
+        const char* encoding;
+        int subId;
+        double fits;   ///< with its neighbours in a gap of silence
+        double unfit;  ///< nan for none
+    };
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    for (const auto& [encoding, subId, fits, unfit] :
+         {Case{"Unsigned 8 bit PCM", Wav, -127.0 / 128, 1.0}, Case{"Signed 16 bit PCM", Rf64, 32767.0 / 32768, 0.1},
+          Case{"Signed 24 bit PCM", W64, -1.0, -1.1}, Case{"signed 32 bit pcm", Wav, 2147483647.0 / 2147483648, 1.0},
+          Case{"32 bit float", Wav, 1e30F, none}, Case{"64 bit float", Rf64, 0.1, none}}) {
+        SCOPED_TRACE(encoding);
+        const std::string name = folder_.Name("a.wav");
+        VDTsAccHandle access(TSAccCreate());
+        VDTsAcc* acc = access.Get();
+        ASSERT_TRUE(TSAccSetId(acc, NewId(name, subId, 2).Get(), 1));
+        const auto give = [acc](const char* key, const char* text) {
+            VDVariant value(text);
+            return TSAccSetFormatSpecificValue(acc, -1, key, &value) != 0;
+        };
+        EXPECT_TRUE(give("Encoding", encoding));
+        EXPECT_EQ(give("software", "Logger 3"), subId != W64);
+        EXPECT_FALSE(give("Encoding2", encoding));
+        ASSERT_TRUE(TSAccOpen(acc, VTTsAccOpenCreate));
+        EXPECT_FALSE(give("Artist", "too late"));
+        EXPECT_TRUE(TSAccPutDataDoublePrecision(acc, 1, 100'000, 1, &fits));
+        EXPECT_EQ(Doubles(acc, 1, 99'999, 2), (std::vector{0.0, fits}));
+        EXPECT_EQ(Floats(acc, 0, 1, 1), std::vector(1, 0.0F));
+        if (!std::isnan(unfit)) {
+            EXPECT_FALSE(TSAccPutDataDoublePrecision(acc, 0, 1, 1, &unfit));
+            EXPECT_EQ(FormatText(acc, DaxFormatValue::Unfit), "Encoding");
+        }
+        EXPECT_TRUE(TSAccClose(acc));
+        access = OpenFile(name);
+        ASSERT_TRUE(access);
+        VDVariant names;
+        EXPECT_TRUE(TSAccGetFormatSpecificValue(access.Get(), -1, DaxFormatValue::Names, &names));
+        EXPECT_EQ(names.GetNumItems(), subId == W64 ? 1 : 2);
+        EXPECT_EQ(VDString(FormatText(access.Get(), "Encoding")).CompareNoCase(encoding), 0);
+        EXPECT_EQ(FormatText(access.Get(), "Software"), subId == W64 ? "" : "Logger 3");
+        EXPECT_EQ(Doubles(access.Get(), 1, 99'999, 2), (std::vector{0.0, fits}));
+        EXPECT_EQ(Doubles(access.Get(), 0, 1, 1), std::vector(1, 0.0));
+    }
 }
 
 TEST_F(WavTest, ReportsAFileThatCannotBeWritten)
