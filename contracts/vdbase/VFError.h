@@ -4,6 +4,7 @@
 #include "vdbase/VDString.h"
 
 #include <exception>
+#include <vector>
 
 /// The error system. Every thread has a record of its own: a stack of reports, the oldest first. What one thread reports or
 /// clears is never seen by another.
@@ -30,7 +31,8 @@ private:
     VDString text_;
 };
 
-/// Records a report; nothing happens while recording is off on this thread.
+/// Records a report; nothing happens while recording is off on this thread. Where memory is too short for it, the code stands
+/// alone, with the text if that is no longer than 15 bytes.
 /// @param chain  0 starts a new record, so that earlier reports are gone; otherwise the report goes on top of those
 /// @return 0 always, so that a caller reports and fails in one step
 VDBASE_API int VFErrorSet(int code, const char* text, const char* routine, int chain);
@@ -62,4 +64,26 @@ public:
     ~VDErrorMute() { VFErrorEnableNew(1); }
     VDErrorMute(const VDErrorMute&) = delete;
     VDErrorMute& operator=(const VDErrorMute&) = delete;
+};
+
+/// Records again what was recorded before.
+/// @param chain  for the first; the others go on top of it
+VDBASE_API void VFErrorSetAll(const VDArray<VDErrorReport>& reports, int chain);
+
+/// Gives a scope a record of its own, empty at first and recording. The record that the thread had comes back at the end as it
+/// was.
+class VDBASE_API VDErrorCapture
+{
+public:
+    VDErrorCapture();
+    ~VDErrorCapture();
+    VDErrorCapture(const VDErrorCapture&) = delete;
+    VDErrorCapture& operator=(const VDErrorCapture&) = delete;
+
+    /// What was recorded since, the oldest first.
+    VDArray<VDErrorReport> GetReports() const { return VFErrorGetReports(VFGetBaseLibError()); }
+
+private:
+    std::vector<VDErrorReport> before_;
+    int muteDepth_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vdbase/VDString.h"
+#include "vdbase/VFError.h"
 
 /// Plug-in configuration and loading. Manifests are TOML files: `plugins.toml` and every `plugins.d/*.toml` (in byte order),
 /// first in the logical folder `home`, then in `vdsys`. Each holds tables
@@ -15,12 +16,15 @@
 ///
 /// They are read once, at the first question of the process. Behind them come the plug-ins that loaded modules bring along, so
 /// that a manifest's entry of the same name takes their place or, with `skip`, takes them out.
+///
+/// Manifests and libraries decide what code runs. One that belongs, or lies in a folder that belongs, to anybody but root and
+/// the effective user, or that others may write to, is not obeyed.
 
 /// @return 0 to stop the enumeration, which is then a failure
 using VFPlugInCallback = int (*)(void* context, const char* name, const char* description);
 
 /// Calls back for each configured plug-in of the family, in the order of the manifests.
-/// @return false, recorded, if a manifest can't be read or parsed; the callback isn't called then
+/// @return false, recorded, if a `plugins.toml` can't be read or parsed; the callback isn't called then
 VDBASE_API bool VFEnumPlugIns(const char* family, VFPlugInCallback callback, void* context);
 
 /// How a plug-in is loaded. Names compare without regard to case.
@@ -51,5 +55,12 @@ VDBASE_API void VFRegisterModule(const char* name, const void* addressInside);
 VDBASE_API void VFAddBuiltInPlugIn(const char* family, const char* name, const char* description, const char* library,
                                    const char* prefix);
 
-/// Forgets the manifests, so that they are read again at the next question. For hosts that change them.
+/// What was left out of the configuration, and why, in the order in which that was found: manifests in `plugins.d` with a
+/// fault, manifests that aren't to be obeyed, environment variables that don't count, plug-ins that didn't load. None of these
+/// fails the question that came upon it, so that a host looks here to tell its user. Each is traced (`VFTrace`), too.
+VDBASE_API VDArray<VDErrorReport> VFGetConfigurationWarnings();
+/// Adds to these warnings, for what turns out later. One that is there already isn't added again.
+VDBASE_API void VFAddConfigurationWarning(const VDErrorReport& warning);
+
+/// Forgets the manifests and the warnings, so that they are read again at the next question. For hosts that change them.
 VDBASE_API void VFReloadPlugInConfiguration();

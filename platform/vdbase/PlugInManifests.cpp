@@ -1,10 +1,12 @@
 #include "PlugInManifests.h"
 
+#include "FileReport.h"
+#include "ProcessRights.h"
 #include "TomlFile.h"
 
-#include "vdbase/VDBaseErrorCodes.h"
 #include "vdbase/VDFileSystem.h"
 #include "vdbase/VFFilename.h"
+#include "vdbase/VFTrace.h"
 
 #include <algorithm>
 #include <mutex>
@@ -20,6 +22,8 @@ struct VDPlugInStore
     std::mutex lock;
     VDPlugInList builtIn;
     std::shared_ptr<const VDPlugInList> plugIns;
+    std::mutex warningLock;
+    std::vector<VDErrorReport> warnings;
 };
 
 VDPlugInStore& VFStore()
@@ -27,6 +31,13 @@ VDPlugInStore& VFStore()
     // Never destroyed: libraries may ask while the process ends.
     static auto& store = *new VDPlugInStore;
     return store;
+}
+
+// Turns what a scope records into warnings.
+void VFWarnOfAll(const VDErrorCapture& capture)
+{
+    for (const VDErrorReport& report : capture.GetReports())
+        VFAddWarning(report);
 }
 
 bool VFReportManifest(const VDString& filename, const toml::node& node, const std::string& reason)
@@ -99,22 +110,56 @@ bool VFReadManifest(const VDString& filename, VDPlugInList* plugIns)
     return true;
 }
 
+// Leaves out what must not be obeyed.
+bool VFReadTrusted(const VDString& filename, VDPlugInList* plugIns)
+{
+    return VFWarnOfDistrust(filename, VDBaseError::PluginConfig, Routine) || VFReadManifest(filename, plugIns);
+}
+
+// Nothing of a manifest counts if something in it is wrong.
+void VFReadOneOfMany(const VDString& filename, VDPlugInList* plugIns)
+{
+    const VDErrorCapture capture;
+    VDPlugInList own;
+    if (!VFReadTrusted(filename, &own)) {
+        VFWarnOfAll(capture);
+        return;
+    }
+    for (VDPlugInEntry& entry : own)
+        VFAddEntry(std::move(entry), plugIns);
+}
+
 bool VFReadFolder(const char* logicalName, VDPlugInList* plugIns)
 {
     const VDString folder = VFTranslateName(logicalName);
     if (folder.IsEmpty())
         return true;
-    if (!VFReadManifest(VFBuildFilename(folder, "plugins", "toml"), plugIns))
+    if (!VFReadTrusted(VFBuildFilename(folder, "plugins", "toml"), plugIns))
         return false;
     const std::unique_ptr<const VDStringArray> more(
         VDFileSystem::GetFileList(VFBuildFilename(folder, "plugins.d/*", "toml"), VDFileSystem::Files));
-    return more == nullptr || std::all_of(more->begin(), more->end(),
-                                          [plugIns](const VDString& filename) { return VFReadManifest(filename, plugIns); });
+    if (more != nullptr)
+        for (const VDString& filename : *more)
+            VFReadOneOfMany(filename, plugIns);
+    return true;
+}
+
+// A relative name is ignored; whoever set it should know.
+void VFWarnOfVariable(const char* name)
+{
+    const std::string_view value = VFEnvironment(name);
+    if (!value.empty() && VFEnvironmentFolder(name).empty())
+        VFAddWarning({VDBaseError::PluginConfig,
+                      VDString("The environment variable ") + name + " doesn't count: it is no absolute name: " +
+                          VDString(value),
+                      Routine});
 }
 
 // All sources of plug-ins. The order counts, for the first entry of a name wins.
 bool VFReadSources(const VDPlugInList& builtIn, VDPlugInList* plugIns)
 {
+    VFWarnOfVariable("DAX_HOME");
+    VFWarnOfVariable("DAX_SYS");
     if (!VFReadFolder("home", plugIns) || !VFReadFolder("vdsys", plugIns))
         return false;
     for (const VDPlugInEntry& entry : builtIn)
@@ -123,6 +168,17 @@ bool VFReadSources(const VDPlugInList& builtIn, VDPlugInList* plugIns)
 }
 
 }  // namespace
+
+bool VFWarnOfDistrust(const VDString& filename, int code, const char* routine)
+{
+    const VDString reason = VFFindDistrust(filename);
+    if (reason.IsEmpty())
+        return false;
+    const VDErrorCapture capture;
+    VFReportFile(code, filename, reason.c_str(), routine);
+    VFWarnOfAll(capture);
+    return true;
+}
 
 std::shared_ptr<const VDPlugInList> VFGetPlugIns()
 {
@@ -159,6 +215,30 @@ void VFAddBuiltIn(VDPlugInEntry entry)
 void VFForgetPlugIns()
 {
     VDPlugInStore& store = VFStore();
-    const std::lock_guard guard(store.lock);
+    const std::scoped_lock guard(store.lock, store.warningLock);
     store.plugIns.reset();
+    store.warnings.clear();
+}
+
+void VFAddWarning(VDErrorReport warning)
+{
+    VDPlugInStore& store = VFStore();
+    const std::lock_guard guard(store.warningLock);
+    const bool known = std::any_of(store.warnings.begin(), store.warnings.end(), [&](const VDErrorReport& other) {
+        return other.code == warning.code && other.text == warning.text;
+    });
+    if (known)
+        return;
+    VFTracePrintf("%s\n", warning.text.c_str());
+    store.warnings.push_back(std::move(warning));
+}
+
+VDArray<VDErrorReport> VFGetWarnings()
+{
+    VDPlugInStore& store = VFStore();
+    const std::lock_guard guard(store.warningLock);
+    VDArray<VDErrorReport> warnings;
+    for (const VDErrorReport& warning : store.warnings)
+        warnings.AppendItem(warning);
+    return warnings;
 }

@@ -1,5 +1,6 @@
 #include "Installation.h"
 #include "PlugInManifests.h"
+#include "ProcessRights.h"
 
 #include "vdbase/VDBaseErrorCodes.h"
 #include "vdbase/VDFileSystem.h"
@@ -75,9 +76,13 @@ void* VFOpenRegistered(const VDString& name)
     return dlopen(path, RTLD_NOW | RTLD_LOCAL | (path != nullptr ? RTLD_NOLOAD : 0));
 }
 
-// Opens a file or a name for the loader's own search; a failure adds a line with the loader's reason.
+// Opens a file or a name for the loader's own search; a failure adds a line with the reason.
 void* VFTryOpen(const VDString& filename, VDString* reasons)
 {
+    if (const VDString distrust = filename.Find('/') >= 0 ? VFFindDistrust(filename) : VDString(); !distrust.IsEmpty()) {
+        *reasons += "\n" + filename + ": " + distrust;
+        return nullptr;
+    }
     if (void* const handle = dlopen(filename, RTLD_NOW | RTLD_LOCAL))
         return handle;
     const char* const reason = dlerror();

@@ -1,6 +1,8 @@
 #include "vdbase/VDPreferenceSystem.h"
 
 #include "AsciiText.h"
+#include "PlugInManifests.h"
+#include "ProcessRights.h"
 #include "TomlFile.h"
 
 #include "vdbase/VDBaseErrorCodes.h"
@@ -17,6 +19,8 @@
 #include <variant>
 
 namespace {
+
+constexpr const char* Routine = "VDPreferenceSystem";
 
 using VDPreferenceValue = std::variant<bool, std::int64_t, double, std::string>;
 
@@ -107,8 +111,11 @@ void VFLoad(VDPreferenceStore& store)
         if (folder.IsEmpty())
             continue;
         const VDString filename = VFBuildFilename(folder, "preferences", "toml");
+        // The caller of a process with raised rights doesn't decide what it does, and isn't told what is in its files.
+        if (VFHasRaisedRights() && VFWarnOfDistrust(filename, VDBaseError::Preferences, Routine))
+            continue;
         // The first question may come in the middle of anything: earlier reports stay.
-        if (VFParseTomlFile(filename, &table, VDBaseError::Preferences, "VDPreferenceSystem", 1))
+        if (VFParseTomlFile(filename, &table, VDBaseError::Preferences, Routine, 1))
             VFAddTable(table, {}, &store.values);
     }
     store.loaded = true;

@@ -1,6 +1,9 @@
 #include "vdbase/VFError.h"
 
 #include <algorithm>
+#include <new>
+#include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,22 +44,51 @@ public:
     {
         if (!onTop)
             reports_.clear();
+        else if (hasLastResort_)
+            reports_.push_back(std::move(lastResort_));
         if (reports_.size() == maxReports)
             reports_.erase(reports_.begin() + maxReports / 2);
         reports_.push_back(std::move(report));
+        hasLastResort_ = false;
+        VVHasReports = true;
+    }
+
+    /// Keeps of a report what needs no memory: the code and, if it is short, the text.
+    void SetLastResort(int code, std::string_view text)
+    {
+        lastResort_.code = code;
+        lastResort_.text = VDString(text.size() <= ShortText ? text : std::string_view());
+        Clear();
+        hasLastResort_ = true;
         VVHasReports = true;
     }
 
     void Clear()
     {
         reports_.clear();
+        hasLastResort_ = false;
         VVHasReports = false;
     }
 
-    const std::vector<VDErrorReport>& Reports() const { return reports_; }
+    std::span<const VDErrorReport> Reports() const
+    {
+        return hasLastResort_ ? std::span(&lastResort_, 1) : std::span<const VDErrorReport>(reports_);
+    }
+
+    /// Changes places with other reports.
+    void Swap(std::vector<VDErrorReport>& reports)
+    {
+        reports_.swap(reports);
+        hasLastResort_ = false;
+        VVHasReports = !reports_.empty();
+    }
 
 private:
+    static constexpr std::size_t ShortText = 15;  ///< what a string keeps in itself
+
     std::vector<VDErrorReport> reports_;
+    VDErrorReport lastResort_;  ///< stands alone, for a report that there was no memory for
+    bool hasLastResort_ = false;
 };
 
 namespace {
@@ -74,9 +106,14 @@ VDBaseException::~VDBaseException() = default;
 int VFErrorSet(int code, const char* text, const char* routine, int chain)
 {
     VDErrorRecord* record = VVMuteDepth == 0 ? VDErrorRecord::OfThread() : nullptr;
-    // The report is built first: its text may belong to one that is about to go.
-    if (record != nullptr)
+    if (record == nullptr)
+        return 0;
+    try {
+        // The report is built first: its text may belong to one that is about to go.
         record->Set({code, text, routine}, chain != 0);
+    } catch (const std::bad_alloc&) {
+        record->SetLastResort(code, text == nullptr ? "" : text);
+    }
     return 0;
 }
 
@@ -84,7 +121,7 @@ bool VFErrorCheck(int code)
 {
     if (!VVHasReports)
         return false;
-    const auto& reports = VDErrorRecord::OfThread()->Reports();
+    const auto reports = VDErrorRecord::OfThread()->Reports();
     return std::any_of(reports.begin(), reports.end(), [&](const VDErrorReport& report) { return report.code == code; });
 }
 
@@ -135,4 +172,25 @@ VDArray<VDErrorReport> VFErrorGetReports(const VDErrorRecord* record)
         for (const VDErrorReport& report : record->Reports())
             reports.AppendItem(report);
     return reports;
+}
+
+void VFErrorSetAll(const VDArray<VDErrorReport>& reports, int chain)
+{
+    for (const VDErrorReport& report : reports) {
+        VFErrorSet(report.code, report.text, report.routine, chain);
+        chain = 1;
+    }
+}
+
+VDErrorCapture::VDErrorCapture() : muteDepth_(std::exchange(VVMuteDepth, 0))
+{
+    if (VDErrorRecord* record = VDErrorRecord::OfThread())
+        record->Swap(before_);
+}
+
+VDErrorCapture::~VDErrorCapture()
+{
+    VVMuteDepth = muteDepth_;
+    if (VDErrorRecord* record = VDErrorRecord::OfThread())
+        record->Swap(before_);
 }

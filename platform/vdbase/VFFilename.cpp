@@ -2,14 +2,10 @@
 
 #include "AsciiText.h"
 #include "Installation.h"
+#include "ProcessRights.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -37,29 +33,11 @@ std::string_view VFTrimSeparators(std::string_view name)
     return name;
 }
 
-std::string_view VFEnvironment(const char* name)
-{
-    return VFView(std::getenv(name));
-}
-
-VDString VFUserFolder()
-{
-    if (const std::string_view home = VFEnvironment("HOME"); !home.empty())
-        return VDString(VFTrimSeparators(home));
-    std::vector<char> buffer(16384);
-    passwd entry{};
-    passwd* found = nullptr;
-    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
-        return {};
-    return VDString(VFTrimSeparators(found->pw_dir));
-}
-
 VDString VFHomeFolder()
 {
-    if (const std::string_view home = VFEnvironment("DAX_HOME"); !home.empty())
+    if (const std::string_view home = VFEnvironmentFolder("DAX_HOME"); !home.empty())
         return VDString(VFTrimSeparators(home));
-    // The base directory rules say that a relative name here counts as none.
-    if (const std::string_view config = VFEnvironment("XDG_CONFIG_HOME"); config.starts_with(Separator))
+    if (const std::string_view config = VFEnvironmentFolder("XDG_CONFIG_HOME"); !config.empty())
         return VFBuildFilename(VDString(config), "daxlib");
     const VDString user = VFUserFolder();
     return user.IsEmpty() ? VDString() : VFBuildFilename(user, ".config/daxlib");
@@ -125,7 +103,7 @@ VDString VFTranslateName(const char* logicalName)
         return VFHomeFolder();
     if (name != "vdsys")
         return {};
-    const std::string_view folder = VFEnvironment("DAX_SYS");
+    const std::string_view folder = VFEnvironmentFolder("DAX_SYS");
     return folder.empty() ? VFInstalledDataFolder() : VDString(VFTrimSeparators(folder));
 }
 

@@ -40,6 +40,16 @@ void VFAddBuiltInPlugIn(const char* family, const char* name, const char* descri
         {.family = family, .name = name, .description = description, .module = library, .prefix = prefix, .folder = {}});
 }
 
+VDArray<VDErrorReport> VFGetConfigurationWarnings()
+{
+    return VFGetWarnings();
+}
+
+void VFAddConfigurationWarning(const VDErrorReport& warning)
+{
+    VFAddWarning(warning);
+}
+
 void VFReloadPlugInConfiguration()
 {
     VFForgetPlugIns();

@@ -1,10 +1,10 @@
 #include "vdbase/VFTrace.h"
 
 #include "FormatText.h"
+#include "ProcessRights.h"
 
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -12,7 +12,7 @@ std::atomic<VFTraceSink> VVSink = nullptr;
 
 bool GoesToStandardError()
 {
-    static const bool wanted = std::getenv("DAX_TRACE") != nullptr;
+    static const bool wanted = !VFEnvironment("DAX_TRACE").empty();
     return wanted;
 }
 
