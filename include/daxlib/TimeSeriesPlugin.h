@@ -27,7 +27,9 @@ using GetLastError = void(void* instance, VDString& text);
 using Flush = int(void* instance);
 /// @param capability  a `Capability`; an unknown one is answered with 0
 using GetCapability = int(void* instance, int capability, char* answer);
-/// @param key  a `Key`. A key that the format has no answer for leaves the variant as it is, which is no failure
+/// @param key  a `Key`. The keys 1 to 11 are always answered, texts with the empty one if need be: anything but the type there
+///             fails the host's call with -328012. Any other key that the format has no answer for leaves the variant as it
+///             is, which is no failure
 using GetValue = int(void* instance, long channel, int key, VDVariant* value);
 using PutValue = int(void* instance, long channel, int key, VDVariant* value);
 /// The range was checked against the number of points that the plug-in gave.

@@ -37,7 +37,7 @@ int TSAccFlush(VDTsAcc* acc)
 
 int TSAccAddPlugin(const char* name, const char* prefix, const char* library, const char* description)
 {
-    return VFTsPlugins().AddPlugin(name, prefix, library, description) ? 1 : 0;
+    return VFExport(__func__, [=] { return VFTsPlugins().AddPlugin(name, prefix, library, description) ? 1 : 0; });
 }
 
 int TSAccGetCapability(VDTsAcc* acc, int capability, char* answer)

@@ -68,7 +68,7 @@ bool VDAccessCore::GetTyped(const VDAccessSelector& selector, int key, T* value,
     VDVariant answer;
     if (!GetValue(selector, key, &answer))
         return false;
-    return (answer.*get)(value) || Report(static_cast<int>(selector.channel), DaxError::HeaderValue, "GetPluginValue");
+    return (answer.*get)(value) || ReportWrongType(selector, key);
 }
 
 bool VDAccessCore::GetLong(const VDAccessSelector& selector, int key, long* value)
@@ -221,15 +221,28 @@ bool VDAccessCore::CheckWritable(const char* routine)
     return (writable != 0 && !readOnly_) || Report(DaxChannel::WholeFile, DaxError::NotWritable, routine);
 }
 
-bool VDAccessCore::Report(int channel, int code, const char* routine) const
+bool VDAccessCore::Report(int channel, int code, const char* routine, const VDString& appended) const
 {
-    VDDaxReportDetail detail;
+    VDDaxReportDetail detail = {.appended = appended};
     if (fileId_) {
         const VDErrorMute mute;
         if (FIDGetChanFilename(fileId_.Get(), channel, &detail.name))
             detail.label = DaxText::File;
     }
     return VFDaxReport(code, Routine(routine), detail) != 0;
+}
+
+/// Names what the plug-in has no answer of the right type for.
+bool VDAccessCore::ReportWrongType(const VDAccessSelector& selector, int key) const
+{
+    VDString place;
+    int number = 0;
+    const int channel = static_cast<int>(selector.channel);
+    if (selector.channel == DaxChannel::WholeFile)
+        place.Format(" : key %d of the file", key);
+    else if (FIDGetChanNumber(fileId_.Get(), channel, &number))
+        place.Format(" : key %d of channel %d", key, number);
+    return Report(channel, DaxError::HeaderValue, "GetPluginValue", place);
 }
 
 bool VDAccessCore::ReportNotSupported() const

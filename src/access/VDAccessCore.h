@@ -134,7 +134,8 @@ public:
     /// @name Reports; the result is always false
     /// @{
     /// The catalogue text and, where the channel has a file, a line with its name.
-    bool Report(int channel, int code, const char* routine) const;
+    /// @param appended  follows the text directly
+    bool Report(int channel, int code, const char* routine, const VDString& appended = {}) const;
     /// The failure of a plug-in call: the plug-in's own text, or what it has recorded already.
     bool ReportPluginError(const char* routine);
     VDString Routine(const char* routine) const { return VDString(family_.className) + "::" + routine; }
@@ -151,6 +152,7 @@ private:
     void AbandonOpen();
     bool CallFlush();
     bool ReportNotSupported() const;
+    bool ReportWrongType(const VDAccessSelector& selector, int key) const;
     template <class T>
     bool GetTyped(const VDAccessSelector& selector, int key, T* value, bool (VDVariant::*get)(T*) const);
 

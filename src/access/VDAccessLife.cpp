@@ -98,7 +98,7 @@ bool VDAccessCore::Bind()
     if (plugin == nullptr)
         return ReportNotSupported();
     if (!plugin->loaded)
-        return VFDaxReport(DaxError::PluginDisabled, Routine("SetId"), {.appended = plugin->description}) != 0;
+        return VFReportDisabledPlugin(*plugin, DaxError::PluginDisabled, Routine("SetId"));
 
     plugin_ = plugin;
     const VDAccessEntryPoints& entryPoints = *plugin_->entryPoints;

@@ -203,6 +203,7 @@ constexpr int CalculatingStatistics = 1401;
 constexpr int Filename = 1601;
 constexpr int TestName = 1602;
 constexpr int Extension = 1603;
+constexpr int UnexpectedError = 4304;
 constexpr int AccessTypeUnknown = 9001;  ///< the name of access type n (1 to 7) is this id + n
 
 }  // namespace DaxText

@@ -6,10 +6,12 @@
 
 namespace {
 
+constexpr const char* VVSwitchedOff = "This plug-in is switched off in the configuration. Plugin: ";
+
 int VFCollectPlugin(void* context, const char* name, const char* description)
 {
     auto& plugins = *static_cast<std::vector<VDPluginRecord>*>(context);
-    plugins.push_back({false, name, description});
+    plugins.push_back({.name = name, .description = description});
     return 1;
 }
 
@@ -46,8 +48,34 @@ bool VFListPlugins(const char* section, std::vector<VDPluginRecord>& plugins, co
            VFDaxReport(DaxError::PluginList, routine, {.chain = 1}) != 0;
 }
 
-bool VFGetPluginSource(const char* section, const VDString& name, VDString& library, VDString& prefix)
+VDPluginSource VFGetPluginSource(const char* section, const VDString& name)
 {
+    VDPluginSource source;
     int skip = 0;
-    return VFGetPlugInType(section, name, &skip, &library, &prefix) && skip == 0;
+    source.configured = VFGetPlugInType(section, name, &skip, &source.library, &source.prefix);
+    source.skip = skip != 0;
+    return source;
+}
+
+void VFLoadPlugin(VDPluginRecord& plugin, const std::function<bool()>& load)
+{
+    {
+        const VDErrorCapture capture;
+        plugin.loaded = load();
+        plugin.problem.Clear();
+        if (plugin.loaded)
+            return;
+        plugin.problem = capture.GetReports();
+    }
+    VFErrorSetAll(plugin.problem, 0);
+    for (const VDErrorReport& report : plugin.problem)
+        VFAddConfigurationWarning(report);
+}
+
+bool VFReportDisabledPlugin(const VDPluginRecord& plugin, int code, const char* routine)
+{
+    if (plugin.switchedOff)
+        return VFDaxReport(code, routine, {.text = VDString(VVSwitchedOff) + plugin.description}) != 0;
+    VFErrorSetAll(plugin.problem, 0);
+    return VFDaxReport(code, routine, {.appended = plugin.description, .chain = plugin.problem.IsEmpty() ? 0 : 1}) != 0;
 }

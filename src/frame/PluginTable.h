@@ -1,7 +1,9 @@
 #pragma once
 
 #include "vdbase/VDString.h"
+#include "vdbase/VFError.h"
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <type_traits>
@@ -30,9 +32,11 @@ constexpr VDEntryPoint VFEntryPoint(const char* suffix)
 /// What every plug-in table keeps of one plug-in.
 struct VDPluginRecord
 {
-    bool loaded = false;   ///< every needed entry point was found
-    VDString name;         ///< the key of the plug-in in its section
-    VDString description;  ///< human text for messages
+    bool loaded = false;                ///< every needed entry point was found
+    VDString name = {};                 ///< the key of the plug-in in its section
+    VDString description = {};          ///< human text for messages
+    bool switchedOff = false;           ///< the configuration says so
+    VDArray<VDErrorReport> problem{1};  ///< why it didn't load
 };
 
 /// Loads a library and finds the entry points of a plug-in in it.
@@ -49,8 +53,25 @@ bool VFLoadEntryPoints(const VDString& library, const VDString& prefix, const VD
 /// @return false, recorded with -328681, if the configuration can't be read
 bool VFListPlugins(const char* section, std::vector<VDPluginRecord>& plugins, const char* routine);
 
-/// A plug-in's library and prefix from the configuration; false if it isn't to be loaded.
-bool VFGetPluginSource(const char* section, const VDString& name, VDString& library, VDString& prefix);
+/// Where a plug-in is to be loaded from, by the configuration.
+struct VDPluginSource
+{
+    bool configured = false;
+    bool skip = false;
+    VDString library = {};
+    VDString prefix = {};
+};
+
+VDPluginSource VFGetPluginSource(const char* section, const VDString& name);
+
+/// Loads a plug-in. What a failure records goes into the plug-in's record and the warnings of the configuration, and stays
+/// recorded; with success, the error record is as it was.
+void VFLoadPlugin(VDPluginRecord& plugin, const std::function<bool()>& load);
+
+/// Reports that a plug-in isn't there to serve a file: that it is switched off, or that it didn't load, on top of why.
+/// @param code  whose text ends in a place for the plug-in's description
+/// @return false always
+bool VFReportDisabledPlugin(const VDPluginRecord& plugin, int code, const char* routine);
 
 /// A table of plug-ins; `Record` is a `VDPluginRecord` with more. Records keep their addresses as the table grows.
 template <class Record>
@@ -69,14 +90,16 @@ int VFFindPlugin(const VDPluginTable<Record>& table, const VDString& name)
 template <class Record>
 Record& VFAppendPlugin(VDPluginTable<Record>& table, const VDString& name, const VDString& description)
 {
-    table.push_back(std::make_unique<Record>());
-    table.back()->name = name;
-    table.back()->description = description;
+    auto record = std::make_unique<Record>();
+    record->name = name;
+    record->description = description;
+    table.push_back(std::move(record));
     return *table.back();
 }
 
 /// Appends the section's plug-ins whose names aren't there yet, and loads each with `load(record, library, prefix)`, whose
 /// result becomes the record's loaded flag. A plug-in that doesn't load stays in the table and doesn't stop the others.
+/// May be called again after a failure, or an exception of `load`: plug-ins that are loaded are left alone.
 /// @return false, recorded, if the list can't be had; the table is then as it was
 template <class Record, class Load>
 bool VFLoadPluginTable(const char* section, VDPluginTable<Record>& table, const char* routine, Load&& load)
@@ -89,10 +112,12 @@ bool VFLoadPluginTable(const char* section, VDPluginTable<Record>& table, const 
             VFAppendPlugin(table, plugin.name, plugin.description);
     for (std::size_t index = 0; index < table.size(); ++index) {
         Record& record = *table[index];
-        VDString library;
-        VDString prefix;
-        if (!record.loaded && VFGetPluginSource(section, record.name, library, prefix))
-            record.loaded = load(record, library, prefix);
+        if (record.loaded)
+            continue;
+        const VDPluginSource source = VFGetPluginSource(section, record.name);
+        record.switchedOff = source.skip;
+        if (source.configured && !source.skip)
+            VFLoadPlugin(record, [&] { return load(record, source.library, source.prefix); });
     }
     return true;
 }
@@ -106,6 +131,6 @@ bool VFAddPluginByHand(VDPluginTable<Record>& table, const char* name, const cha
     if (VFFindPlugin(table, name) >= 0)
         return true;
     Record& record = VFAppendPlugin(table, name, description);
-    record.loaded = load(record, VDString(library), VDString(prefix));
+    VFLoadPlugin(record, [&] { return load(record, VDString(library), VDString(prefix)); });
     return record.loaded;
 }

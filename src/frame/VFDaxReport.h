@@ -24,3 +24,8 @@ struct VDDaxReportDetail
 /// Records a report with detail. Every other report function of the library comes down to this one.
 /// @return 0 always
 int VFDaxReport(int code, const char* routine, const VDDaxReportDetail& detail);
+
+/// Records the exception that is being handled, as an exported function that it would leave: -327681 when memory is short, the
+/// code of a `VDBaseException`, and else -327690 with what the exception says.
+/// @return 0 always
+int VFReportException(const char* routine) noexcept;

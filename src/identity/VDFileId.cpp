@@ -31,6 +31,27 @@ void VDFileId::Assign(const VDFileId& source)
     record_ = std::move(record);
 }
 
+VDFileId::VDSnapshot VDFileId::Save() const
+{
+    VDSnapshot snapshot;
+    snapshot.record_ = record_;
+    snapshot.temporaryTest_ = temporaryTest_;
+    return snapshot;
+}
+
+void VDFileId::Restore(const VDSnapshot& snapshot)
+{
+    VDFileIdRecord record = snapshot.record_;
+    if (temporaryTest_ != snapshot.temporaryTest_) {
+        temporaryTest_ = snapshot.temporaryTest_;
+        if (temporaryTest_)
+            VVAllTemporaryFileIds.Add(this);
+        else
+            VVAllTemporaryFileIds.Remove(this);
+    }
+    record_ = std::move(record);
+}
+
 int VDFileId::Copy(VDFileId* source, std::uint32_t mask)
 {
     if (source == this)

@@ -23,6 +23,11 @@ public:
 
     /// @name Life and copying (VDFileId.cpp)
     /// @{
+    /// Keeps the id as it is, to come back to it. A temporary test that the id begins in between has no files of its own then:
+    /// none are deleted for it.
+    class VDSnapshot;
+    VDSnapshot Save() const;
+    void Restore(const VDSnapshot& snapshot);
     /// Becomes a copy of the other id as a whole.
     void Assign(const VDFileId& source);
     int Copy(VDFileId* source, std::uint32_t mask);
@@ -182,4 +187,12 @@ private:
 
     struct VDTemporaryTest;
     std::shared_ptr<VDTemporaryTest> temporaryTest_;  ///< its holders are the test's ids
+};
+
+class VDFileId::VDSnapshot
+{
+private:
+    friend class VDFileId;
+    VDFileIdRecord record_;
+    std::shared_ptr<VDTemporaryTest> temporaryTest_;
 };

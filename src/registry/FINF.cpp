@@ -103,31 +103,33 @@ int FINFGetAccessDescription(VDFileInfo* info, int accessType, VDString* descrip
 
 int FINFAddPlugin(const char* name, const char* prefix, const char* library, const char* description)
 {
-    return VDFormatRegistry::Get().AddPlugin(name, prefix, library, description);
+    return VFExport(__func__, [=] { return VDFormatRegistry::Get().AddPlugin(name, prefix, library, description) ? 1 : 0; });
 }
 
 int FINFSetEnableIdentifyByExtension(char enable)
 {
-    VDFormatRegistry::Get().SetIdentifyByExtension(enable != 0);
-    return 1;
+    return VFExport(__func__, [=] {
+        VDFormatRegistry::Get().SetIdentifyByExtension(enable != 0);
+        return 1;
+    });
 }
 
 int FINFGetIdentifyByExtension()
 {
-    return VDFileInfo::GetIdentifyByExtension();
+    return VFExport(__func__, [] { return VDFileInfo::GetIdentifyByExtension() ? 1 : 0; });
 }
 
 int FINFGetValidAccessTypes(VDArray<VTFileAccessType>* types)
 {
-    return VDFileInfo::GetValidAccessTypes(types);
+    return VFExport(__func__, [=] { return VDFileInfo::GetValidAccessTypes(types) ? 1 : 0; });
 }
 
 int FINFGetFolderTestExtensions(VDArray<VDStringArray>* folderExtensions, VDArray<VDStringArray>* fileExtensions)
 {
-    return VDFileInfo::GetFolderTestExtensions(folderExtensions, fileExtensions);
+    return VFExport(__func__, [=] { return VDFileInfo::GetFolderTestExtensions(folderExtensions, fileExtensions) ? 1 : 0; });
 }
 
 int FINFGetProxyAccessFileId(VDFileId* id, VDFileId** proxy)
 {
-    return VDFileInfo::GetProxyAccessFileId(id, proxy);
+    return VFExport(__func__, [=] { return VDFileInfo::GetProxyAccessFileId(id, proxy) ? 1 : 0; });
 }

@@ -6,6 +6,7 @@
 #include "NewFileId.h"
 #include "VDFileInfo.h"
 #include "WalkFileIds.h"
+#include "identity/VDFileId.h"
 
 #include "vdbase/VFFilename.h"
 
@@ -58,23 +59,36 @@ void VFTruncate(VDFileIdArray* tests, int base)
         FIARemoveAt(tests, size - 1);
 }
 
-/// Asks the plug-ins in turn; the first that claims the file wins.
+/// Puts the open file back to where a plug-in expects it, whatever the one before did with it.
+bool VFRewind(const VDFileToIdentify& file, VDIo& io)
+{
+    return (io.IsOpen() || io.Open(VTOpenRead) || VFReportForFile(DaxError::IdentOpen, VVRoutine, file.id, 1)) &&
+           io.SetCurPos(file.headerSize);
+}
+
+/// Asks the plug-ins in turn; the first that claims the file wins. One that declines leaves no trace on what the next one sees.
 /// @param base  size of the array before
-bool VFIsClaimedByAny(const VDFormatRegistry& registry, const VDFileToIdentify& file, VDIo& io, VDFileIdArray* tests,
-                      int base)
+/// @return false, recorded, if the file is gone meanwhile
+bool VFAskPlugins(const VDFormatRegistry& registry, const VDFileToIdentify& file, VDIo& io, VDFileIdArray* tests, int base,
+                  bool* claimed)
 {
     const VDPluginTable<VDFileInfoPluginInfo>& plugins = registry.GetPlugins();
     const std::size_t count = plugins.size();
     const auto start = static_cast<std::size_t>(registry.GetStartIndex(file.filename));
-    for (std::size_t step = 0; step < count; ++step) {
+    const VDFileId::VDSnapshot before = file.id->Save();
+    for (std::size_t step = 0; step < count && !*claimed; ++step) {
         const VDFileInfoPluginInfo& plugin = *plugins[(start + step) % count];
         if (!plugin.loaded)
             continue;
-        if (VFIsClaimed(plugin, file, io, tests))
-            return true;
-        VFTruncate(tests, base);
+        if (!VFRewind(file, io))
+            return false;
+        *claimed = VFIsClaimed(plugin, file, io, tests);
+        if (!*claimed) {
+            VFTruncate(tests, base);
+            file.id->Restore(before);
+        }
     }
-    return false;
+    return true;
 }
 
 }  // namespace
@@ -108,7 +122,10 @@ bool VDFileInfo::IdentifyFile(VDFileId* id, char loadInfo, VDFileIdArray** tests
         return false;
 
     const std::lock_guard lock(VDDaxLib::Get().GetLock());
-    if (VFIsClaimedByAny(registry, file, io, *tests, base)) {
+    bool claimed = false;
+    if (!VFAskPlugins(registry, file, io, *tests, base, &claimed))
+        return false;
+    if (claimed) {
         io.Close();
         return VFWalkFileIds(*tests, base, false, [](VDFileId* test) { return FIDSetIdentified(test, 1) != 0; }) &&
                (!loadInfo || VFWalkFileIds(*tests, base, false, [this](VDFileId* test) { return LoadInfo(test); }));

@@ -14,6 +14,7 @@ constexpr const char* VVRoutine = "VDFileInfo::LoadInfo";
 
 bool VFCallLoadFileInfo(const VDFileInfoPluginInfo& plugin, VDFileId* id, const char* header, int headerSize, VDIo& io)
 {
+    VFErrorClear();
     try {
         return plugin.entryPoints.loadFileInfo(id, header, headerSize, &io) != 0 ||
                VFReportFormatFailure(plugin, "LoadInfo");

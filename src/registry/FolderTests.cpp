@@ -1,5 +1,7 @@
 #include "FolderTests.h"
 
+#include "ExtensionList.h"
+
 #include "vdbase/VDPreferenceSystem.h"
 
 #include <cstdint>
@@ -9,13 +11,11 @@ namespace {
 
 VDStringArray VFExtensions(std::initializer_list<const char*> builtIn, const char* preferenceKey = nullptr)
 {
-    VDStringArray extensions;
-    if (preferenceKey != nullptr)
-        extensions.SplitString(VDPreferenceSystem().GetStringValue(preferenceKey, ""), ",");
     VDStringArray all;
     for (const char* extension : builtIn)
         all.AppendItem(extension);
-    all.Append(extensions);
+    if (preferenceKey != nullptr)
+        all.Append(VFSplitExtensions(VDPreferenceSystem().GetStringValue(preferenceKey, ""), ","));
     return all;
 }
 

@@ -2,42 +2,51 @@
 
 #include "VDFileInfoRecords.h"
 
+#include <new>
+
 /// Calls to one FileFormat plug-in. Whoever calls in here holds the library lock.
 
-/// Finds a plug-in's entry points and asks it for its file types, which are appended to the table. Types that were appended
-/// before a failure stay there.
+/// Finds a plug-in's entry points and asks it for its file types, which are appended to the table. Types that were told before
+/// a failure are appended, too; an exception appends none.
+/// @param plugins      has the plug-in at `pluginIndex`. A type that another one serves already is a failure
 /// @return false, recorded, on failure
-bool VFLoadFormatPlugin(VDFileInfoPluginInfo& plugin, int pluginIndex, const VDString& library, const VDString& prefix,
-                        VDFileTypeTable& fileTypes);
+bool VFLoadFormatPlugin(const VDPluginTable<VDFileInfoPluginInfo>& plugins, int pluginIndex, const VDString& library,
+                        const VDString& prefix, VDFileTypeTable& fileTypes);
 
 /// Records -328697 for an exception that left a plug-in.
 /// @return false always
 bool VFReportFormatException(const VDFileInfoPluginInfo& plugin, const char* function, const char* routine);
 
 /// Makes a call to a plug-in.
-/// @return false, recorded, if an exception left the plug-in
+/// @return false, recorded, if an exception left the plug-in; a shortage of memory is passed on while the plug-in says so
 template <class Call>
 bool VFGuardFormatCall(const VDFileInfoPluginInfo& plugin, const char* function, const char* routine, Call&& call)
 {
     try {
         call();
         return true;
+    } catch (const std::bad_alloc&) {
+        if (plugin.passesOutOfMemory)
+            throw;
+        return VFReportFormatException(plugin, function, routine);
     } catch (...) {
         return VFReportFormatException(plugin, function, routine);
     }
 }
 
-/// Records what a plug-in says about its last failure, unless it has recorded that itself.
-/// @param routine  behind "VDFileInfo::"
+/// Records what a plug-in says about its last failure, unless it has recorded that itself. The record was cleared before the
+/// call that failed.
+/// @param function  name of the entry point; the reports go under this name, too
 /// @return false always
-bool VFReportFormatFailure(const VDFileInfoPluginInfo& plugin, const char* routine);
+bool VFReportFormatFailure(const VDFileInfoPluginInfo& plugin, const char* function);
 
 /// `VFGuardFormatCall` for an entry point whose result is 0 on failure, which is reported with the plug-in's own text.
-/// @param function  name of the entry point; the reports go under this name, too
+/// @param function  as above
 template <class Call>
 bool VFCallFormat(const VDFileInfoPluginInfo& plugin, const char* function, Call&& call)
 {
     int result = 0;
+    VFErrorClear();
     const VDString routine = VDString("VDFileInfo::") + function;
     return VFGuardFormatCall(plugin, function, routine, [&] { result = call(); }) &&
            (result != 0 || VFReportFormatFailure(plugin, function));

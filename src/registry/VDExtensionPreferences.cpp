@@ -1,5 +1,7 @@
 #include "VDExtensionPreferences.h"
 
+#include "ExtensionList.h"
+
 #include "vdbase/VDPreferenceSystem.h"
 
 namespace {
@@ -11,7 +13,7 @@ VDString VFKey(const char* name)
 
 void VFReadUpperList(const VDString& key, VDStringArray& list)
 {
-    list.SplitString(VDPreferenceSystem().GetStringValue(key, ""), ",");
+    list = VFSplitExtensions(VDPreferenceSystem().GetStringValue(key, ""), ",");
     list.MakeUpper();
 }
 

@@ -28,6 +28,7 @@ struct VDFormatEntryPoints
 struct VDFileInfoPluginInfo : VDPluginRecord
 {
     VDFormatEntryPoints entryPoints;
+    bool passesOutOfMemory = false;  ///< a shortage of memory isn't taken for a fault of the plug-in
 };
 
 /// One file type, of a plug-in or from the configuration.

@@ -3,8 +3,10 @@
 #include "ConfiguredTypes.h"
 #include "FormatPlugin.h"
 #include "frame/VDDaxLib.h"
+#include "frame/VDValueGuard.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 
 namespace {
@@ -14,6 +16,38 @@ using VDLibraryLock = std::lock_guard<VDThreadSync>;
 constexpr const char* VVLexadePrefix = "LexadeFF";
 constexpr const char* VVLexadeEnd = ".sig";
 constexpr int VVLexadeEndLength = 4;
+
+const VDFileInfoAccessInfo* VFFindAccessInfo(const std::vector<VDFileInfoAccessInfo>& accessTypes, VTFileAccessType accessType)
+{
+    const auto found = std::find_if(accessTypes.begin(), accessTypes.end(),
+                                    [&](const VDFileInfoAccessInfo& info) { return info.accessType == accessType; });
+    return found == accessTypes.end() ? nullptr : &*found;
+}
+
+/// The rows of the enabled types of a configuration.
+void VFListConfiguredTypes(const VDGeneralFiles& files, VDFileTypeTable& types, std::vector<VDFileInfoAccessInfo>& accessTypes)
+{
+    for (int access = 0; access < files.GetAccessTypes(); ++access) {
+        const VDGeneralFileAccessType& accessType = *files.GetAccessType(access);
+        if (!accessType.GetEnabled())
+            continue;
+        const auto id = static_cast<VTFileAccessType>(accessType.GetId());
+        if (VFFindAccessInfo(accessTypes, id) == nullptr)
+            accessTypes.push_back({id, accessType.GetName()});
+        for (int index = 0; index < accessType.GetFileTypes(); ++index) {
+            const VDGeneralFileType& configured = *accessType.GetFileType(index);
+            if (!configured.GetEnabled())
+                continue;
+            VDFileInfoFileIdInfo& type = types.emplace_back();
+            type.fileId = configured.GetFileId();
+            type.accessType = id;
+            type.description = accessType.GetName();
+            type.keyword = configured.GetKeyword();
+            type.identifyByExtension = true;
+            type.extensions = configured.GetExtensions();
+        }
+    }
+}
 
 }  // namespace
 
@@ -31,7 +65,7 @@ bool VDFormatRegistry::LoadPlugIns()
     // A plug-in may put a question to the registry while it is loaded itself: it sees what there is so far.
     if (pluginsLoaded_ || loading_)
         return true;
-    loading_ = true;
+    const VDValueGuard loading(loading_, true);
     const bool listed = VFLoadPluginTable("FileFormat", plugins_, "VDFileInfo::LoadPlugIns",
                                           [this](VDFileInfoPluginInfo& plugin, const VDString& library,
                                                  const VDString& prefix) { return LoadPlugin(plugin, library, prefix); });
@@ -39,7 +73,6 @@ bool VDFormatRegistry::LoadPlugIns()
         BuildAccessTable();
         ReadPreferences();
     }
-    loading_ = false;
     pluginsLoaded_.store(listed, std::memory_order_release);
     return listed;
 }
@@ -58,10 +91,9 @@ bool VDFormatRegistry::LoadPlugin(VDFileInfoPluginInfo& plugin, const VDString& 
     const auto position =
         std::find_if(plugins_.begin(), plugins_.end(), [&](const auto& record) { return record.get() == &plugin; });
     const int index = static_cast<int>(position - plugins_.begin());
-    const bool loaded = VFLoadFormatPlugin(plugin, index, library, prefix, fileTypes_);
     if (prefix == VVLexadePrefix)
         lexadeIndex_ = index;
-    return loaded;
+    return VFLoadFormatPlugin(plugins_, index, library, prefix, fileTypes_);
 }
 
 void VDFormatRegistry::BuildAccessTable()
@@ -69,10 +101,10 @@ void VDFormatRegistry::BuildAccessTable()
     for (const VDFileInfoFileIdInfo& type : fileTypes_) {
         if (GetAccessInfo(type.accessType) != nullptr)
             continue;
-        VDFileInfoAccessInfo& info = accessTypes_.emplace_back();
-        info.accessType = type.accessType;
+        VDFileInfoAccessInfo info = {.accessType = type.accessType};
         if (const std::optional<VDString> name = FindAccessTypeName(type.accessType))
             info.name = name->IsEmpty() ? VFUnknownAccessTypeName(type.accessType) : *name;
+        accessTypes_.push_back(std::move(info));
     }
 }
 
@@ -91,35 +123,29 @@ bool VDFormatRegistry::LoadGeneralFiles()
     const VDLibraryLock lock(VDDaxLib::Get().GetLock());
     if (generalFilesLoaded_)
         return true;
-    generalFilesLoaded_ = true;
-    const bool merged = VFMergeConfigurationFiles(generalFiles_);
-    for (int access = 0; access < generalFiles_.GetAccessTypes(); ++access) {
-        const VDGeneralFileAccessType& accessType = *generalFiles_.GetAccessType(access);
-        if (!accessType.GetEnabled())
-            continue;
-        const auto id = static_cast<VTFileAccessType>(accessType.GetId());
-        if (GetAccessInfo(id) == nullptr)
-            accessTypes_.push_back({id, accessType.GetName()});
-        for (int index = 0; index < accessType.GetFileTypes(); ++index) {
-            const VDGeneralFileType& configured = *accessType.GetFileType(index);
-            if (!configured.GetEnabled())
-                continue;
-            VDFileInfoFileIdInfo& type = fileTypes_.emplace_back();
-            type.fileId = configured.GetFileId();
-            type.accessType = id;
-            type.description = accessType.GetName();
-            type.keyword = configured.GetKeyword();
-            type.identifyByExtension = true;
-            type.extensions = configured.GetExtensions();
-        }
+    VDFileTypeTable types;
+    std::vector<VDFileInfoAccessInfo> accessTypes = accessTypes_;
+    bool merged = false;
+    try {
+        merged = VFMergeConfigurationFiles(generalFiles_);
+        VFListConfiguredTypes(generalFiles_, types, accessTypes);
+        fileTypes_.insert(fileTypes_.end(), std::make_move_iterator(types.begin()), std::make_move_iterator(types.end()));
+    } catch (...) {
+        // The next call is to find nothing of this one.
+        generalFiles_.ClearAccessTypes();
+        throw;
     }
+    accessTypes_ = std::move(accessTypes);
+    generalFilesLoaded_ = true;
     return merged;
 }
 
 void VDFormatRegistry::ReadPreferences()
 {
     const VDLibraryLock lock(VDDaxLib::Get().GetLock());
-    preferences_.Read();
+    VDExtensionPreferences preferences;
+    preferences.Read();
+    preferences_ = std::move(preferences);
     std::vector<bool> hasType(plugins_.size());
     for (VDFileInfoFileIdInfo& type : fileTypes_) {
         VDExtensionPreferences::ReadFileType(type);
@@ -161,17 +187,16 @@ const VDFileInfoPluginInfo* VDFormatRegistry::GetLoadedPlugin(const VDFileInfoFi
         type.pluginIndex < 0 ? nullptr : plugins_[static_cast<std::size_t>(type.pluginIndex)].get();
     if (plugin != nullptr && plugin->loaded)
         return plugin;
-    // A configured type has no plug-in; its own description has to do.
-    VFDaxReport(DaxError::FormatPluginNotLoaded, "VDFileInfo::LoadInfo",
-                {.appended = plugin != nullptr ? plugin->description : type.description});
+    if (plugin != nullptr)
+        VFReportDisabledPlugin(*plugin, DaxError::FormatPluginNotLoaded, "VDFileInfo::LoadInfo");
+    else  // A configured type has no plug-in; its own description has to do.
+        VFDaxReport(DaxError::FormatPluginNotLoaded, "VDFileInfo::LoadInfo", {.appended = type.description});
     return nullptr;
 }
 
 const VDFileInfoAccessInfo* VDFormatRegistry::GetAccessInfo(VTFileAccessType accessType) const
 {
-    const auto found = std::find_if(accessTypes_.begin(), accessTypes_.end(),
-                                    [&](const VDFileInfoAccessInfo& info) { return info.accessType == accessType; });
-    return found == accessTypes_.end() ? nullptr : &*found;
+    return VFFindAccessInfo(accessTypes_, accessType);
 }
 
 int VDFormatRegistry::GetStartIndex(const VDString& filename) const

@@ -1,5 +1,7 @@
 #include "daxlib/VDGeneralFileType.h"
 
+#include "ExtensionList.h"
+
 VDGeneralFileType::VDGeneralFileType(VDString keyword, int fileId, VDString extensions, char enabled,
                                      char identifyAsStandard)
     : keyword_(keyword), fileId_(fileId), enabled_(enabled), identifyAsStandard_(identifyAsStandard)
@@ -13,13 +15,12 @@ VDGeneralFileType::~VDGeneralFileType() = default;
 
 void VDGeneralFileType::SetExtensions(VDString extensions, char merge)
 {
+    const VDStringArray given = VFSplitExtensions(extensions, ";");
     if (merge == 0) {
-        extensions_.SplitString(extensions, ";");
+        extensions_ = given;
         return;
     }
-    VDStringArray added;
-    added.SplitString(extensions, ";");
-    for (const VDString& extension : added)
+    for (const VDString& extension : given)
         AddExtension(extension);
 }
 

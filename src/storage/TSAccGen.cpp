@@ -27,8 +27,10 @@ Base* VFGetPlugin(void* instance, const char* routine)
 template <auto Method, class... Arguments>
 int VFForwardToPlugin(void* instance, const char* routine, Arguments... arguments)
 {
-    Base* const plugin = VFGetPlugin(instance, routine);
-    return plugin != nullptr && (plugin->*Method)(arguments...) ? 1 : 0;
+    return VFExport(routine, [=] {
+        Base* const plugin = VFGetPlugin(instance, routine);
+        return plugin != nullptr && (plugin->*Method)(arguments...) ? 1 : 0;
+    });
 }
 
 }  // namespace

@@ -287,7 +287,10 @@ TEST_F(TimeSeriesTest, FailedOpenLeavesTheObjectUsable)
         const VDTsAccHandle acc = BindTest(IdentifyTest(Write(std::string("channels=1 ") + script)).Get());
         EXPECT_FALSE(TSAccOpen(acc.Get(), VTTsAccOpenRead)) << script;
         if (std::string(script).starts_with("wrong"))
-            ExpectError(-328012, "Error retrieving header value from time series file\nFile :", "VDTsAcc::GetPluginValue");
+            ExpectError(-328012,
+                        std::string("Error retrieving header value from time series file : key ") + script[6] +
+                            " of channel 1\nFile :",
+                        "VDTsAcc::GetPluginValue");
         EXPECT_TRUE(TSAccClose(acc.Get())) << script;
     }
     const VDTsAccHandle acc(TSAccCreate());

@@ -9,14 +9,14 @@
 #include <algorithm>
 #include <span>
 
-STAND_API DaxFileFormat::IdentifyFile StandFFIdentifyFile, LexadeFFIdentifyFile, OtherFFIdentifyFile;
+STAND_API DaxFileFormat::IdentifyFile StandFFIdentifyFile, LexadeFFIdentifyFile, OtherFFIdentifyFile, MessFFIdentifyFile;
 STAND_API DaxFileFormat::LoadFileInfo StandFFLoadFileInfo;
 STAND_API DaxFileFormat::GetLastError StandFFGetLastError;
 STAND_API DaxFileFormat::GetNextSupportedType StandFFGetNextSupportedType, LexadeFFGetNextSupportedType,
-    OtherFFGetNextSupportedType, ThrowTypeFFGetNextSupportedType;
-STAND_API DaxFileFormat::GetNextCapability StandFFGetNextCapability, ThrowCapFFGetNextCapability;
+    OtherFFGetNextSupportedType, ThrowTypeFFGetNextSupportedType, MessFFGetNextSupportedType;
+STAND_API DaxFileFormat::GetNextCapability StandFFGetNextCapability, ThrowCapFFGetNextCapability, MessFFGetNextCapability;
 STAND_API DaxFileFormat::GetValue StandFFGetValue, LexadeFFGetValue, OtherFFGetValue, BadNameFFGetValue, BadKeyFFGetValue,
-    ThrowValueFFGetValue;
+    ThrowValueFFGetValue, MessFFGetValue;
 STAND_API DaxFileFormat::FileIdToTestDesc StandFFFileIdToTestDesc;
 STAND_API DaxFileFormat::TestDescToFileIdArray StandFFTestDescToFileIdArray;
 STAND_API DaxFileFormat::GetProxyAccessFileId StandFFGetProxyAccessFileId;
@@ -47,6 +47,9 @@ constexpr StandType VVTypes[] = {
 };
 constexpr StandType VVLexadeTypes[] = {
     {StandIn::LexadeFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandSig"},
+};
+constexpr StandType VVMessTypes[] = {
+    {StandIn::MessFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandMess"},
 };
 constexpr StandType VVOtherTypes[] = {
     {StandIn::UnnamedFileId, 1, 2345, "", "StandUnnamed"},
@@ -163,8 +166,10 @@ int AddChannels(VDFileId* id, const StandScript& script)
 
 }  // namespace
 
-int StandFFIdentifyFile(VDFileId* id, const char* header, int headerSize, VDIo*, VDFileIdArray* tests, char* claimed)
+int StandFFIdentifyFile(VDFileId* id, const char* header, int headerSize, VDIo* io, VDFileIdArray* tests, char* claimed)
 {
+    if (!io->IsOpen() || io->GetCurPos() != headerSize)
+        return 0;
     VVLastScript = StandScript(View(header, headerSize));
     return Identify(id, VVLastScript, StandIn::FileId, tests, claimed);
 }
@@ -181,6 +186,20 @@ int LexadeFFIdentifyFile(VDFileId* id, const char* header, int headerSize, VDIo*
 int OtherFFIdentifyFile(VDFileId*, const char*, int, VDIo*, VDFileIdArray*, char* claimed)
 {
     *claimed = 0;
+    return 1;
+}
+
+int MessFFIdentifyFile(VDFileId* id, const char*, int, VDIo* io, VDFileIdArray* tests, char* claimed)
+{
+    int index = 0;
+    *claimed = 0;
+    FIAAppendItem(tests, id);
+    FIDSetTestTitle(id, "a mess");
+    FIDAddChannel(id, 99, &index);
+    FIDSetFileId(id, DaxStorageFileId, 10);  // a temporary type
+    FIDSetFilename(id, VTNameFormFile, "/nowhere/else", "");
+    io->SetCurPos(0);
+    io->Close();
     return 1;
 }
 
@@ -211,6 +230,26 @@ void StandFFGetLastError(VDString* text)
 STAND_TYPES(StandFF, VVTypes)
 STAND_TYPES(LexadeFF, VVLexadeTypes)
 STAND_TYPES(OtherFF, VVOtherTypes)
+
+/// Lists without an end.
+void MessFFGetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,
+                                VDString* description, char* more)
+{
+    NextType(VVMessTypes, index, fileId, subId, accessType, accessClass, description, more);
+    *index = 0;
+}
+
+void MessFFGetNextCapability(int, int, int* index, VDString* name, int* value, char* more)
+{
+    *name = "Readable";
+    *value = (*index)++;
+    *more = 1;
+}
+
+void MessFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
+{
+    AnswerValue(VVMessTypes, key, *arguments, *answer);
+}
 
 void ThrowTypeFFGetNextSupportedType(int*, int*, int*, int*, VDString*, VDString*, char*)
 {

@@ -17,7 +17,8 @@
 ///     StandFF       complete; claims files that begin with "STAND"
 ///     LexadeFF      the same for names that end in ".sig", with a type of its own; `lexade=decline` makes it decline
 ///     OtherFF       declines everything; types with uncommon access types and file ids
-///     NoProxyFF     StandFF without the three optional entry points
+///     NoProxyFF     StandFF without the three optional entry points; as both have the same types, only one of them loads
+///     MessFF        changes all that it is given and declines; its lists have no end
 ///     MissFF        lacks GetValue
 ///     BadNameFF, BadKeyFF                    wrong variant type for "NameForm", for "FormatKeyword"
 ///     ThrowTypeFF, ThrowCapFF, ThrowValueFF  exception in GetNextSupportedType, GetNextCapability, GetValue
@@ -86,6 +87,8 @@ constexpr int LexadeFileId = 29103;
 constexpr int UnnamedFileId = 29106;  ///< StandUnnamed: access type 2345, which nothing names
 constexpr int CyclesFileId = 29107;   ///< StandCycles: access type 3
 constexpr int FolderFileId = 2200;    ///< StandFolder: time series
+/// MessFF: sub id 1, StandMess.
+constexpr int MessFileId = 29108;
 
 /// One table of a manifest. A test writes them into `TestHomeFolder()`, "plugins.toml".
 inline std::string Manifest(const std::string& family, const std::string& name, const std::string& prefix)

@@ -112,6 +112,25 @@ TEST_F(FileIdentificationTest, PluginsThatFailOrThrowPassTheFileOn)
     EXPECT_TRUE(VFErrorCheck(-328700));
 }
 
+TEST_F(FileIdentificationTest, PluginThatDeclinesLeavesNoTrace)
+{
+    Configure({"MessFF"});
+    const VDFileIdHandle id = MakeFile("a.sta", "STAND channels=2");
+    FIDSetTestTitle(id.Get(), "mine");
+    ASSERT_TRUE(Identify(id, true));
+    EXPECT_EQ(NumTests(), 1);
+    EXPECT_EQ(TestText<FIDGetTestTitle>(id), "mine");
+    EXPECT_EQ(TestInt<FIDGetNumChans>(id), 2);
+    EXPECT_EQ(TestText<FIDGetChanFilename>(id, 0), folder_.Name("a.sta"));
+    EXPECT_FALSE(TestFlag<FIDIsTemporary>(id));
+    WriteConfiguration();
+    const VDFileIdHandle unknown = MakeFile("b.xyz", "nobody's");
+    EXPECT_FALSE(Identify(unknown));
+    EXPECT_EQ(TestText<FIDGetTestTitle>(unknown), "");
+    EXPECT_EQ(TestText<FIDGetChanFilename>(unknown, 0), folder_.Name("b.xyz"));
+    EXPECT_TRUE(std::filesystem::exists(folder_.Name("b.xyz")));
+}
+
 TEST_F(FileIdentificationTest, TheOwnerOfAnExtensionIsAskedFirstWhereverItStands)
 {
     TestWriteFile(TestHomeFolder(), "plugins.toml",
@@ -165,6 +184,7 @@ TEST_F(FileIdentificationTest, LoadInfoFailuresAreReported)
     for (const auto& [content, code, text] : std::initializer_list<std::tuple<const char*, int, const char*>>{
              {"STAND infofail=1 lasterror=\"Bad list\"", -328689, "Bad list"},
              {"STAND infofail=1 lasterror=VARDO record=-4711", -4711, "Recorded by the stand-in"},
+             {"STAND infofail=1 lasterror=VARDO", -328697, "Function name: LoadInfo  Plugin Description : Stand-in StandFF"},
              {"STAND infothrow=1", -328697,
               "Unknown error in FileFormat plugin\nFunction name: LoadInfo  Plugin Description : Stand-in StandFF\n"},
              {"STAND infothrow=int", -328697, "Function name: LoadInfo"},
@@ -194,7 +214,7 @@ TEST_F(FileIdentificationTest, PluginWithoutEnabledTypesIsNotAsked)
 TEST_F(FileIdentificationTest, ExtensionAloneDecidesWithoutTheFile)
 {
     Prefer("IdentifyByExtension_StandA", true);
-    Prefer("Extensions_StandA", "abc,sta");
+    Prefer("Extensions_StandA", "abc,, sta ,");
     Prefer("IdentifyByExtension_StandB", true);
     Prefer("Extensions_StandB", "Sta");
     Prefer("IdentifyByExtension_StandC", true);
@@ -210,6 +230,7 @@ TEST_F(FileIdentificationTest, ExtensionAloneDecidesWithoutTheFile)
 
     EXPECT_EQ(ByExtension(TestId("/x/a.tmp")), "ignored ");
     EXPECT_EQ(ByExtension(TestId("/x/a.else")), "");
+    EXPECT_EQ(ByExtension(TestId("/x/without")), "");
     EXPECT_EQ(ByExtension(TestId("/x/report.doc")), "found standard ");
     ExpectPlaceholder(Test(0), 28000, "report");
     // The configuration is loaded now. Its types count in the first table only as far as they are written in upper case.

@@ -84,11 +84,60 @@ TEST_F(FormatRegistryTest, PluginThatCannotLoadIsReported)
 
 TEST_F(FormatRegistryTest, BadPluginsDoNotStopTheOthersAndOptionalEntriesMayLack)
 {
-    Configure({"MissFF", "ThrowTypeFF", "NoProxyFF", "OtherFF"});
+    Configure({"MissFF", "ThrowTypeFF", "NoProxyFF", "OtherFF", "MessFF"});
     const std::vector<int> fileIds = WalkFileIds(Info());
     EXPECT_NE(std::find(fileIds.begin(), fileIds.end(), StandIn::CyclesFileId), fileIds.end());
-    // NoProxyFF and StandFF have the same types.
-    EXPECT_EQ(std::count(fileIds.begin(), fileIds.end(), StandIn::HistFileId), 2);
+    EXPECT_EQ(std::count(fileIds.begin(), fileIds.end(), StandIn::MessFileId), 1) << "a list without an end";
+    // NoProxyFF and StandFF have the same types. The second one isn't loaded.
+    EXPECT_EQ(std::count(fileIds.begin(), fileIds.end(), StandIn::HistFileId), 1);
+    EXPECT_TRUE(Identify(MakeFile("a.sta", "STAND")));
+    VDFileIdHandle id = MakeFile("b.sta", "STAND");
+    EXPECT_TRUE(Identify(id));
+    VDFileId* proxy = nullptr;
+    EXPECT_TRUE(FINFGetProxyAccessFileId(id.Get(), &proxy));
+    // What went wrong with each is still known, whatever was recorded since.
+    std::string warnings;
+    for (const VDErrorReport& warning : VFGetConfigurationWarnings())
+        warnings += std::to_string(warning.code) + ' ' + warning.text.Str() + '\n';
+    for (const char* part :
+         {"-328683 Error loading FileFormat plug-in. Missing function.\nFunction name: GetValue",
+          "-328697 Unknown error in FileFormat plugin\nFunction name: GetNextSuppType  Plugin Description : Stand-in ThrowTypeFF",
+          "-328697 The list that GetNextSupportedType gives has no end\nPlugin Description : Stand-in MessFF",
+          "-328697 The list that GetNextCapability gives has no end",
+          "-328702 FileFormat plugin did not load correctly: Stand-in StandFF\nPlug-in \"Stand\" declares the type with file ID "
+          "29101 and sub ID 1, which plug-in \"NoProxyFF\" (Stand-in NoProxyFF) serves"})
+        EXPECT_NE(warnings.find(part), std::string::npos) << part << "\nis not in\n" << warnings;
+}
+
+TEST_F(FormatRegistryTest, DisabledAccessPluginsSayWhy)
+{
+    TestWriteFile(TestHomeFolder(), "plugins.toml",
+                  StandIn::Manifest("FileFormat", "Stand", "StandFF") +
+                      StandIn::Manifest("TimeSeriesFiles", StandIn::MissingClassId, "MissTS") +
+                      StandIn::Manifest("TimeSeriesFiles", StandIn::SerialClassId, "StandTS"));
+    TestWriteFile(TestHomeFolder(), "plugins.d/off.toml",
+                  "[[plugin]]\nfamily = \"TimeSeriesFiles\"\nname = \"" + std::string(StandIn::ClassId) +
+                      "\"\ndescription = \"Off\"\nlibrary = \"none\"\nprefix = \"None\"\nskip = true\n");
+    const VDErrorMute mute;  // the reason is kept even so
+    const auto bind = [&](const char* entry, const char* script) {
+        const VDTsAccHandle access(TSAccCreate());
+        const VDFileIdHandle id = MakeFile(entry, script);
+        EXPECT_TRUE(Identify(id, true));
+        VFErrorEnableNew(1);
+        EXPECT_FALSE(TSAccSetId(access.Get(), id.Get(), 0));
+        VFErrorEnableNew(0);
+    };
+    bind("a.sta", "STAND subid=4");
+    ExpectReport(-327698,
+                 "This file IO plugin is currently disabled. It failed to load correctly. Plugin: Stand-in MissTS",
+                 "VDTsAcc::SetId");
+    const VDArray<VDErrorReport> reports = VFErrorGetReports(VFGetBaseLibError());
+    ASSERT_EQ(reports.GetSize(), 2);
+    EXPECT_EQ(reports[0].code, -328683);
+    EXPECT_GE(reports[0].text.Find("Function name: GetDataDigital64"), 0);
+    bind("b.sta", "STAND subid=1");
+    ExpectReport(-327698, "This plug-in is switched off in the configuration. Plugin: Off", "VDTsAcc::SetId");
+    EXPECT_FALSE(VFErrorCheck(-328683));
 }
 
 TEST_F(FormatRegistryTest, FileTypeQuestionsAreAnswered)

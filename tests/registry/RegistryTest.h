@@ -77,7 +77,7 @@ constexpr const char* GeneralFilesXml = R"(<?xml version="1.0"?>
   <!-- passed over -->
   <Other Id="x"/>
   <AccessType Id="1000" Name="Documents" Enabled="true">
-    <FileType Keyword="Report" FileId="28000" Extensions="doc;Pdf;PDF" Enabled="TRUE" IdentifyAsStandard="True"/>
+    <FileType Keyword="Report" FileId="28000" Extensions="doc;; Pdf ;PDF" Enabled="TRUE" IdentifyAsStandard="True"/>
     <FileType Keyword="Draft" FileId="28001" Extensions="drf"/>
     <Other/>
   </AccessType>

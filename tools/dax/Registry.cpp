@@ -5,6 +5,7 @@
 #include "daxlib/TimeSeriesPlugin.h"
 #include "daxlib/VDGeneralFiles.h"
 #include "vdbase/VFFilename.h"
+#include "vdbase/VFPlugIn.h"
 
 namespace {
 
@@ -68,14 +69,14 @@ VDRegistry::VDRegistry()
     VFErrorClear();
     info_.Reset(FINFCreate());
     VFCheck(static_cast<bool>(info_));
-    // The first question loads the plug-ins. Those that fail stay out without making it fail, and what they reported would
-    // be gone with the next report.
+    // The first question loads the plug-ins. What the configuration has to be without doesn't make it fail.
     int index = 0;
     int fileId = 0;
     int subId = 0;
     char more = 0;
     VFCheck(FINFGetNextFileType(info_.Get(), &index, &fileId, &subId, &more));
-    loadProblems_ = VFTakeErrors();
+    for (const VDErrorReport& warning : VFGetConfigurationWarnings())
+        loadProblems_.push_back(warning);
     // The first load of the configured types fails where there are none, and whoever causes it fails without a report.
     VDArray<VTFileAccessType> accessTypes;
     FINFGetValidAccessTypes(&accessTypes);

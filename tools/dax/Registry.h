@@ -41,7 +41,7 @@ public:
     VDRegistry();
 
     VDFileInfo* Get() const { return info_.Get(); }
-    /// Plug-ins that couldn't be loaded. The registry works without them.
+    /// Plug-ins that couldn't be loaded, manifests that aren't obeyed. The registry works without them.
     const std::vector<VDErrorReport>& GetLoadProblems() const { return loadProblems_; }
 
     std::vector<VDFileType> GetFileTypes() const;
