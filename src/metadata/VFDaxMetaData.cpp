@@ -116,5 +116,5 @@ bool VFDaxAddInputTestInfo(LQChannelMapper* mapper, void* fileId)
 bool VFDaxAddExtraMetadata(void* fileId, bool skipDefinitions, LQChannelMapper* mapper)
 {
     return mapper != nullptr &&
-           Guarded([&] { return VFAddExtraMetaData(static_cast<VDFileId*>(fileId), skipDefinitions, *mapper); });
+           VFGuardMetaData([&] { return VFAddExtraMetaData(static_cast<VDFileId*>(fileId), skipDefinitions, *mapper); });
 }
