@@ -150,6 +150,46 @@ TEST_F(DaxRead, ChannelsOfDifferentRatesAreNeverJoined)
     EXPECT_EQ(dax_.Json({"read", file})["channels"][1]["values"], nlohmann::json({1001, 1002}));
 }
 
+TEST_F(DaxRead, WhatIsNoFiniteNumberIsTold)
+{
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    const std::string file = folder_.Write("odd.wav", MakeWavFloat(8000, 1, {std::nanf(""), infinity, -infinity, 0.1F}));
+    EXPECT_EQ(dax_.Json({"read", file})["channels"][0]["values"], nlohmann::json({"NaN", "Infinity", "-Infinity", 0.1}));
+    EXPECT_EQ(dax_.Json({"stats", "--calc", file})["channels"][0]["min"], "-Infinity");
+    EXPECT_EQ(Lines(dax_.Run({"read", file}).out)[2], "0.000125,inf");
+}
+
+TEST_F(DaxRead, NothingFromAFileSteersATerminal)
+{
+    UseStandIns();
+    const std::string units = "\x1b[2J\a\xc2\x9b\xe2\x80\xae\xe2\x81\xa6\xc2\xb0";
+    const std::string file = folder_.Write(units + ".sta", "STAND points=1 units=\"" + units + "\" title=\"" + units + "\"");
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"identify", file},
+                                                    {"info", file},
+                                                    {"read", file},
+                                                    {"read", file, "--out", file + ".csv"},
+                                                    {"stats", file},
+                                                    {"meta", file},
+                                                    {"copy", file, file + ".z4t"},
+                                                    {"check", file + ".z4t"},
+                                                    {"dbc", file},
+                                                    {"info", folder_.Name("none" + units)}})
+        for (const char* form : {"--overwrite", "--json"}) {
+            if (*form == '-' && form[2] == 'o' && command[0] != "copy" && command.size() != 4)
+                continue;
+            const DaxResult result = dax_.Run(command, {form});
+            for (const char* bad : {"\x1b", "\a", "\xc2\x9b", "\xe2\x80\xae", "\xe2\x81\xa6"})
+                EXPECT_EQ((result.out + result.err).find(bad), std::string::npos) << command[0] << form << result.out;
+        }
+    EXPECT_EQ(Lines(TestReadFile(file + ".csv"))[0], "time [s],Channel 1 [\xef\xbf\xbd[2J"
+                                                     "\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\xc2\xb0]");
+    EXPECT_EQ(dax_.Json({"info", file})["channels"][0]["units"], units);
+    const std::string latin = folder_.Write("latin.sta", "STAND points=1 units=\xb0"
+                                                         "C");
+    EXPECT_EQ(dax_.Json({"info", latin})["channels"][0]["units"], "\xc2\xb0"
+                                                                  "C");
+}
+
 TEST_F(DaxRead, AnOutputFileIsNotReplacedUnasked)
 {
     const std::string csv = folder_.Write("out.csv", "earlier");
@@ -161,10 +201,22 @@ TEST_F(DaxRead, AnOutputFileIsNotReplacedUnasked)
     dax_.ExpectFailure({"read", stereo_, "--out", stereo_, "--overwrite"}, -900009);
 }
 
-TEST_F(DaxRead, AReaderThatGoesAwayIsNoError)
+TEST_F(DaxRead, AnOutputThatIsNotReadyIsWaitedForAndOneThatIsGoneIsNoError)
 {
     const std::string file = folder_.Write("long.wav", MakeWav16(8000, 1, std::vector<std::int16_t>(200000, 1)));
     int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+    const pid_t patient = dax_.Start({"read", file}, ends[1]);
+    close(ends[1]);
+    std::string all;
+    std::string block(10'000, 0);
+    for (ssize_t got = 0; (got = read(ends[0], block.data(), block.size())) > 0;)
+        all.append(block, 0, static_cast<std::size_t>(got));
+    close(ends[0]);
+    EXPECT_EQ(dax_.Wait(patient).status, 0);
+    EXPECT_EQ(Lines(all).size(), 200'001U);
+
     ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     const pid_t process = dax_.Start({"read", file}, ends[1]);
     close(ends[1]);

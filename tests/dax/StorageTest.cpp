@@ -61,6 +61,7 @@ void WriteStorage(const std::string& name, bool typed)
     }
     Z4PropertySet& test = *mapper.AdoptMetaDataSet("Vehicle", nullptr, LQChannelMapper::GLOBAL);
     test.PutString("Driver", "Anna");
+    mapper.AdoptMetaDataSet("ExtraDetails", nullptr, LQChannelMapper::GLOBAL)->PutString("Encoding", "Signed 16 bit PCM");
     test.AddProperty(Z4Property::Create(Z4TypeLong, "Mileage"));
     ASSERT_TRUE(data.Close(series, true) && data.GetFileManager()->CloseFile(file, true));
 }
@@ -102,7 +103,7 @@ TEST_F(DaxStorage, ACopyKeepsTypesValuesAndMetaData)
     EXPECT_EQ(info["channels"], dax_.Json({"info", typed_})["channels"]);
     EXPECT_EQ(info["channels"][2]["type"], "digital64");
     std::vector<std::string> meta = OwnMetaData(typed_);
-    EXPECT_EQ(meta.size(), 7U);
+    EXPECT_EQ(meta.size(), 8U);
     EXPECT_EQ(OwnMetaData(whole), meta);
     EXPECT_EQ(TestReadFile(whole).find(".dax-"), std::string::npos);  // no trace of the place where it was written
 
@@ -137,9 +138,18 @@ TEST_F(DaxStorage, TheTypedKindIsTheDefault)
 TEST_F(DaxStorage, OnlyRealMetaDataIsLost)
 {
     const std::set<std::string> expected = {
-        "channelNumber",       "title", "yTitle", "units", "baseTime", "metadata Vehicle/Driver", "metadata Vehicle/Mileage",
-        "metadata Sensor/Gain"};
+        "channelNumber",
+        "title",
+        "yTitle",
+        "units",
+        "baseTime",
+        "metadata Vehicle/Driver",
+        "metadata Vehicle/Mileage",
+        "metadata Sensor/Gain",
+        "metadata ExtraDetails/Encoding"};  // the values don't fit into the encoding of the past
     EXPECT_EQ(dax_.Run({"copy", "--json", typed_, folder_.Name("part.wav"), "--chan", "2"}).Lost(), expected);
+    EXPECT_EQ(dax_.Json({"info", folder_.Name("part.wav")})["formatValues"]["Encoding"], "32 bit float");
+    EXPECT_EQ(dax_.Run({"read", folder_.Name("part.wav"), "--count", "1"}).out, "time [s],Channel 1\n0,1.5\n");
 }
 
 TEST_F(DaxStorage, StatisticsAreThoseOfTheFileOrOfTheData)

@@ -103,12 +103,17 @@ public:
     /// @return what the copy doesn't hold
     std::vector<VDLoss> Write(std::int64_t limit, bool quiet)
     {
-        while (!TryWrite(limit, quiet)) {
-        }
+        WriteWhole(limit, quiet);
         return VFFindLosses(registry_, plan_, written_, limit);
     }
 
 private:
+    void WriteWhole(std::int64_t limit, bool quiet)
+    {
+        while (!TryWrite(limit, quiet)) {
+        }
+    }
+
     /// @return false if the values need a form that the format wasn't asked for
     bool TryWrite(std::int64_t limit, bool quiet)
     {
@@ -131,9 +136,13 @@ private:
         }
     }
 
+    /// Whether the format lists channels under the numbers that they are given. Those of the trial are none that a format
+    /// would give itself.
     bool KeepsNumbers()
     {
-        TryWrite(VVTrialPoints, true);
+        const std::vector<int> own = plan_.numbers;
+        std::iota(plan_.numbers.begin(), plan_.numbers.end(), 2);
+        WriteWhole(VVTrialPoints, true);
         VDTestArguments arguments;
         arguments.file = written_;
         const VDFileIdHandle id = VFChooseTest(registry_, arguments);
@@ -141,7 +150,7 @@ private:
         std::vector<int> numbers;
         for (const VDChannel& channel : trial.GetChannels())
             numbers.push_back(channel.number);
-        return numbers == plan_.numbers;
+        return numbers == std::exchange(plan_.numbers, own);
     }
 
     const VDRegistry& registry_;
