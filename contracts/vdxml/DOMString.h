@@ -16,6 +16,8 @@ public:
     /// Closed by a zero unit; valid until the next change of this object.
     const char16_t* GetText() const noexcept { return text_.c_str(); }
     const std::u16string& Str() const noexcept { return text_; }
+    /// Gives the text away with its memory; this object is empty then.
+    std::u16string Release() noexcept { return std::exchange(text_, {}); }
 
     friend bool operator==(const DOMString& left, const DOMString& right) noexcept { return left.text_ == right.text_; }
 

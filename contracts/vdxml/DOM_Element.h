@@ -10,6 +10,11 @@ public:
     /// Null if the node is no element.
     explicit DOM_Element(const DOM_Node& node);
 
+    /// The first child and the next sibling that is an element of this name, or of any if the name is empty; null if there
+    /// is none.
+    DOM_Element GetFirstElement(const DOMString& name) const;
+    DOM_Element GetNextElement(const DOMString& name) const;
+
     bool HasAttribute(const DOMString& name) const;
     /// Empty if there is no such attribute.
     DOMString GetAttribute(const DOMString& name) const;

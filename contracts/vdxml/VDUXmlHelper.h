@@ -5,8 +5,10 @@
 #include "vdxml/VDUDataBuffer.h"
 
 /// Reading and writing of XML trees. Nothing outside the text itself is ever read: a document type that lies elsewhere is
-/// passed over, with the entities that it alone declares, and any other external entity is an error. Entities are expanded
-/// at most 64 times and elements nest at most 500 deep. Failures are recorded (`VDBaseError`).
+/// passed over, with the entities that it alone declares, and any other external entity is an error. Time and memory stay in
+/// proportion to the text: entities are expanded at most 64 times and with default values add at most 64 KiB, elements nest
+/// at most 500 deep and have at most 1,000 attributes, elements and attributes have at most some 5,000 names, and a document
+/// type declares at most 1,000 entities, attributes and notations. Failures are recorded (`VDBaseError`).
 class VDXML_API VDUXmlHelper
 {
 public:
@@ -19,6 +21,7 @@ public:
 
     /// False, and an empty value, if the element has no such attribute.
     static bool GetAttribute(const DOM_Element& element, const char* name, VDString* value);
+    static bool GetAttribute(const DOM_Element& element, const DOMString& name, VDString* value);
     /// The first child element of this name. False, and a null handle, if there is none.
     static bool GetSingleElementChild(const DOM_Node& parent, const char* name, DOM_Element* child);
 

@@ -4,6 +4,32 @@
 
 DOM_Element::DOM_Element(const DOM_Node& node) : DOM_Node(node.GetNodeType() == VTDomElement ? node : DOM_Node()) {}
 
+namespace {
+
+xercesc::DOMNode* VFFindElement(xercesc::DOMNode* node, const DOMString& name)
+{
+    const auto isWanted = [&name](const xercesc::DOMNode& each) {
+        return each.getNodeType() == xercesc::DOMNode::ELEMENT_NODE && (name.IsEmpty() || name.Str() == each.getNodeName());
+    };
+    while (node != nullptr && !isWanted(*node))
+        node = node->getNextSibling();
+    return node;
+}
+
+}  // namespace
+
+DOM_Element DOM_Element::GetFirstElement(const DOMString& name) const
+{
+    return IsNull() ? DOM_Element()
+                    : VDDomAccess::Make<DOM_Element>(*this, VFFindElement(VDDomAccess::Node(*this)->getFirstChild(), name));
+}
+
+DOM_Element DOM_Element::GetNextElement(const DOMString& name) const
+{
+    return IsNull() ? DOM_Element()
+                    : VDDomAccess::Make<DOM_Element>(*this, VFFindElement(VDDomAccess::Node(*this)->getNextSibling(), name));
+}
+
 bool DOM_Element::HasAttribute(const DOMString& name) const
 {
     return !IsNull() && VDDomAccess::Element(*this)->hasAttribute(name.GetText());

@@ -48,5 +48,5 @@ public:
 /// Makes Xerces ready, once in the process. It stays so: handles may live until the process ends.
 void VFStartXerces();
 
-/// Xerces' own text of an exception, in UTF-8.
-VDString VFXercesText(const XMLCh* message);
+/// A text of Xerces in UTF-8; empty for null.
+VDString VFXercesText(const XMLCh* text);

@@ -66,11 +66,6 @@ void VFStartXerces()
     [[maybe_unused]] static const bool started = (xercesc::XMLPlatformUtils::Initialize(), true);
 }
 
-VDString VFXercesText(const XMLCh* message)
-{
-    return message == nullptr ? VDString() : VDUXmlHelper::DOMToVDString(DOMString(std::u16string(message)));
-}
-
 DOM_Document VDUXmlHelper::ParseXmlFromFile(const char* filename)
 {
     constexpr const char* Routine = "VDUXmlHelper::ParseXmlFromFile";
@@ -99,10 +94,15 @@ DOM_Document VDUXmlHelper::ParseXml(const char* text, int length)
 
 bool VDUXmlHelper::GetAttribute(const DOM_Element& element, const char* name, VDString* value)
 {
-    const DOMString wanted = VDToDOMString(name);
-    const bool found = element.HasAttribute(wanted);
-    *value = found ? DOMToVDString(element.GetAttribute(wanted)) : VDString();
-    return found;
+    return GetAttribute(element, VDToDOMString(name), value);
+}
+
+bool VDUXmlHelper::GetAttribute(const DOM_Element& element, const DOMString& name, VDString* value)
+{
+    const xercesc::DOMAttr* const attribute =
+        element.IsNull() ? nullptr : VDDomAccess::Element(element)->getAttributeNode(name.GetText());
+    *value = attribute != nullptr ? VFXercesText(attribute->getValue()) : VDString();
+    return attribute != nullptr;
 }
 
 bool VDUXmlHelper::GetSingleElementChild(const DOM_Node& parent, const char* name, DOM_Element* child)

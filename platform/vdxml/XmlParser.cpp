@@ -13,14 +13,25 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
+#include <xercesc/util/XMLString.hpp>
 
+#include <bitset>
+#include <functional>
 #include <new>
+#include <random>
+#include <string_view>
 
 namespace {
 
 constexpr XMLSize_t LargestExpansion = 64;
 // Xerces writes trees recursively: what can be read must also be safe to write.
 constexpr int LargestDepth = 500;
+// Xerces' look-ups of names take longer with each name that there is. No format of ours comes near these.
+constexpr XMLSize_t LargestNames = 5'000;
+constexpr XMLSize_t LargestAttributes = 1'000;
+constexpr XMLSize_t LargestDeclarations = 1'000;
+// A tree may hold more characters than its text has bytes only by as much as this.
+constexpr XMLSize_t LargestGrowth = 64 << 10;
 
 // Why a text wasn't taken.
 struct VDXmlRefusal
@@ -32,7 +43,7 @@ struct VDXmlRefusal
 class VDXmlParser : public xercesc::XercesDOMParser, private xercesc::ErrorHandler, private xercesc::XMLEntityResolver
 {
 public:
-    VDXmlParser()
+    explicit VDXmlParser(std::size_t textSize) : room_(textSize + LargestGrowth)
     {
         setValidationScheme(Val_Never);
         setDoNamespaces(false);
@@ -55,6 +66,12 @@ public:
     {
         if (++depth_ > LargestDepth)
             throw VDXmlRefusal{"its elements nest too deep"};
+        if (attributeCount > LargestAttributes)
+            throw VDXmlRefusal{"an element has too many attributes"};
+        if (declaration.getId() > LargestNames)
+            throw VDXmlRefusal{"its elements have too many names"};
+        for (XMLSize_t i = 0; i < attributeCount; ++i)
+            CountAttribute(*attributes.elementAt(i));
         XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
     }
 
@@ -65,7 +82,56 @@ public:
         XercesDOMParser::endElement(declaration, uriId, isRoot, prefix);
     }
 
+    void docCharacters(const XMLCh* const text, const XMLSize_t length, const bool isCData) override
+    {
+        TakeRoom(length);
+        XercesDOMParser::docCharacters(text, length, isCData);
+    }
+
+    void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter, const bool isIgnored) override
+    {
+        CountDeclaration();
+        XercesDOMParser::entityDecl(declaration, isParameter, isIgnored);
+    }
+
+    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute, const bool isIgnored) override
+    {
+        CountDeclaration();
+        XercesDOMParser::attDef(element, attribute, isIgnored);
+    }
+
+    void notationDecl(const xercesc::XMLNotationDecl& notation, const bool isIgnored) override
+    {
+        CountDeclaration();
+        XercesDOMParser::notationDecl(notation, isIgnored);
+    }
+
 private:
+    /// Entities and default values make more of a text than it is; how much more has an end.
+    void TakeRoom(XMLSize_t characters)
+    {
+        if (characters > room_)
+            throw VDXmlRefusal{"it grows too much when its entities are expanded"};
+        room_ -= characters;
+    }
+
+    void CountDeclaration()
+    {
+        if (++declarations_ > LargestDeclarations)
+            throw VDXmlRefusal{"it declares too much"};
+    }
+
+    void CountAttribute(const xercesc::XMLAttr& attribute)
+    {
+        const std::u16string_view name = attribute.getQName();
+        TakeRoom(name.size() + xercesc::XMLString::stringLen(attribute.getValue()));
+        // A name counts by its place in a table; chance makes sure that nobody can choose names of one place.
+        const std::size_t place = ((std::hash<std::u16string_view>()(name) ^ chance_) * 0x9E3779B97F4A7C15U) >> 48;
+        if (!attributeNames_[place] && ++attributeNameCount_ > LargestNames)
+            throw VDXmlRefusal{"its attributes have too many names"};
+        attributeNames_[place] = true;
+    }
+
     using xercesc::XercesDOMParser::error;  // the scanner's own reports go on to the handler below
     void warning(const xercesc::SAXParseException&) override {}
     void error(const xercesc::SAXParseException& fault) override { Refuse(fault); }
@@ -87,6 +153,11 @@ private:
 
     xercesc::SecurityManager limits_;
     int depth_ = 0;
+    XMLSize_t room_;  ///< for characters still to come
+    XMLSize_t declarations_ = 0;
+    std::bitset<65'536> attributeNames_;
+    XMLSize_t attributeNameCount_ = 0;
+    const std::size_t chance_ = std::random_device()();
 };
 
 }  // namespace
@@ -97,7 +168,7 @@ DOM_Document VFParseXmlText(std::string_view text, const char* filename, const c
     VDString reason;
     try {
         const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(), "xml");
-        VDXmlParser parser;
+        VDXmlParser parser(text.size());
         parser.parse(source);
         return VDDomAccess::Adopt(parser.adoptDocument());
     } catch (const VDXmlRefusal& refusal) {

@@ -1,3 +1,4 @@
+#include "VDDomAccess.h"
 #include "vdxml/VDUXmlHelper.h"
 
 #include <array>
@@ -20,8 +21,12 @@ char32_t VFTakeUtf8(std::string_view* text)
 {
     static constexpr std::array<char32_t, 5> Smallest = {0, 0, 0x80, 0x800, 0x10000};
     const auto lead = static_cast<unsigned char>(text->front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 0;
-    char32_t character = length > 1 ? lead & (0x7Fu >> length) : lead;
+    if (lead < 0x80) {
+        text->remove_prefix(1);
+        return lead;
+    }
+    const std::size_t length = lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 0;
+    char32_t character = lead & (0x7Fu >> length);
     bool valid = length != 0 && length <= text->size();
     for (std::size_t at = 1; valid && at < length; ++at) {
         const auto byte = static_cast<unsigned char>((*text)[at]);
@@ -33,14 +38,16 @@ char32_t VFTakeUtf8(std::string_view* text)
     return valid ? character : lead;
 }
 
-void VFAppendUtf16(std::u16string* text, char32_t character)
+/// @return behind what was put
+char16_t* VFPutUtf16(char16_t* to, char32_t character)
 {
     if (character < 0x10000) {
-        *text += static_cast<char16_t>(character);
-        return;
+        *to++ = static_cast<char16_t>(character);
+        return to;
     }
-    *text += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-    *text += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+    *to++ = static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+    *to++ = static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+    return to;
 }
 
 char32_t VFTakeUtf16(std::u16string_view* text)
@@ -77,6 +84,15 @@ void VFAppendUtf8(std::string* text, char32_t character)
     put(0x80 | (character & 0x3F));
 }
 
+VDString VFToUtf8(std::u16string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty())
+        VFAppendUtf8(&result, VFTakeUtf16(&text));
+    return VDString(std::move(result));
+}
+
 }  // namespace
 
 DOMString VDUXmlHelper::VDToDOMString(const char* text)
@@ -89,25 +105,28 @@ DOMString VDUXmlHelper::VDToDOMString(const char* text)
 bool VDUXmlHelper::VDToDOMString(const char* text, DOMString* result)
 {
     std::string_view rest = text == nullptr ? "" : text;
-    std::u16string units;
-    units.reserve(rest.size());
+    // The memory of the result serves again. No character takes more units than bytes.
+    std::u16string units = result->Release();
+    units.resize(rest.size());
+    char16_t* to = units.data();
     bool isExact = true;
     while (!rest.empty()) {
         const char32_t character = VFTakeUtf8(&rest);
         const bool isAllowed = VFIsXmlCharacter(character);
         isExact = isExact && isAllowed;
-        VFAppendUtf16(&units, isAllowed ? character : Replacement);
+        to = VFPutUtf16(to, isAllowed ? character : Replacement);
     }
+    units.resize(static_cast<std::size_t>(to - units.data()));
     *result = DOMString(std::move(units));
     return isExact;
 }
 
 VDString VDUXmlHelper::DOMToVDString(const DOMString& text)
 {
-    std::u16string_view rest = text.Str();
-    std::string result;
-    result.reserve(rest.size());
-    while (!rest.empty())
-        VFAppendUtf8(&result, VFTakeUtf16(&rest));
-    return VDString(std::move(result));
+    return VFToUtf8(text.Str());
+}
+
+VDString VFXercesText(const XMLCh* text)
+{
+    return text == nullptr ? VDString() : VFToUtf8(text);
 }

@@ -53,11 +53,9 @@ private:
     }
 
     /// @param holder  what the attribute belongs to, for a report
-    static bool SetAttributeValue(DOM_Element& element, const DOMString& name, const VDString& value,
-                                  const VDString& holder = {})
+    bool SetAttributeValue(DOM_Element& element, const DOMString& name, const VDString& value, const VDString& holder = {})
     {
-        DOMString text;
-        return (VDUXmlHelper::VDToDOMString(value, &text) && element.SetAttribute(name, text)) ||
+        return (VDUXmlHelper::VDToDOMString(value, &text_) && element.SetAttribute(name, text_)) ||
                ReportAttribute(name, holder);
     }
 
@@ -120,6 +118,7 @@ private:
     DOM_Document& document_;
     std::array<DOMString, std::size(XmlTypeWords)> words_;
     bool isChannel_ = false;
+    DOMString text_;  ///< of one attribute; its memory serves them all
 };
 
 }  // namespace

@@ -23,20 +23,12 @@ bool Report(int code)
     return VFDaxReportError(code, Routine) != 0;
 }
 
-bool GetAttribute(const DOM_Element& element, const DOMString& name, VDString* value)
-{
-    if (!element.HasAttribute(name))
-        return false;
-    *value = VDUXmlHelper::DOMToVDString(element.GetAttribute(name));
-    return true;
-}
-
 /// Calls `function` for each child element of this name until it gives false.
 template <class Function>
 bool ForEachChild(const DOM_Element& parent, const DOMString& name, Function function)
 {
-    for (DOM_Node node = parent.GetFirstChild(); !node.IsNull(); node = node.GetNextSibling())
-        if (node.GetNodeType() == VTDomElement && node.GetNodeName() == name && !function(DOM_Element(node)))
+    for (DOM_Element child = parent.GetFirstElement(name); !child.IsNull(); child = child.GetNextElement(name))
+        if (!function(child))
             return false;
     return true;
 }
@@ -52,16 +44,10 @@ public:
 
     bool Read(const DOM_Element& root)
     {
-        for (DOM_Node node = root.GetFirstChild(); !node.IsNull(); node = node.GetNextSibling()) {
-            if (node.GetNodeType() != VTDomElement)
-                continue;
-            const DOMString name = node.GetNodeName();
-            if (name == XmlName::Test && !ReadTest(DOM_Element(node)))
-                return false;
-            if (name == XmlName::Channel && !ReadChannel(DOM_Element(node)))
-                return false;
-        }
-        return true;
+        return ForEachChild(root, DOMString(), [this](const DOM_Element& element) {
+            const DOMString name = element.GetNodeName();
+            return name == XmlName::Test ? ReadTest(element) : name != XmlName::Channel || ReadChannel(element);
+        });
     }
 
 private:
@@ -75,7 +61,7 @@ private:
     bool ReadChannel(const DOM_Element& channel)
     {
         VDString text;
-        if (!GetAttribute(channel, XmlName::Number, &text))
+        if (!VDUXmlHelper::GetAttribute(channel, XmlName::Number, &text))
             return Report(DaxError::XmlNoNumber);
         std::int64_t number = 0;
         const bool isNumber = VFAscToNum(text, &number);
@@ -87,7 +73,7 @@ private:
         }
         number_ = isNumber && number >= 0 ? std::optional<long>(number) : std::nullopt;
         title_.reset();
-        if (VDString title; GetAttribute(channel, XmlName::Title, &title))
+        if (VDString title; VDUXmlHelper::GetAttribute(channel, XmlName::Title, &title))
             title_ = title;
         return ReadSets(channel);
     }
@@ -100,7 +86,7 @@ private:
     bool ReadSet(const DOM_Element& set)
     {
         VDString name;
-        if (!GetAttribute(set, XmlName::Name, &name))
+        if (!VDUXmlHelper::GetAttribute(set, XmlName::Name, &name))
             return Report(DaxError::XmlSetName);
         if (!ForEachChild(set, XmlName::Item, [&](const DOM_Element& item) { return ReadItem(item, name); }))
             return false;
@@ -113,11 +99,11 @@ private:
     bool ReadItem(const DOM_Element& element, const VDString& set)
     {
         XmlItem item;
-        if (!GetAttribute(element, XmlName::Name, &item.name))
+        if (!VDUXmlHelper::GetAttribute(element, XmlName::Name, &item.name))
             return Report(DaxError::XmlItemName);
-        GetAttribute(element, XmlName::Type, &item.type);
-        item.undefined = !GetAttribute(element, XmlName::Value, &item.value);
-        if (VDString defined; item.undefined && GetAttribute(element, XmlName::Defined, &defined))
+        VDUXmlHelper::GetAttribute(element, XmlName::Type, &item.type);
+        item.undefined = !VDUXmlHelper::GetAttribute(element, XmlName::Value, &item.value);
+        if (VDString defined; item.undefined && VDUXmlHelper::GetAttribute(element, XmlName::Defined, &defined))
             item.undefinedText = defined.CompareNoCase("False") == 0;
         return AddItem(set, item);
     }
@@ -138,7 +124,8 @@ bool CheckVersion(const DOM_Element& root)
 {
     VDString text;
     double version = 0;
-    return (GetAttribute(root, XmlName::Version, &text) && VFAscToNum(text, &version) && VFRequal(version, 1.0, 1.00001)) ||
+    return (VDUXmlHelper::GetAttribute(root, XmlName::Version, &text) && VFAscToNum(text, &version) &&
+            VFRequal(version, 1.0, 1.00001)) ||
            Report(DaxError::XmlVersion);
 }
 
@@ -158,8 +145,7 @@ bool VDXmlMetaDataTranslator::XmlToMetaDataSet(DOM_Element element, VDArrayWithS
     try {
         channels.Sort();
         DOM_Element root = element;
-        if (!(element.GetNodeName() == XmlName::Root) &&
-            !VDUXmlHelper::GetSingleElementChild(element, "VardoMetaData", &root))
+        if (element.GetNodeName() != XmlName::Root && !VDUXmlHelper::GetSingleElementChild(element, "VardoMetaData", &root))
             return true;
         found = 1;
         return CheckVersion(root) && VDMetaDataXmlReader(*mapper, channels).Read(root);

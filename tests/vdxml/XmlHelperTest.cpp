@@ -112,12 +112,37 @@ TEST(XmlHelper, NothingOutsideIsReadAndExpansionEnds)
     for (const char* use : {"]><a>&e9;</a>", "]><a b='&e9;'/>"})
         EXPECT_TRUE(VDUXmlHelper::ParseXml((bomb + use).c_str()).IsNull()) << use;
     EXPECT_EQ(Text(VDUXmlHelper::ParseXml("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;&e;</a>").GetDocumentElement()), "<a>xx</a>");
+}
 
-    std::string deep;
-    while (deep.size() < 300000)
-        deep += "<a>";
-    EXPECT_TRUE(VDUXmlHelper::ParseXml(deep.c_str()).IsNull());
-    ExpectError(VDBaseError::XmlParse, "nest too deep");
+// Texts whose tree, or the time for it, is out of proportion to them.
+TEST(XmlHelper, TimeAndMemoryStayInProportionToTheText)
+{
+    // The pattern many times over, with the number of the copy for each "#".
+    const auto many = [](int copies, const std::string& pattern) {
+        std::string text;
+        for (int copy = 0; copy < copies; ++copy)
+            for (const char each : pattern)
+                text += each == '#' ? std::to_string(copy) : std::string(1, each);
+        return text;
+    };
+    const std::string large(100'000, 'x');
+    using Row = std::pair<std::string, const char*>;
+    for (const auto& [text, reason] :
+         {Row(many(100'000, "<a>"), "nest too deep"), Row("<a " + many(2'000, "b#='' ") + "/>", "too many attributes"),
+          Row("<a>" + many(10'000, "<b#/>") + "</a>", "elements have too many names"),
+          Row("<a>" + many(10'000, "<b c#=''/>") + "</a>", "attributes have too many names"),
+          Row("<!DOCTYPE a [" + many(2'000, "<!ENTITY e# 'x'>") + "]><a/>", "declares too much"),
+          Row("<!DOCTYPE a [" + many(2'000, "<!ATTLIST e# b CDATA 'x'>") + "]><a/>", "declares too much"),
+          Row("<!DOCTYPE a [" + many(2'000, "<!NOTATION e# SYSTEM 'x'>") + "]><a/>", "declares too much"),
+          Row("<!DOCTYPE a [<!ENTITY e '" + large + "'>]><a>&e;&e;&e;</a>", "grows too much"),
+          Row("<!DOCTYPE a [<!ATTLIST b c CDATA '" + large + "'>]><a><b/><b/><b/></a>", "grows too much")}) {
+        VFErrorClear();
+        EXPECT_TRUE(VDUXmlHelper::ParseXml(text.c_str()).IsNull()) << reason;
+        ExpectError(VDBaseError::XmlParse, reason);
+    }
+    EXPECT_FALSE(
+        VDUXmlHelper::ParseXml(("<a>" + many(20'000, "<b c='&lt;'>" + large.substr(0, 20) + "</b>") + "</a>").c_str())
+            .IsNull());
 }
 
 TEST(XmlHelper, WritesWhatItReads)
