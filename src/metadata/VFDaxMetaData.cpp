@@ -94,13 +94,15 @@ bool VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets2(LQChannelMa
     const VDMetaDataCopyOptions options = {
         .mode = mode, .overwrite = overwrite, .attributes = attributes, .testInfo = testInfo, .check = check, .sets = &sets};
     const char* const routine = __func__;
-    return source != nullptr && target != nullptr &&
-           VFGuardMetaData([&] { return VFCopyMetaDataSelectedSets(*source, sourceIndex, *target, targetIndex, options, routine); });
+    return source != nullptr && target != nullptr && VFGuardMetaData([&] {
+               return VFCopyMetaDataSelectedSets(*source, sourceIndex, *target, targetIndex, options, routine);
+           });
 }
 
 bool VFDaxMergeMetadata(LQChannelMapper* target, LQChannelMapper* source, bool overwrite)
 {
-    return target != nullptr && source != nullptr && VFGuardMetaData([&] { return VFMergeMetaData(*target, *source, overwrite); });
+    return target != nullptr && source != nullptr &&
+           VFGuardMetaData([&] { return VFMergeMetaData(*target, *source, overwrite); });
 }
 
 LQChannelMapper* VFDaxCloneMapper(LQChannelMapper* source)
