@@ -20,6 +20,7 @@
 #include "daxlib/VDChanSep.h"
 #include "daxlib/VDFileIdPreferences.h"
 #include "daxlib/VDGeneralFiles.h"
+#include "daxlib/VDMetaDataConfiguration.h"
 #include "daxlib/VDMetaDataReader.h"
 #include "daxlib/VDProgressObject.h"
 #include "daxlib/VDXmlMetaDataTranslator.h"

@@ -1,12 +1,10 @@
 #pragma once
 
-/// Runs the work of an exported function; whatever it throws is a failure.
+#include "frame/ExportedWrapper.h"
+
+/// Runs the work of an exported function; whatever it throws is recorded under the function's name and a failure.
 template <class Work>
-auto VFGuardMetaData(Work work) noexcept -> decltype(work())
+auto VFGuardMetaData(Work work, const char* routine = __builtin_FUNCTION()) noexcept -> decltype(work())
 {
-    try {
-        return work();
-    } catch (...) {
-        return {};
-    }
+    return VFExport(routine, work);
 }

@@ -12,17 +12,18 @@
 
 namespace {
 
-bool CopyAll(LQChannelMapper* source, LQChannelMapper* target, const VDMetaDataCopyOptions& options)
+bool CopyAll(LQChannelMapper* source, LQChannelMapper* target, const VDMetaDataCopyOptions& options,
+             const char* routine = __builtin_FUNCTION())
 {
     return source != nullptr && target != nullptr &&
-           VFGuardMetaData([&] { return VFCopyMetaDataMapper(*source, *target, options); });
+           VFGuardMetaData([&] { return VFCopyMetaDataMapper(*source, *target, options); }, routine);
 }
 
 bool CopyOne(LQChannelMapper* source, int sourceIndex, LQChannelMapper* target, int targetIndex,
-             const VDMetaDataCopyOptions& options)
+             const VDMetaDataCopyOptions& options, const char* routine = __builtin_FUNCTION())
 {
     return source != nullptr && target != nullptr &&
-           VFGuardMetaData([&] { return VFCopyMetaDataSlot(*source, sourceIndex, *target, targetIndex, options); });
+           VFGuardMetaData([&] { return VFCopyMetaDataSlot(*source, sourceIndex, *target, targetIndex, options); }, routine);
 }
 
 }  // namespace

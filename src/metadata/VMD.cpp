@@ -11,14 +11,17 @@ VDVmdFile* VMDCreate()
 
 int VMDRelease(VDVmdFile* sidecar)
 {
-    if (!VFCheckHandle(sidecar, __func__))
-        return 0;
-    if (sidecar->Release() > 0)
-        return 1;
-    // The object's end must not hide that its last writing failed.
-    const int written = VFForward<&VDVmdFile::Close>(sidecar, __func__);
-    delete sidecar;
-    return written;
+    const char* const routine = __func__;
+    return VFExport(routine, [=] {
+        if (!VFCheckHandle(sidecar, routine))
+            return 0;
+        if (sidecar->Release() > 0)
+            return 1;
+        // The object's end must not hide that its last writing failed.
+        const int written = VFForward<&VDVmdFile::Close>(sidecar, routine);
+        delete sidecar;
+        return written;
+    });
 }
 
 int VMDAdopt(VDVmdFile* sidecar, const char* filename, bool readMode)
@@ -48,7 +51,7 @@ int VMDClear(VDVmdFile* sidecar)
 
 int VMDCreateFilenameFromFileId(VDFileId* id, VDString* filename)
 {
-    return VFSidecarFilename(id, filename) ? 1 : 0;
+    return VFExport(__func__, [=] { return VFSidecarFilename(id, filename) ? 1 : 0; });
 }
 
 int VMDSetChannelNumberList(VDVmdFile* sidecar, const VDArrayWithSort<long>& numbers)

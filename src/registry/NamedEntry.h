@@ -27,12 +27,3 @@ VDNamedEntry<Entry> VFFindNamedEntry(const VDArray<std::unique_ptr<Entry>>& entr
     }
     return {};
 }
-
-/// Replaces a list by copies of the elements of another.
-template <class Entry>
-void VFCloneEntries(VDArray<std::unique_ptr<Entry>>& target, const VDArray<std::unique_ptr<Entry>>& source)
-{
-    target.Clear();
-    for (const std::unique_ptr<Entry>& entry : source)
-        target.AppendItem(std::make_unique<Entry>(*entry));
-}

@@ -1,6 +1,7 @@
 #include "daxlib/VDGeneralFileAccessType.h"
 
 #include "NamedEntry.h"
+#include "frame/CloneEntries.h"
 
 VDGeneralFileAccessType::VDGeneralFileAccessType(int id, VDString name, char enabled)
     : id_(id), name_(name), enabled_(enabled)

@@ -1,6 +1,7 @@
 #include "daxlib/VDGeneralFiles.h"
 
 #include "NamedEntry.h"
+#include "frame/CloneEntries.h"
 
 VDGeneralFiles::VDGeneralFiles() = default;
 
