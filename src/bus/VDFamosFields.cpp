@@ -162,6 +162,7 @@ bool VDFamosFields::ReadInteger(std::int64_t* value)
 
 bool VDFamosFields::ReadDouble(double* value)
 {
+    hasReported_ = false;
     if (ReadDecimal(value))
         return true;
     int bits = 0;
@@ -173,7 +174,8 @@ bool VDFamosFields::ReadDouble(double* value)
         return false;
     if (!calculator_.has_value())
         calculator_.emplace();
-    return calculator_->EvaluateToDouble(field_.c_str(), value);
+    hasReported_ = !calculator_->EvaluateToDouble(field_.c_str(), value);
+    return !hasReported_;
 }
 
 bool VDFamosFields::ReadString(VDString* text)

@@ -35,6 +35,8 @@ public:
     bool ReadInteger(std::int64_t* value);
     /// The same; what is no number is evaluated as an expression.
     bool ReadDouble(double* value);
+    /// Whether the last double field was no expression either, and the calculator's report says why.
+    bool HasReported() const { return hasReported_; }
     /// A length, so many bytes as they stand, then every byte up to and including the next "," or ";".
     bool ReadString(VDString* text);
 
@@ -57,4 +59,5 @@ private:
     std::unique_ptr<char[]> window_;
     std::string field_;
     std::optional<VDCalculator> calculator_;
+    bool hasReported_ = false;
 };

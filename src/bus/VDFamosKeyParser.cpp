@@ -47,7 +47,7 @@ bool VDFamosKeyParser::Run()
         if (!ReadKey(&key))
             return false;
         if (const int code = Dispatch(key); code != 0)
-            return VFDaxReportError(code, "VDFamosUtil::ParseFile") != 0;
+            return VFDaxReport(code, "VDFamosUtil::ParseFile", {.chain = fields_.HasReported() ? 1 : 0}) != 0;
         ++keyNumber_;
         previousKey_ = key.name;
     } while (!fields_.IsAtEnd());
