@@ -45,8 +45,7 @@ const char* Verdict(bool kept)
 
 }  // namespace
 
-int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times,
-                   BenchTimes* bestTimes)
+int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, BenchTimes* bestTimes)
 {
     // Defaults in front, so that the command line may override them.
     std::vector<std::string> texts = {argv[0], "--benchmark_repetitions=9", "--benchmark_enable_random_interleaving=true",
@@ -78,12 +77,6 @@ int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios,
         const bool kept = ratio.atLeast ? figure >= ratio.limit : figure <= ratio.limit;
         std::printf("%-34s %-24s %10.3f %s %8.3g  %s\n", ratio.name.c_str(), ratio.reference.c_str(), figure,
                     ratio.atLeast ? ">=" : "<=", ratio.limit, Verdict(kept));
-    }
-    for (const BenchTime& time : times) {
-        const double seconds = best.Get(time.name);
-        status = seconds <= 0 ? 1 : status;
-        std::printf("%-34s %-24s %7.3f us <= %5.3g us  %s\n", time.name.c_str(), "the clock", seconds * 1e6,
-                    time.limitSeconds * 1e6, Verdict(seconds > 0 && seconds <= time.limitSeconds));
     }
     return status;
 }

@@ -14,19 +14,13 @@ struct BenchRatio
     bool atLeast = false;  ///< the ratio must not be below the limit; otherwise not above it
 };
 
-/// A time that is promised as such.
-struct BenchTime
-{
-    std::string name;
-    double limitSeconds;
-};
-
-/// Seconds that an iteration took in the best run, by the benchmark's name.
+/// Seconds that an iteration took in the best run, by the benchmark's name: of the processor, or by the clock for benchmarks
+/// that ask for it (`UseRealTime`, `UseManualTime`).
 using BenchTimes = std::map<std::string, double>;
 
-/// Runs the program's benchmarks several times in random order and prints, for each ratio and time, the figure of the best
-/// runs beside what is promised. `--benchmark_...` arguments go to the benchmark library.
+/// Runs the program's benchmarks several times in random order and prints, for each ratio, the figure of the best runs
+/// beside what is promised. Nothing is promised against the clock: a machine may be twice as slow tomorrow.
+/// `--benchmark_...` arguments go to the benchmark library.
 /// @param best  takes what was measured; may be null
 /// @return the process's exit status: 0, or 1 if a benchmark that is asked for did not run
-int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, const std::vector<BenchTime>& times = {},
-                   BenchTimes* best = nullptr);
+int RunBenchRatios(int argc, char** argv, const std::vector<BenchRatio>& ratios, BenchTimes* best = nullptr);

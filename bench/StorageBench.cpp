@@ -260,7 +260,7 @@ int RunSize(std::int64_t mebibytes, int argc, char** argv, const std::vector<Ben
 #ifdef DAX_HAVE_HDF5
     prepared = prepared && MakeFiles<Hdf5File>("Hdf5");
 #endif
-    const int status = prepared ? RunBenchRatios(argc, argv, ratios, {}, times) : 1;
+    const int status = prepared ? RunBenchRatios(argc, argv, ratios, times) : 1;
     for (const auto& entry : std::filesystem::directory_iterator(VVFolder))
         std::filesystem::remove(entry);
     return status;
