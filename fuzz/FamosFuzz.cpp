@@ -1,14 +1,38 @@
-// Opens the input as a Famos file.
+// Opens the input as a Famos file and reads the values of its components.
 
 #include "FuzzFile.h"
 #include "bus/VDFamosUtil.h"
+#include "bus/VDFamosValues.h"
+
+#include <algorithm>
+
+namespace {
+
+void ReadValues(const char* filename, const VDFamosHeader& header)
+{
+    constexpr std::int64_t most = 1000;
+    double points[most];
+    VDIo io(filename);
+    if (!io.Open(VTOpenRead))
+        return;
+    VDFamosValues values(io, header);
+    for (std::size_t group = 0; group < header.groups.size(); ++group)
+        for (std::size_t index = 0; index < header.groups[group].components.size(); ++index)
+            if (values.SetComponent(group, index)) {
+                values.Read(0, std::min(values.GetCount(), most), points);
+                values.Read(values.GetCount() - 1, 1, points);
+            }
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static FuzzFile file(".dat");
     VDFamosUtil famos;
     unsigned long count = 0;
-    if (famos.Open(VDString(file.Write(FuzzText(data, size))), ""))
-        famos.GetChannelCount(&count);
+    const char* const filename = file.Write(FuzzText(data, size));
+    if (famos.Open(VDString(filename), "") && famos.GetChannelCount(&count))
+        ReadValues(filename, famos.GetHeader());
     return 0;
 }

@@ -81,7 +81,9 @@ struct VDFamosGroup
     std::vector<VDFamosComponent> components;
 };
 
-/// One buffer of a component buffer key (`Cb`).
+/// One buffer of a component buffer key (`Cb`). Its integers are: reference, by which components name it; index of the
+/// samples; first byte in the samples; size in bytes; byte of the buffer with which the values begin, as it is a ring; and
+/// bytes that are filled.
 struct VDFamosBuffer
 {
     int integers[6] = {-1, -1, -1, -1, -1, -1};
@@ -90,6 +92,7 @@ struct VDFamosBuffer
 
 struct VDFamosBufferDescription
 {
+    std::size_t numGroups = 0;  ///< groups of the file up to the key, the group that it belongs to included
     int bufferCount = -1;
     int userInfoBytes = -1;
     std::vector<VDFamosBuffer> buffers;

@@ -244,6 +244,7 @@ int VDFamosKeyParser::ReadBufferDescription(const Key&)
         good = ReadBuffer(&description);
     if (!good)
         return DaxError::FamosBufferKey;
+    description.numGroups = header_.groups.size();
     header_.bufferDescriptions.push_back(std::move(description));
     return 0;
 }

@@ -1,7 +1,12 @@
 #include "bus/VDFamosUtil.h"
+#include "bus/VDFamosValues.h"
 #include "support/FamosBuilder.h"
 #include "support/TestSupport.h"
 #include "vdbase/VDBaseErrorCodes.h"
+
+#include <algorithm>
+
+#include <algorithm>
 
 namespace {
 
@@ -20,8 +25,30 @@ protected:
         return count;
     }
 
+    // Of the first component: all at once, and they must be the same one by one.
+    std::vector<double> Values()
+    {
+        VFErrorClear();
+        VDIo file(folder_.Name("a.dat").c_str());
+        EXPECT_TRUE(file.Open(VTOpenRead));
+        VDFamosValues reader(file, famos_.GetHeader());
+        const bool isSet = reader.SetComponent(0, 0);
+        std::vector<double> values(static_cast<std::size_t>(reader.GetCount()));
+        EXPECT_TRUE(reader.Read(0, reader.GetCount(), values.data()));
+        for (std::size_t index = 0; index < values.size(); ++index) {
+            double value = 0;
+            EXPECT_TRUE(reader.Read(static_cast<std::int64_t>(index), 1, &value));
+            EXPECT_EQ(value, values[index]);
+        }
+        double beyond = 0;
+        EXPECT_FALSE(isSet && reader.Read(reader.GetCount(), 1, &beyond));
+        isCut_ = reader.IsCut();
+        return values;
+    }
+
     TestFolder folder_;
     VDFamosUtil famos_;
+    bool isCut_ = false;
 };
 
 // The keys of a group up to its component.
@@ -169,6 +196,90 @@ TEST_F(FamosFileTest, ChecksNameAndExtension)
     EXPECT_FALSE(famos_.Open(VDString(folder_.Write("b.dat", FamosStart())), VDString(folder_.Write("b.dbc", "BU_:\n"))));
     EXPECT_TRUE(VFErrorCheck(-334381));
     EXPECT_FALSE(VFErrorCheck(-332782));
+}
+
+// All number formats, in both orders of bytes.
+TEST_F(FamosFileTest, ReadsValuesOfEachFormat)
+{
+    const struct
+    {
+        int format;
+        std::string bytes;  // lowest first
+        double value;
+    } cases[] = {
+        {1, "\xFE", 254},
+        {2, "\xFE", -2},
+        {3, "\xFE\xFF", 65534},
+        {4, "\xFE\xFF", -2},
+        {5, "\xFE\xFF\xFF\xFF", 4294967294},
+        {6, "\xFE\xFF\xFF\xFF", -2},
+        {7, std::string("\0\0\xC0\xBF", 4), -1.5},
+        {8, std::string("\0\0\0\0\0\0\xF8\xBF", 8), -1.5},
+        {11, "\x01\x80", 32769},
+        {13, "\xFF\xFF\xFF\xFF\xFF\xFF", 281474976710655},
+    };
+    for (const auto& good : cases)
+        for (const bool highestFirst : {false, true}) {
+            SCOPED_TRACE(good.format);
+            std::string bytes = good.bytes;
+            if (highestFirst)
+                std::reverse(bytes.begin(), bytes.end());
+            const std::string size = std::to_string(bytes.size());
+            ASSERT_TRUE(Open(FamosKey("CF", highestFirst ? "2" : "1", 2) + FamosKey("CK", "1,1") + VVGroup + VVComponent +
+                             FamosKey("CP", "1," + size + "," + std::to_string(good.format) + ",8,0,0,1,0") +
+                             FamosKey("CR", "1,0.5,3,1,0,") + FamosKey("Cb", "1,0,1,1,0," + size + ",0," + size + ",0,0,") +
+                             FamosSamples(bytes)));
+            EXPECT_EQ(Values(), std::vector<double>{good.value * 0.5 + 3});
+        }
+}
+
+// Buffers in pieces, rings that begin anywhere, packets with values of others between.
+TEST_F(FamosFileTest, ReadsValuesInPieces)
+{
+    std::string samples;
+    for (char byte = 0; byte < 100; ++byte)
+        samples += byte;
+    const struct
+    {
+        std::string packet;   // offset, values in a row, bytes between
+        std::string buffers;  // of the key
+        std::vector<double> values;
+    } cases[] = {
+        {"0,1,0", "1,0,1,1,10,3,0,3,0,0,", {10, 11, 12}},
+        {"1,2,3", "1,0,1,1,10,12,0,12,0,0,", {11, 12, 16, 17, 21}},
+        {"0,1,0", "1,0,1,1,10,4,3,4,0,0,", {13, 10, 11, 12}},
+        {"1,1,1", "1,0,1,1,10,4,3,4,0,0,", {10, 12}},
+        {"0,1,0", "3,1,1,1,10,2,2,1,0,0,x,9,1,0,5,0,5,0,0,x,1,1,90,9,8,2,0,0,x", {10, 98, 90}},
+        {"0,1,0", "1,0,1,1,10,3,0,0,0,0,", {}},
+        {"5,1,0", "1,0,1,1,10,3,0,3,0,0,", {}},
+    };
+    const auto content = [&samples](const std::string& packet, const std::string& buffers) {
+        return FamosStart() + VVGroup + VVComponent + FamosKey("CP", "1,1,1,8,0," + packet) + FamosKey("Cb", buffers) +
+               FamosSamples(samples);
+    };
+    for (const auto& good : cases) {
+        SCOPED_TRACE(good.buffers);
+        ASSERT_TRUE(Open(content(good.packet, good.buffers)));
+        EXPECT_EQ(Values(), good.values);
+        EXPECT_FALSE(isCut_);
+    }
+    for (const std::string& bad : std::vector<std::string>{
+             "1,0,2,1,0,3,0,3,0,0,", "1,0,1,2,0,3,0,3,0,0,", "1,0,1,1,-1,3,0,3,0,0,", "1,0,1,1,0,101,0,3,0,0,",
+             "1,0,1,1,98,3,0,3,0,0,", "1,0,1,1,0,3,4,3,0,0,", "1,0,1,1,0,3,0,4,0,0,"}) {
+        ASSERT_TRUE(Open(content("0,1,0", bad)));
+        EXPECT_EQ(Values(), std::vector<double>{}) << bad;
+        ExpectError(-332795, {}, "VDFamosValues::SetComponent");
+    }
+    for (const std::string& bad : std::vector<std::string>{"-1,1,0", "0,0,0", "0,1,-1"}) {
+        ASSERT_TRUE(Open(content(bad, "1,0,1,1,10,3,0,3,0,0,")));
+        EXPECT_EQ(Values(), std::vector<double>{}) << bad;
+        ExpectError(-332794);
+    }
+    // A file that ends inside the ring has what comes before that.
+    const std::string whole = content("0,1,0", "1,0,1,1,0,100,95,100,0,0,");
+    ASSERT_TRUE(Open(whole.substr(0, whole.size() - 4)));
+    EXPECT_EQ(Values(), (std::vector<double>{95, 96}));
+    EXPECT_TRUE(isCut_);
 }
 
 // A file cut off anywhere is refused or read; it never does harm.

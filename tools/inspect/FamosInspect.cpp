@@ -1,10 +1,14 @@
 #include "FamosInspect.h"
 
 #include "bus/VDFamosUtil.h"
+#include "bus/VDFamosValues.h"
 
 #include "vdbase/VDUnicodeString.h"
 
+#include <algorithm>
+#include <limits>
 #include <sstream>
+#include <vector>
 
 namespace {
 
@@ -27,7 +31,56 @@ Json Buffers(const VDFamosHeader& header)
     return buffers;
 }
 
+Json ValuesOf(VDFamosValues& values)
+{
+    constexpr std::int64_t piece = 10'000;
+    const std::int64_t count = values.GetCount();
+    std::vector<double> points(static_cast<std::size_t>(std::min(count, piece)));
+    Json result = {{"points", count}, {"cut", values.IsCut()}};
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    double sum = 0;
+    for (std::int64_t first = 0; first < count; first += piece) {
+        const std::int64_t part = std::min(piece, count - first);
+        if (!values.Read(first, part, points.data()))
+            return result;
+        if (first == 0)
+            result["first"] = points[0];
+        for (std::int64_t index = 0; index < part; ++index) {
+            const double value = points[static_cast<std::size_t>(index)];
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+            sum += value;
+        }
+        result["last"] = points[static_cast<std::size_t>(part - 1)];
+    }
+    if (count > 0)
+        result.update({{"min", least}, {"max", greatest}, {"sum", sum}});
+    return result;
+}
+
 }  // namespace
+
+bool VFInspectFamosValues(const std::string& filename, Json* document)
+{
+    VDFamosUtil famos;
+    VDIo file(filename.c_str());
+    if (!famos.Open(VDString(filename), "") || !file.Open(VTOpenRead))
+        return false;
+    VDFamosValues values(file, famos.GetHeader());
+    Json& list = (*document)["components"] = Json::array();
+    for (std::size_t group = 0; group < famos.GetHeader().groups.size(); ++group) {
+        const auto& components = famos.GetHeader().groups[group].components;
+        for (std::size_t index = 0; index < components.size(); ++index) {
+            const auto& names = components[index].channelNames;
+            Json entry = {{"name", names.empty() ? "" : VFTextAsUtf8(names[0].name).Str()}};
+            if (values.SetComponent(group, index))
+                entry.update(ValuesOf(values));
+            list.push_back(std::move(entry));
+        }
+    }
+    return true;
+}
 
 bool VFInspectFamos(const std::string& filename, const std::string& database, Json* document)
 {

@@ -40,8 +40,10 @@ int main(int argc, char** argv)
     std::string filename;
     std::string database;
     bool json = false;
+    bool values = false;
     famos.add_option("FILE", filename, "The file")->required();
     famos.add_option("--dbc", database, "CAN database for a time-stamped file")->type_name("DBCFILE");
+    famos.add_flag("--values", values, "Show the values of each component in short");
     famos.add_flag("--json", json, "Print the result, or the errors, as JSON");
     try {
         program.parse(argc, argv);
@@ -50,7 +52,7 @@ int main(int argc, char** argv)
     }
 
     Json document;
-    if (!VFInspectFamos(filename, database, &document))
+    if (!(values ? VFInspectFamosValues(filename, &document) : VFInspectFamos(filename, database, &document)))
         return PrintErrors(json);
     Print(json ? document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n" : VFFamosInspectText(document));
     return 0;
