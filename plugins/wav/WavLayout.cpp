@@ -167,6 +167,8 @@ bool WavLayout::Read(VDIo& io, const char* routine)
             factBody_ = chunk.body;
         } else if (IsId(chunk.id, "PEAK")) {
             peakId_ = at;
+        } else if (IsId(chunk.id, "LIST")) {
+            textsId_ = at;
         } else if (IsId(chunk.id, "data")) {
             if (formatBody_ < 0)
                 return Fail(io, routine, WavError::Header, "The data come before the format.");
@@ -247,8 +249,8 @@ bool WavLayout::WriteHeader(VDIo& io, std::int64_t frames, std::uint32_t rate)
     return done && PutNumber(io, formatBody_ + 4, rate, 4) && PutNumber(io, formatBody_ + 8, byteRate, 4);
 }
 
-bool WavLayout::DropPeaks(VDIo& io)
+bool WavLayout::DropChunk(VDIo& io, std::int64_t& id)
 {
-    const std::int64_t at = std::exchange(peakId_, -1);
+    const std::int64_t at = std::exchange(id, -1);
     return at < 0 || io.Write(at, 4, "JUNK");
 }

@@ -38,7 +38,9 @@ public:
     /// @param frames  number of frames in the file; the data end the file unless their number is unchanged
     bool WriteHeader(VDIo& io, std::int64_t frames, std::uint32_t rate);
     /// Turns a chunk of peak values, which are no longer right, into one that readers pass over.
-    bool DropPeaks(VDIo& io);
+    bool DropPeaks(VDIo& io) { return DropChunk(io, peakId_); }
+    /// The same with the texts in front of the data.
+    bool DropTexts(VDIo& io) { return DropChunk(io, textsId_); }
 
 private:
     struct Chunk
@@ -55,6 +57,7 @@ private:
     bool ReadFormat(VDIo& io, const Chunk& chunk);
     bool ReadLongSizes(VDIo& io, const Chunk& chunk);
     void SetData(const Chunk& chunk);
+    static bool DropChunk(VDIo& io, std::int64_t& id);
     bool Fail(const VDIo& io, const char* routine, int code, const std::string& detail) const;
     std::uint64_t Number(const unsigned char* bytes, int count) const;
     bool PutNumber(VDIo& io, std::int64_t at, std::uint64_t value, int count) const;
@@ -68,9 +71,10 @@ private:
     int blockAlign_ = 0;
     std::int64_t fileBytes_ = 0;
     bool sizeIsRight_ = false;      ///< the container announces the size that the file has
-    std::int64_t formatBody_ = -1;  ///< offset of the format chunk's body; -1 while it wasn't met, as in the next four
+    std::int64_t formatBody_ = -1;  ///< offset of the format chunk's body; -1 while it wasn't met, as in the next five
     std::int64_t factBody_ = -1;
     std::int64_t peakId_ = -1;
+    std::int64_t textsId_ = -1;
     std::int64_t longSizes_ = -1;  ///< offset of the body of the chunk of 64-bit sizes
     std::int64_t dataSizeField_ = -1;
     std::int64_t longDataBytes_ = -1;

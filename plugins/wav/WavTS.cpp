@@ -131,14 +131,15 @@ int WavTSPutDataDigital64(void* instance, long, std::int64_t, std::int64_t, cons
     return Self(instance)->Fail(WavError::NoStatus, "WavTS::PutDataDigital64");
 }
 
-// The format keeps no metadata, which the library therefore keeps beside the file; it never asks for these.
+// The format keeps no metadata, which the library therefore keeps beside the file; it never asks for those inside. What the
+// file says about itself is added to them.
 int WavTSLoadMetaData(void* instance, LQChannelMapper** mapper)
 {
     *mapper = nullptr;
     return Self(instance)->Fail(WavError::MetaData, "WavTS::LoadMetaData");
 }
 
-int WavTSAddLegacyMetaData(void*, LQChannelMapper*)
+int WavTSAddLegacyMetaData(void* instance, LQChannelMapper* mapper)
 {
-    return 1;
+    return Self(instance)->AddMetaData(*mapper);
 }

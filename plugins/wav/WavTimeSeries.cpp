@@ -2,6 +2,8 @@
 
 #include "WavReport.h"
 
+#include "vdstore/LQChannelMapper.h"
+
 #include <cmath>
 
 namespace {
@@ -10,6 +12,9 @@ constexpr long VVBlockPoints = 16384;
 constexpr double VVMaxRate = 2147483647.0;
 
 constexpr const char* VVEncoding = "Encoding";
+/// The set of the test's metadata that holds what a format keeps under names of its own, and the name of the mapper.
+constexpr const char* VVExtraDetails = "ExtraDetails";
+constexpr const char* VVMapper = "MetaDataMapper";
 
 bool IsName(const VDString& name, const char* known)
 {
@@ -75,6 +80,7 @@ bool WavTimeSeries::Open(int mode)
     floats_.emplace(frames);
     doubles_.emplace(frames);
     announced_ = 0;
+    created_ = mode > 2;
     unfit_ = false;
     fileChannels_.resize(static_cast<std::size_t>(channels));
     for (int index = 0; index < channels; ++index)
@@ -219,6 +225,38 @@ bool WavTimeSeries::PutFormatValue(const VDString& name, const VDVariant& value)
     return wishedEncoding_ != nullptr || Fail(WavError::Write, routine, "No file is written as " + text.Str() + ".");
 }
 
+bool WavTimeSeries::AddMetaData(LQChannelMapper& mapper) const
+{
+    for (std::size_t kind = 0; kind < WavTexts::Count; ++kind) {
+        const std::string& text = GetTexts().Get(kind);
+        if (text.empty())
+            continue;
+        Z4PropertySet* const set = mapper.AdoptMetaDataSet(VVExtraDetails, nullptr, LQChannelMapper::GLOBAL);
+        if (set == nullptr)
+            return Fail(WavError::MetaData, "WavTS::AddLegacyMetaData");
+        set->AddString(WavTexts::Kinds[kind].name, text.c_str());
+    }
+    return true;
+}
+
+/// A file that is made takes its texts from the metadata that the library keeps beside it.
+bool WavTimeSeries::TakeMetaData(const VDVariant& value)
+{
+    VDString name;
+    void* pointer = nullptr;
+    if (!created_ || !type_->HasTexts() || !value.GetNamedPointer(&name, &pointer) || !IsName(name, VVMapper))
+        return true;
+    const auto& mapper = *static_cast<const LQChannelMapper*>(pointer);
+    const Z4PropertySet* const set = mapper.GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL);
+    for (std::size_t kind = 0; set != nullptr && kind < WavTexts::Count; ++kind) {
+        VDString text;
+        if (set->GetString(WavTexts::Kinds[kind].name, &text))
+            texts_.Set(kind, text.Str());
+    }
+    writer_->SetTexts(texts_);
+    return true;
+}
+
 VDVariant WavTimeSeries::GetFileValue(int key) const
 {
     switch (key) {
@@ -325,6 +363,8 @@ bool WavTimeSeries::PutValue(long channel, int key, const VDVariant& value)
         value[0].GetString(&name);
         return PutFormatValue(name, value[1]);
     }
+    case DaxTimeSeries::MetaDataMapper:
+        return !writer_ || TakeMetaData(value);
     case DaxTimeSeries::SampleRate:
     case DaxTimeSeries::BaseTime:
     case DaxTimeSeries::NumPoints:

@@ -11,6 +11,8 @@
 #include <optional>
 #include <vector>
 
+class LQChannelMapper;
+
 /// One WAV, RF64 or W64 test that is open for time-series access. Every failure is recorded.
 class WavTimeSeries
 {
@@ -29,9 +31,12 @@ public:
     /// A value that no sample of the file's encoding is fails, but for doubles in 32-bit floats, which are narrowed.
     template <class T>
     bool PutData(long channel, std::int64_t first, std::int64_t count, const T* values);
+    /// Adds the texts of the file to the metadata of the test, where those don't have them yet.
+    bool AddMetaData(LQChannelMapper& mapper) const;
     bool Fail(int code, const char* routine, const std::string& detail = {}) const;
 
 private:
+    bool TakeMetaData(const VDVariant& value);
     bool MapChannels(const char* routine);
     bool CheckRange(long channel, std::int64_t first, std::int64_t count, const char* routine) const;
     std::int64_t GetNumFrames() const;
@@ -62,5 +67,6 @@ private:
     std::int64_t announced_ = 0;                   ///< number of points that was set and may be still to come
     const WavEncoding* wishedEncoding_ = nullptr;  ///< of a file that will be created; null if none is wished for
     WavTexts texts_;                               ///< of the file that is written, or will be
+    bool created_ = false;                         ///< so that its texts may still change
     bool unfit_ = false;                           ///< the last values that were put don't fit the encoding
 };

@@ -7,8 +7,10 @@
 
 namespace {
 
-/// What a RIFF header can say, with room for chunks that other programs add.
-constexpr std::int64_t VVMaxWavBytes = 0xffffffff - 65536;
+/// What a RIFF header can say.
+constexpr std::int64_t VVMaxRiffBytes = 0xffffffff;
+/// The same with room for chunks behind the data.
+constexpr std::int64_t VVMaxWavBytes = VVMaxRiffBytes - 65536;
 constexpr std::int64_t VVMaxBytes = std::int64_t{1} << 62;
 
 }  // namespace
@@ -24,6 +26,7 @@ std::unique_ptr<WavWriter> WavWriter::Create(const char* filename, const WavForm
         writer->Fail(WavError::Write, routine, {}, 1);
         return nullptr;
     }
+    writer->chunk_ = writer->lateChunk_ = chunk;
     writer->headerIsOld_ = true;
     return writer;
 }
@@ -168,9 +171,24 @@ bool WavWriter::Flush(const char* routine)
     return true;
 }
 
+/// Puts texts that came late behind the data, in the place of those in the header.
+bool WavWriter::AppendTexts(const char* routine)
+{
+    if (lateChunk_ == chunk_)
+        return true;
+    const std::int64_t end = io_.GetFileSize();
+    const std::string chunk = std::string(static_cast<std::size_t>(end % 2), '\0') + lateChunk_;
+    const auto size = static_cast<std::int64_t>(chunk.size());
+    chunk_ = lateChunk_;
+    if (layout_.GetType()->subId == WavFormat::Wav && end + size > VVMaxRiffBytes)
+        return Fail(WavError::Write, routine, "A WAV file holds at most 4 GiB; its texts find no room.");
+    return (layout_.DropTexts(io_) && io_.Write(end, size, chunk.data()) && layout_.WriteHeader(io_, frames_, rate_)) ||
+           Fail(WavError::Write, routine, {}, 1);
+}
+
 bool WavWriter::Close(const char* routine)
 {
-    const bool flushed = Flush(routine);
+    const bool flushed = Flush(routine) && AppendTexts(routine);
     if (!io_.Close())
         return Fail(WavError::Close, routine, {}, 1);
     return flushed;

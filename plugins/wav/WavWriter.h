@@ -36,6 +36,9 @@ public:
     const WavLayout& GetLayout() const { return layout_; }
     const WavEncoding& GetEncoding() const { return *encoding_; }
     void SetSampleRate(std::uint32_t rate);
+    /// The texts of a file that was created. Those that its header doesn't have come to stand behind the data when it is
+    /// closed.
+    void SetTexts(const WavTexts& texts) { lateChunk_ = texts.MakeChunk(); }
     /// Whether the file may come to hold this many frames; a refusal is recorded.
     bool CheckNumFrames(std::int64_t frames, const char* routine) const;
     /// Lengthens the file with zeros.
@@ -58,6 +61,7 @@ private:
         return encoding_->isFloat && encoding_->GetBytes() == static_cast<std::int64_t>(sizeof(T));
     }
     bool FillGap(std::int64_t end);
+    bool AppendTexts(const char* routine);
     std::int64_t Offset(std::int64_t frame) const { return layout_.GetDataOffset() + frame * layout_.GetFrameBytes(); }
 
     VDIo io_;
@@ -67,4 +71,6 @@ private:
     bool headerIsOld_ = false;
     const WavEncoding* encoding_ = nullptr;
     std::vector<unsigned char> bytes_;  ///< encoded frames on their way
+    std::string chunk_;                 ///< texts that stand in the header
+    std::string lateChunk_;             ///< those that are to stand in the file
 };

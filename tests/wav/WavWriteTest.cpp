@@ -1,11 +1,14 @@
 #include "wav/WavTest.h"
 
+#include "vdstore/LQChannelMapper.h"
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cmath>
 #include <csignal>
+#include <filesystem>
 
 namespace {
 
@@ -272,6 +275,37 @@ TEST_F(WavTest, WritesTheEncodingAndTheTextsThatItIsGiven)
         EXPECT_EQ(FormatText(access.Get(), "Software"), subId == W64 ? "" : "Logger 3");
         EXPECT_EQ(Doubles(access.Get(), 1, 99'999, 2), (std::vector{0.0, fits}));
         EXPECT_EQ(Doubles(access.Get(), 0, 1, 1), std::vector(1, 0.0));
+    }
+}
+
+TEST_F(WavTest, TextsAreMetaData)
+{
+    const std::string name = folder_.Name("a.wav");
+    LQChannelMapper* mapper = nullptr;
+    const auto artist = [&mapper] {
+        VDString text;
+        const Z4PropertySet* set = mapper->GetMetaDataSet("ExtraDetails", LQChannelMapper::GLOBAL);
+        return set != nullptr && set->GetString("Artist", &text) ? text.Str() : "none";
+    };
+    for (const int subId : {Wav, Rf64}) {
+        VDTsAccHandle access = Create(name, subId, 1);
+        ASSERT_TRUE(access && TSAccGetMetaData(access.Get(), &mapper));
+        EXPECT_EQ(artist(), "none");
+        EXPECT_TRUE(Put(access.Get(), 0, 1, {1.0F, 2.0F}));
+        EXPECT_TRUE(TSAccFlush(access.Get()));
+        // They come late, and after a longer text that is no longer meant.
+        for (const char* text : {"Somebody else", "Anna"}) {
+            mapper->AdoptMetaDataSet("ExtraDetails", nullptr, LQChannelMapper::GLOBAL)->PutString("Artist", text);
+            EXPECT_TRUE(TSAccFlush(access.Get()));
+        }
+        EXPECT_TRUE(TSAccClose(access.Get()));
+        EXPECT_TRUE(std::filesystem::remove(folder_.Name("a_wav_s.vmd")));  // what is left stands in the file
+        access = OpenFile(name);
+        ASSERT_TRUE(access && TSAccGetMetaData(access.Get(), &mapper));
+        EXPECT_EQ(artist(), "Anna");
+        EXPECT_EQ(FormatText(access.Get(), "Artist") + FormatText(access.Get(), "Damage"), "Anna");
+        SF_INFO info;
+        EXPECT_EQ(ReadSnd(name, info), (std::vector{1.0F, 2.0F}));
     }
 }
 

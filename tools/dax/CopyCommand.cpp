@@ -252,7 +252,7 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     for (const VDChannel& channel : plan.channels)
         plan.numbers.push_back(channel.number);
     const std::string name = VDStagedOutput::ResolveName(out_);
-    const std::vector<std::string> names = VFGetTestFiles(VFMakeTargetId(plan, name).Get());
+    const std::vector<std::string> names = VFGetTargetFiles(VFMakeTargetId(plan, name).Get());
     VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
     StagedCopy copy(registry, plan, output, name);
     copy.ArrangeChannels(asked);

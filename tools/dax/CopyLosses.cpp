@@ -77,20 +77,18 @@ void VFCompareChannels(const VDCopyPlan& plan, const VDChannel& from, const VDTi
     VFCompareValues(plan, from, copy, to, list);
 }
 
-/// @param copy  may keep an item under a name of its own
-/// @param to    null where the copy has no metadata at all; a negative slot where it has none for the channel
-void VFCompareItems(const LQChannelMapper& from, int fromSlot, const VDTimeSeriesTest& copy, const LQChannelMapper* to,
-                    int toSlot, std::optional<int> channel, LossList& list)
+/// @param to  null where the copy has no metadata at all; a negative slot where it has none for the channel
+void VFCompareItems(const LQChannelMapper& from, int fromSlot, const LQChannelMapper* to, int toSlot,
+                    std::optional<int> channel, LossList& list)
 {
     VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
+        if (!channel && set == VVExtraDetails && item.IsDefined())
+            return;  // compared by name
         const Z4PropertySet* kept =
             to != nullptr && toSlot >= LQChannelMapper::GLOBAL ? to->GetMetaDataSet(set.c_str(), toSlot) : nullptr;
         const Z4Property* twin = kept != nullptr ? kept->GetProperty(item.GetName(), false) : nullptr;
-        std::string value = twin != nullptr ? twin->ToString().Str() : std::string();
-        if (twin == nullptr && set == VVExtraDetails && !channel)
-            value = VFGetFormatText(copy.Get(), item.GetName());
-        const std::string what = "metadata " + set + "/" + item.GetName().Str();
-        list.AddText(what.c_str(), channel, item.ToString().Str(), value);
+        const std::string value = twin != nullptr ? twin->ToString().Str() : std::string();
+        list.AddText(VFItemName(set, item).c_str(), channel, item.ToString().Str(), value);
     });
 }
 
@@ -101,34 +99,35 @@ void VFCompareMetaData(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, Los
     if (from == nullptr)
         return;
     const LQChannelMapper* to = VFGetMetaData(copy.Get());
-    VFCompareItems(*from, LQChannelMapper::GLOBAL, copy, to, LQChannelMapper::GLOBAL, {}, list);
+    VFCompareItems(*from, LQChannelMapper::GLOBAL, to, LQChannelMapper::GLOBAL, {}, list);
     for (std::size_t index = 0; index < plan.channels.size(); ++index) {
         const int number = plan.channels[index].number;
         const int fromSlot = from->IndexFromNumber(number, false);
         const int toSlot = to != nullptr ? to->IndexFromNumber(copy.GetChannels()[index].number, false) : none;
         if (fromSlot >= 0)
-            VFCompareItems(*from, fromSlot, copy, to, toSlot < 0 ? none : toSlot, number, list);
+            VFCompareItems(*from, fromSlot, to, toSlot < 0 ? none : toSlot, number, list);
     }
 }
 
-/// What the copy has under a name of its own: its format keeps it or, in its place, the metadata do.
-std::string VFGetKeptText(const VDTimeSeriesTest& copy, const char* name)
+/// What the copy has under a name of its own: in its format or, where that has no place for it, in the metadata.
+std::string VFGetKeptText(const VDTimeSeriesTest& copy, VDFileId* id, const char* name)
 {
+    const std::string own = VFGetFormatText(copy.Get(), name);
+    if (!own.empty())
+        return own;
     const LQChannelMapper* const mapper = VFGetMetaData(copy.Get());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
     VDString text;
-    return details != nullptr && details->GetString(name, &text) ? text.Str() : VFGetFormatText(copy.Get(), name);
+    if (details != nullptr && details->GetString(name, &text))
+        return text.Str();
+    return VDString(name).CompareNoCase(VVTitle) == 0 ? VFOwnTitle(id) : std::string();
 }
 
-void VFCompareFormatValues(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, VDFileId* id, LossList& list)
+void VFCompareValuesToKeep(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, VDFileId* id, LossList& list)
 {
-    const std::string title = VFOwnTitle(plan.source.GetId());
-    const std::string keptTitle = VFGetKeptText(copy, VVTitle);
-    list.AddText("testTitle", {}, title, keptTitle.empty() ? VFOwnTitle(id) : keptTitle);
-    for (const VDFormatValue& value : VFGetFormatValues(plan.source.Get()))
-        if (value.Text() != title)
-            list.AddText(("format value " + value.name).c_str(), {}, value.Text(), VFGetKeptText(copy, value.name.c_str()));
+    for (const VDValueToKeep& value : VFGetValuesToKeep(plan.source))
+        list.AddText(value.what.c_str(), {}, value.Text(), VFGetKeptText(copy, id, value.name.c_str()));
 }
 
 }  // namespace
@@ -171,6 +170,6 @@ std::vector<VDLoss> VFFindLosses(const VDRegistry& registry, const VDCopyPlan& p
         VFCompareChannels(plan, from, copy, to, list);
     }
     VFCompareMetaData(plan, copy, list);
-    VFCompareFormatValues(plan, copy, id.Get(), list);
+    VFCompareValuesToKeep(plan, copy, id.Get(), list);
     return std::move(list.losses);
 }

@@ -203,8 +203,7 @@ VDJson VDDbcCommand::DecodeOne(VDCommandContext& context, const VDCanDatabase& d
                         {"physical", physical},
                         {"units", Text(signal.GetUnits())},
                         {"text", Text(text)}});
-        table.Add(
-            {Text(signal.GetTitle()), VFNumberText(raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
+        table.Add({Text(signal.GetTitle()), VFNumberText(raw), VFNumberText(physical), Text(signal.GetUnits()), Text(text)});
     }
     if (context.IsJson())
         return {

@@ -100,6 +100,14 @@ CLI::App* VDMetaCommand::Register(CLI::App& program)
     return command;
 }
 
+bool VFHasOwnItems(const LQChannelMapper& mapper)
+{
+    bool found = false;
+    for (int slot = LQChannelMapper::GLOBAL; slot < mapper.GetChannelCount() && !found; ++slot)
+        VFForEachOwnItem(mapper, slot, [&](const std::string&, const Z4Property&) { found = true; });
+    return found;
+}
+
 /// A file without metadata is one whose metadata are empty.
 VDJson VFMetaDataJson(const std::string& path, const LQChannelMapper* mapper)
 {
@@ -131,8 +139,8 @@ VDJson VDMetaCommand::Run(VDCommandContext& context)
     }
     if (table.GetSize() > 1)
         table.Print(context.Out());
-    else
-        context.Out().PutLine(input.GetPath() + ": no metadata");
+    if (mapper == nullptr || !VFHasOwnItems(*mapper))
+        context.Out().PutLine(input.GetPath() + ": no metadata of its own");
     return {};
 }
 

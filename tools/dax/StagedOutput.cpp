@@ -2,6 +2,7 @@
 
 #include "ToolError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -53,7 +54,7 @@ std::string VDStagedOutput::ResolveName(const std::string& name)
 }
 
 VDStagedOutput::VDStagedOutput(const std::vector<std::string>& names, const std::vector<std::string>& inputs, bool overwrite)
-    : overwrite_(overwrite), folder_(fs::path(names.front()).parent_path())
+    : overwrite_(overwrite), names_(names), folder_(fs::path(names.front()).parent_path())
 {
     VFRefuseInputs(names, inputs);
     for (const std::string& name : names)
@@ -97,6 +98,11 @@ void VDStagedOutput::Publish()
     VDInterruptGuard::Check();
     for (const fs::path& file : files)
         PublishFile(file);
+    // What is left of an earlier output belongs to that.
+    for (const fs::path name : names_)
+        if (std::none_of(files.begin(), files.end(),
+                         [&](const fs::path& file) { return file.filename() == name.filename(); }))
+            unlink(name.c_str());
     VFSyncPath(folder_);
 }
 

@@ -19,7 +19,7 @@ class VDStagedOutput
 public:
     /// Checks what can be checked before anything is written: throws for an output that exists and may not be replaced, that
     /// is an input or no plain file, or whose folder can't be written.
-    /// @param names      the files that will be written, all in one folder
+    /// @param names      the files that will be written, all in one folder; one that isn't is removed from there in the end
     /// @param inputs     files that are read meanwhile, which are never replaced
     /// @param overwrite  other existing files may be
     VDStagedOutput(const std::vector<std::string>& names, const std::vector<std::string>& inputs, bool overwrite);
@@ -40,6 +40,7 @@ private:
 
     VDInterruptGuard interrupts_;
     bool overwrite_;
+    std::vector<std::string> names_;
     std::filesystem::path folder_;
     std::optional<VDStagingFolder> staging_;
 };

@@ -1,11 +1,13 @@
 #include "TestCopy.h"
 
+#include "Identification.h"
 #include "Interrupt.h"
 #include "TestMetaData.h"
 #include "ToolError.h"
 #include "Values.h"
 
 #include "daxlib/TimeSeriesPlugin.h"
+#include "daxlib/VMD.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <algorithm>
@@ -83,35 +85,52 @@ void VFCopyMetaData(const VDCopyPlan& plan, const LQChannelMapper& from, LQChann
 /// Gives the format what it is asked to keep. What it doesn't take is found by a comparison later.
 void VFPutValues(const VDCopyPlan& plan, VDTsAcc* acc)
 {
-    for (const VDFormatValue& value : plan.values) {
+    for (const VDValueToKeep& value : plan.values) {
         VDVariant copy = value.value;
         TSAccSetFormatSpecificValue(acc, static_cast<int>(DaxChannel::WholeFile), value.name.c_str(), &copy);
     }
     VFErrorClear();
 }
 
-/// What the format has no place for goes into the metadata, from where a later copy takes it again.
-void VFKeepValues(const VDCopyPlan& plan, VDTsAcc* acc, LQChannelMapper& to)
+/// Puts what the format has no place for into the metadata, from where a later copy takes it again.
+void VFKeepValues(const std::vector<const VDValueToKeep*>& values, LQChannelMapper& to)
 {
-    for (const VDFormatValue& value : plan.values) {
-        if (VFGetFormatText(acc, value.name.c_str()) == value.Text())
-            continue;
-        Z4PropertySet* const set = to.AdoptMetaDataSet(VVExtraDetails, nullptr, LQChannelMapper::GLOBAL);
-        if (set != nullptr && !set->Exists(value.name.c_str(), false))
-            set->AddString(value.name.c_str(), value.Text().c_str());
-    }
+    for (const VDValueToKeep* value : values)
+        if (Z4PropertySet* set = to.AdoptMetaDataSet(VVExtraDetails, nullptr, LQChannelMapper::GLOBAL))
+            set->PutString(value->name.c_str(), value->Text().c_str());
 }
 
-/// Hands the metadata over as far as the target keeps any.
+/// Whether the test, or a channel that is copied, has an item of its own besides what the format keeps under own names.
+bool VFHasOwnItems(const VDCopyPlan& plan, const LQChannelMapper& from)
+{
+    bool found = false;
+    VFForEachOwnItem(from, LQChannelMapper::GLOBAL,
+                     [&](const std::string& set, const Z4Property&) { found = found || set != VVExtraDetails; });
+    for (const VDChannel& channel : plan.channels) {
+        const int slot = from.IndexFromNumber(channel.number, false);
+        if (slot >= 0 && !found)
+            VFForEachOwnItem(from, slot, [&](const std::string&, const Z4Property&) { found = true; });
+    }
+    return found;
+}
+
+/// Hands the metadata over. A format that keeps none gets a file beside it only if there is anything to put into that.
 void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
 {
+    const LQChannelMapper* const from = VFGetMetaData(plan.source.Get());
+    std::vector<const VDValueToKeep*> values;
+    for (const VDValueToKeep& value : plan.values)
+        if (VFGetFormatText(acc, value.name.c_str()).empty())
+            values.push_back(&value);
+    const bool hasItems = from != nullptr && VFHasOwnItems(plan, *from);
+    if (values.empty() && !hasItems && !VFCan(acc, DaxTimeSeries::KeepsMetaData))
+        return;
     LQChannelMapper* const to = VFGetMetaData(acc);
     if (to == nullptr)
         return;
-    const LQChannelMapper* const from = VFGetMetaData(plan.source.Get());
     if (from != nullptr)
         VFCopyMetaData(plan, *from, *to);
-    VFKeepValues(plan, acc, *to);
+    VFKeepValues(values, *to);
 }
 
 /// Writes the first block in the most exact form that the target takes, which is then the form of the whole channel.
@@ -203,22 +222,40 @@ std::string VFOwnTitle(VDFileId* id)
     return derived ? std::string() : title.Str();
 }
 
-std::vector<VDFormatValue> VFGetValuesToKeep(const VDTimeSeriesTest& source)
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source)
 {
-    std::vector<VDFormatValue> values = VFGetFormatValues(source.Get());
-    const auto add = [&values](const char* name, const std::string& text) {
-        const auto same = [&](const VDFormatValue& value) { return VDString(value.name).CompareNoCase(name) == 0; };
-        if (!text.empty() && std::none_of(values.begin(), values.end(), same))
-            values.push_back({name, VDVariant(text.c_str())});
+    std::vector<VDValueToKeep> values;
+    const auto add = [&values](const VDFormatValue& found, const std::string& what) {
+        const auto same = [&](const VDFormatValue& value) {
+            return VDString(value.name).CompareNoCase(found.name.c_str()) == 0;
+        };
+        if (!found.Text().empty() && std::none_of(values.begin(), values.end(), same))
+            values.push_back({found, what});
     };
-    add(VVTitle, VFOwnTitle(source.GetId()));
     const LQChannelMapper* const mapper = VFGetMetaData(source.Get());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
     for (int index = 0; details != nullptr && index < details->GetSize(); ++index)
         if (const Z4Property& item = *details->GetProperty(index); item.IsDefined())
-            add(item.GetName(), item.ToString().Str());
+            add({item.GetName().Str(), VDVariant(item.ToString())}, VFItemName(VVExtraDetails, item));
+    for (const VDFormatValue& value : VFGetFormatValues(source.Get()))
+        add(value, "format value " + value.name);
+    add({VVTitle, VDVariant(VFOwnTitle(source.GetId()).c_str())}, "testTitle");
     return values;
+}
+
+std::vector<std::string> VFGetTargetFiles(VDFileId* target)
+{
+    std::vector<std::string> files = VFGetTestFiles(target);
+    const VDTsAccHandle acc(TSAccCreate());
+    VFCheck(static_cast<bool>(acc));
+    VFCheck(TSAccSetId(acc.Get(), target, 1));
+    if (!VFCan(acc.Get(), DaxTimeSeries::KeepsMetaData)) {
+        VDString sidecar;
+        VFCheck(VMDCreateFilenameFromFileId(target, &sidecar));
+        files.push_back(sidecar.Str());
+    }
+    return files;
 }
 
 void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress)

@@ -5,6 +5,12 @@
 #include "Registry.h"
 #include "TimeSeriesTest.h"
 
+/// Something that a copy is to keep under a name of its own.
+struct VDValueToKeep : VDFormatValue
+{
+    std::string what;  ///< it is to the source, as a loss is called
+};
+
 /// What is copied, and into which format.
 struct VDCopyPlan
 {
@@ -12,8 +18,8 @@ struct VDCopyPlan
     std::vector<VDChannel> channels;  ///< in the order of the copy
     std::vector<int> numbers;         ///< of the copy's channels, ascending
     VDFileType format;
-    /// What the format is asked to keep under names of its own. One that it doesn't know goes into the metadata.
-    std::vector<VDFormatValue> values;
+    /// What the format is asked to keep under names of its own. One that it has no place for goes into the metadata.
+    std::vector<VDValueToKeep> values;
 };
 
 /// Thrown when values don't fit into the file because of a value that the format was given under this name: it has to be
@@ -25,12 +31,15 @@ struct VDUnfit
 
 /// The title of a test that isn't just the name of its file.
 std::string VFOwnTitle(VDFileId* id);
-/// What a copy of the test is to keep under names of its own: what its format has of them, its title, and what its metadata
-/// tell from an earlier copy.
-std::vector<VDFormatValue> VFGetValuesToKeep(const VDTimeSeriesTest& source);
+/// What a copy of the test is to keep under names of its own: what the metadata tell, be it from an earlier copy, what the
+/// format has besides, and the title.
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source);
 
 /// An id for a test of the plan's format under this name, with the plan's channels.
 VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name);
+
+/// The files of such a test: its own and, for a format that keeps no metadata, the one beside it that does.
+std::vector<std::string> VFGetTargetFiles(VDFileId* target);
 
 /// Writes the plan's channels into a new test; throws on failure.
 /// @param limit  at most so many points of each channel

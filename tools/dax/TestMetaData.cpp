@@ -58,9 +58,16 @@ void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
     });
 }
 
+std::string VFItemName(const std::string& set, const Z4Property& item)
+{
+    return "metadata " + set + "/" + item.GetName().Str();
+}
+
 void VFCopyItems(const LQChannelMapper& from, int fromSlot, LQChannelMapper& to, int toSlot)
 {
     VFForEachOwnItem(from, fromSlot, [&](const std::string& set, const Z4Property& item) {
+        if (fromSlot == LQChannelMapper::GLOBAL && set == VVExtraDetails && item.IsDefined())
+            return;
         if (Z4PropertySet* target = to.AdoptMetaDataSet(set.c_str(), nullptr, toSlot))
             target->Copy(&item);
     });

@@ -25,7 +25,11 @@ void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
 /// The set of the test as a whole that holds what a format keeps under names of its own.
 constexpr const char* VVExtraDetails = "ExtraDetails";
 
-/// Puts copies of a slot's own items into a slot of another mapper.
+/// What an item is called where it is told of.
+std::string VFItemName(const std::string& set, const Z4Property& item);
+
+/// Puts copies of a slot's own items into a slot of another mapper, but for the test's extra details, which are handed over
+/// by their names.
 void VFCopyItems(const LQChannelMapper& from, int fromSlot, LQChannelMapper& to, int toSlot);
 
 /// Removes what the library has noted about the input: in a file that is written it would name the file's place of now.
