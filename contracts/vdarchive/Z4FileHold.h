@@ -8,6 +8,7 @@ class Z4FileHold
 public:
     /// @param file  locked for writing; null where there is no file
     explicit Z4FileHold(std::unique_ptr<VDStorageFile> file) : file_(std::move(file)) {}
+    bool HasFile() const { return file_ != nullptr; }
 
 private:
     std::unique_ptr<VDStorageFile> file_;

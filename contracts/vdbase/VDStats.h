@@ -27,6 +27,13 @@ class VDBASE_API VDStats
 public:
     void Initialise();
     void Process(const float* values, std::int64_t count);
+    /// Goes on from finished statistics of so many points, all of which are numbers.
+    void Restore(std::int64_t count, float max, float min, float mean, float sdev, std::int64_t pointOfMax,
+                 std::int64_t pointOfMin);
+    /// Takes points of value 0, at the cost of one.
+    void ProcessZeros(std::int64_t count);
+    /// Whether no point was NaN.
+    bool IsOfNumbers() const { return sums_.valid == sums_.count; }
     /// Standard deviation is that of a sample (count - 1), 0 for one point; with no points all values are 0. The first of
     /// equal extremes counts. NaN values are counted and otherwise passed over.
     void Finish(std::int64_t* count, float* max, float* min, float* mean, float* sdev, float* rms, std::int64_t* pointOfMax,
@@ -42,6 +49,13 @@ class VDBASE_API VDStatsEx
 public:
     void Initialise();
     void Process(const double* values, std::int64_t count);
+    /// Goes on from finished statistics of so many points, all of which are numbers.
+    void Restore(std::int64_t count, double max, double min, double mean, double sdev, std::int64_t pointOfMax,
+                 std::int64_t pointOfMin);
+    /// Takes points of value 0, at the cost of one.
+    void ProcessZeros(std::int64_t count);
+    /// Whether no point was NaN.
+    bool IsOfNumbers() const { return sums_.valid == sums_.count; }
     void Finish(std::int64_t* count, double* max, double* min, double* mean, double* sdev, double* rms,
                 std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs) const;
 

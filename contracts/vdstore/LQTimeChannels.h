@@ -82,6 +82,10 @@ public:
     bool GetStat(int channel, VTTsFloatStatType type, float* value) const;
     /// @param flags  0 takes the statistics for unknown, 1 for known as they were last given
     bool SetStatsFlags(int channel, int flags);
+    /// Whether all points that the statistics are of are numbers, so that a writer can go on with them. It is true of
+    /// statistics that are set, until it is denied.
+    bool GetStatsOfNumbers(int channel, bool* ofNumbers) const;
+    bool SetStatsOfNumbers(int channel, bool ofNumbers);
     /// @}
 
 protected:
@@ -90,6 +94,7 @@ protected:
         double values[5] = {};  ///< in the order of `VTTsFloatStatType`
         std::int64_t points[3] = {};
         bool isKnown = false;
+        bool isOfNumbers = true;
     };
     struct Channel
     {

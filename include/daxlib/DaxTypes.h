@@ -49,8 +49,8 @@ constexpr int WholeFile = -1;
 constexpr std::uint32_t All = 0xf0000001U;
 }  // namespace DaxChannel
 
-/// Names of format-specific values that mean the same in every format. All are asked of the file as a whole, and a format
-/// that knows nothing of one leaves the answer empty.
+/// Names of format-specific values that mean the same in every format. All but those of a channel are asked of the file as a
+/// whole, and a format that knows nothing of one leaves the answer empty.
 namespace DaxFormatValue {
 /// A list of texts: the names of all values that the file has, so that a host can show them and put them into a copy. Names
 /// that tell of a state, like those that follow, needn't be among them.
@@ -60,6 +60,12 @@ constexpr const char* Damage = "Damage";
 /// A text: the name of the value because of which the last data that were put were refused, so that a host may begin anew
 /// without it; empty if that wasn't the reason.
 constexpr const char* Unfit = "Unfit";
+/// A boolean: points that are left out when others are written behind the last one read as 0.
+constexpr const char* GapsAreZero = "GapsAreZero";
+/// A boolean, of a channel: all points that its stored statistics are of are numbers, so that they can be gone on with when
+/// points are written behind them. The library puts false behind statistics of which that isn't true; those that are put
+/// next make it true again.
+constexpr const char* StatisticsOfNumbers = "StatisticsOfNumbers";
 }  // namespace DaxFormatValue
 
 /// The file id of the built-in storage format.

@@ -160,6 +160,37 @@ void ProcessAll(VDStatsSums* sums, const T* values, std::int64_t count)
         ProcessBlock(sums, values + done, static_cast<std::size_t>(std::min(blockPoints, count - done)));
 }
 
+VDStatsSums RestoredSums(std::int64_t count, double max, double min, double mean, double sdev, std::int64_t pointOfMax,
+                         std::int64_t pointOfMin)
+{
+    VDStatsSums sums;
+    if (count < 1)
+        return sums;
+    sums.unit = UnitFor(std::max(std::abs(max), std::abs(min)));
+    const double deviation = std::ldexp(sdev, -sums.unit);
+    sums.count = sums.valid = count;
+    sums.shift = std::ldexp(mean, -sums.unit);
+    sums.squares = deviation * deviation * static_cast<double>(count - 1);
+    sums.max = max;
+    sums.min = min;
+    sums.pointOfMax = pointOfMax;
+    sums.pointOfMin = pointOfMin;
+    return sums;
+}
+
+void AddZeros(VDStatsSums* sums, std::int64_t count)
+{
+    if (count < 1)
+        return;
+    constexpr double zero = 0;
+    MergeRange(sums, &zero, 1, zero, zero);
+    if (std::isfinite(sums->mean))
+        Merge(sums, count, -sums->shift, 0);
+    else
+        sums->valid += count;
+    sums->count += count;
+}
+
 std::int64_t PointOfAbs(const VDStatsSums& sums)
 {
     const double max = std::abs(sums.max);
@@ -221,4 +252,26 @@ void VDStatsEx::Finish(std::int64_t* count, double* max, double* min, double* me
                        std::int64_t* pointOfMax, std::int64_t* pointOfMin, std::int64_t* pointOfAbs) const
 {
     FinishAll(sums_, count, max, min, mean, sdev, rms, pointOfMax, pointOfMin, pointOfAbs);
+}
+
+void VDStats::Restore(std::int64_t count, float max, float min, float mean, float sdev, std::int64_t pointOfMax,
+                      std::int64_t pointOfMin)
+{
+    sums_ = RestoredSums(count, max, min, mean, sdev, pointOfMax, pointOfMin);
+}
+
+void VDStats::ProcessZeros(std::int64_t count)
+{
+    AddZeros(&sums_, count);
+}
+
+void VDStatsEx::Restore(std::int64_t count, double max, double min, double mean, double sdev, std::int64_t pointOfMax,
+                        std::int64_t pointOfMin)
+{
+    sums_ = RestoredSums(count, max, min, mean, sdev, pointOfMax, pointOfMin);
+}
+
+void VDStatsEx::ProcessZeros(std::int64_t count)
+{
+    AddZeros(&sums_, count);
 }

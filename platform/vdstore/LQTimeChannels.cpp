@@ -10,7 +10,9 @@
 namespace {
 
 constexpr std::size_t SmallestChannelBytes = 93;
+// What is known of the statistics.
 constexpr int KnownStats = 1;
+constexpr int StatsOfOtherPoints = 2;
 
 int PointSize(std::int32_t type)
 {
@@ -257,7 +259,8 @@ void LQTimeChannels::WriteContent(Z4ByteWriter& writer) const
         writer.Put(channel.baseTime);
         writer.PutText(channel.yTitle.View());
         writer.PutText(channel.yUnits.View());
-        writer.Put(static_cast<std::uint8_t>(channel.stats.isKnown ? KnownStats : 0));
+        writer.Put(static_cast<std::uint8_t>((channel.stats.isKnown ? KnownStats : 0) |
+                                             (channel.stats.isOfNumbers ? 0 : StatsOfOtherPoints)));
         for (const double value : channel.stats.values)
             writer.Put(value);
         for (const std::int64_t point : channel.stats.points)
@@ -280,7 +283,9 @@ bool LQTimeChannels::ReadContent(Z4ByteReader& reader)
         channel.baseTime = reader.Get<double>();
         channel.yTitle = reader.GetText();
         channel.yUnits = reader.GetText();
-        channel.stats.isKnown = (reader.Get<std::uint8_t>() & KnownStats) != 0;
+        const int flags = reader.Get<std::uint8_t>();
+        channel.stats.isKnown = (flags & KnownStats) != 0;
+        channel.stats.isOfNumbers = (flags & StatsOfOtherPoints) == 0;
         for (double& value : channel.stats.values)
             value = reader.Get<double>();
         for (std::int64_t& point : channel.stats.points)
@@ -289,6 +294,9 @@ bool LQTimeChannels::ReadContent(Z4ByteReader& reader)
         const int size = PointSize(channel.type);
         if (size == 0 || channel.stream->GetLength() % size != 0)
             return false;
+        // Statistics of points that aren't there are those of other data.
+        for (const std::int64_t point : channel.stats.points)
+            channel.stats.isKnown = channel.stats.isKnown && point >= 0 && point <= channel.stream->GetLength() / size;
         channels_.Append(std::move(channel));
     }
     return reader.IsGood();

@@ -136,6 +136,22 @@ bool LQTimeChannels::SetStatsFlags(int channel, int flags)
     return found != nullptr;
 }
 
+bool LQTimeChannels::GetStatsOfNumbers(int channel, bool* ofNumbers) const
+{
+    const Channel* const found = GetChannel(channel);
+    if (found != nullptr)
+        *ofNumbers = found->stats.isKnown && found->stats.isOfNumbers;
+    return found != nullptr;
+}
+
+bool LQTimeChannels::SetStatsOfNumbers(int channel, bool ofNumbers)
+{
+    Channel* const found = GetChannel(channel);
+    if (found != nullptr)
+        found->stats.isOfNumbers = ofNumbers;
+    return found != nullptr;
+}
+
 void LQTimeChannels::RefreshChannel(bool keep, int channel)
 {
     Z4PropertySet* const set = GetMapper()->AdoptMetaDataSet(LQChannelMapper::ATTRIBUTES, nullptr, channel);
@@ -154,7 +170,7 @@ void LQTimeChannels::RefreshChannel(bool keep, int channel)
         facts.stats.isKnown ? attributes.Put(LQAttribute::StatPoints[i], point)
                             : attributes.Remove(LQAttribute::StatPoints[i]);
         if (facts.stats.isKnown && facts.sampleRate > 0)
-            attributes.Put(LQAttribute::StatTimes[i], static_cast<double>(point - 1) / facts.sampleRate + facts.baseTime);
+            attributes.Put(LQAttribute::StatTimes[i], (static_cast<double>(point) - 1) / facts.sampleRate + facts.baseTime);
         else
             attributes.Remove(LQAttribute::StatTimes[i]);
     }

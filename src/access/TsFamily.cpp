@@ -59,7 +59,6 @@ constexpr VDAccessFamily VVFamily = {
               .flush = VFStep<&VDTsAcc::FlushStats>,
               .addHeaderAttributes = VFStep<&VDTsAcc::AddHeaderAttributes>},
     .openModesFromZero = true,
-    .flushesBeforeItsStep = true,
 };
 
 }  // namespace

@@ -246,8 +246,12 @@ bool VDAccessCore::Flush()
 {
     if (!CheckFileOpen("Flush") || (family_.flushesBeforeItsStep && !CallFlush()) || !metaData_.HandOver())
         return false;
-    if (family_.steps.flush != nullptr && !family_.steps.flush(owner_))
+    if (family_.steps.flush != nullptr && !family_.steps.flush(owner_)) {
+        // What was written is not to be lost with it.
+        const VDErrorMute mute;
+        CallFlush();
         return false;
+    }
     return CallFlush() && metaData_.Flush();
 }
 

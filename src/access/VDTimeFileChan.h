@@ -23,6 +23,7 @@ struct VDTimeFileChan
 
     bool statsValid = false;                   ///< the statistics below are those of the data
     bool statsToWrite = false;                 ///< they were worked out here and go to the plug-in with a flush
+    bool statsGiven = false;                   ///< a host put values of its own into them
     bool statsLoaded = false;                  ///< no use asking the plug-in for stored ones
     std::array<std::int64_t, 3> statPoints{};  ///< of max, min and largest absolute value
     bool monitor = true;                       ///< statistics are gathered while data is written
@@ -51,6 +52,7 @@ struct VDTimeFileChan
         doubleStats.values = {};
         Stats<Value>().values = values;
         statPoints = points;
+        statsGiven = false;
     }
 
     void SetNumPoints(std::int64_t points)

@@ -115,6 +115,10 @@ private:
     double RmsWithOffset(int index);
     template <class Value>
     void Monitor(int index, std::int64_t first, std::int64_t count, const Value* values);
+    /// Brings what is gathered up to a point behind the last one without reading, if that can be done.
+    template <class Value>
+    void GatherUpTo(int index, std::int64_t first);
+    bool HasFormatFlag(int index, const char* name);
     bool FinishStats(int index);
     bool CalcStatsForFlush(int index);
     bool PutStats(int index);

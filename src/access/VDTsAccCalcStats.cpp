@@ -7,6 +7,7 @@
 
 #include "vdbase/VFMemory.h"
 
+#include <cmath>
 #include <limits>
 #include <tuple>
 #include <utility>
@@ -83,6 +84,38 @@ bool VDTsAcc::SetStatsMonitor(char enable, char recalculate)
     }
     return true;
 }
+
+bool VDTsAcc::HasFormatFlag(int index, const char* name)
+{
+    VDVariant answer;
+    bool flag = false;
+    const VDErrorMute mute;
+    return core_.GetFormatSpecificValue(index, name, &answer) && answer.GetBoolean(&flag) && flag;
+}
+
+template <class Value>
+void VDTsAcc::GatherUpTo(int index, std::int64_t first)
+{
+    VDTimeFileChan& channel = channels_[index];
+    if (first <= channel.numPoints)
+        return;
+    auto& [values, accumulator] = channel.Stats<Value>();
+    const auto& [max, min, mean, sdev, rms] = values;
+    // Nothing was written yet, and the file has the statistics of what is there.
+    if (channel.nextStatPoint == 1 && channel.numPoints > 0 && channel.statsValid && !channel.statsGiven &&
+        std::isfinite(mean) && std::isfinite(sdev) && HasFormatFlag(index, DaxFormatValue::StatisticsOfNumbers)) {
+        accumulator.Restore(channel.numPoints, max, min, mean, sdev, channel.statPoints[0], channel.statPoints[1]);
+        channel.nextStatPoint = channel.numPoints + 1;
+    }
+    if (channel.nextStatPoint == channel.numPoints + 1 && first > channel.nextStatPoint &&
+        HasFormatFlag(index, DaxFormatValue::GapsAreZero)) {
+        accumulator.ProcessZeros(first - channel.nextStatPoint);
+        channel.nextStatPoint = first;
+    }
+}
+
+template void VDTsAcc::GatherUpTo<float>(int, std::int64_t);
+template void VDTsAcc::GatherUpTo<double>(int, std::int64_t);
 
 bool VDTsAcc::FinishStats(int index)
 {
@@ -204,6 +237,14 @@ bool VDTsAcc::CalcStatsForFlush(int index)
 bool VDTsAcc::PutStats(int index)
 {
     VDTimeFileChan& channel = channels_[index];
-    return IsDouble(index) ? core_.PutValue(index, StatisticsDouble, VFStatsList<double>(channel))
-                           : core_.PutValue(index, Statistics, VFStatsList<float>(channel));
+    if (!(IsDouble(index) ? core_.PutValue(index, StatisticsDouble, VFStatsList<double>(channel))
+                          : core_.PutValue(index, Statistics, VFStatsList<float>(channel))))
+        return false;
+    if (!WithStatsType(index, [&]<class Value>(Value) { return channel.Stats<Value>().accumulator.IsOfNumbers(); })) {
+        // A plug-in that doesn't know this won't say either that they can be gone on with.
+        const VDErrorMute mute;
+        VDVariant no(false);
+        core_.SetFormatSpecificValue(index, DaxFormatValue::StatisticsOfNumbers, &no);
+    }
+    return true;
 }

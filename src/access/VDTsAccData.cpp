@@ -170,7 +170,10 @@ void VDTsAcc::Monitor(int index, std::int64_t first, std::int64_t count, const V
     if (!channel.monitor)
         return;
     if constexpr (std::is_floating_point_v<Value>) {
-        if (first == channel.nextStatPoint && IsDouble(index) == std::is_same_v<Value, double>) {
+        const bool isOwnType = IsDouble(index) == std::is_same_v<Value, double>;
+        if (isOwnType && first > channel.nextStatPoint)
+            GatherUpTo<Value>(index, first);
+        if (isOwnType && first == channel.nextStatPoint) {
             channel.Stats<Value>().accumulator.Process(values, count);
             channel.nextStatPoint += count;
             return;

@@ -139,6 +139,7 @@ bool VDTsAcc::SetStats(int index, float max, float min, float mean, float sdev, 
         return false;
     channels_[index].floatStats.values = {max, min, mean, sdev, rms};
     channels_[index].statPoints = {pointOfMax, pointOfMin, pointOfAbs};
+    channels_[index].statsGiven = true;
     return true;
 }
 

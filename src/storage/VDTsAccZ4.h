@@ -56,6 +56,8 @@ private:
     bool PutStatistics(int channel, const VDVariant& list);
     bool PutStatisticsDouble(int channel, const VDVariant& list);
     void GetFullScale(int channel, VDVariant* value) const;
+    void GetFormatSpecific(int channel, VDVariant* list) const;
+    bool PutFormatSpecific(long channel, const VDVariant& list);
     void PutHint(const VDVariant& list);
 
     VDFileIdHandle fileId_;

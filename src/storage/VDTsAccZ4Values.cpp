@@ -92,6 +92,31 @@ void VDTsAccZ4::PutHint(const VDVariant& list)
         list[1].GetBoolean(&smallestSingleRecord_);
 }
 
+void VDTsAccZ4::GetFormatSpecific(int channel, VDVariant* list) const
+{
+    const VDString name = VFText((*list)[0]);
+    if (timeSeries_ != nullptr && name.CompareNoCase(ObjectName) == 0) {
+        VDVariant object;
+        object.SetNamedPointer(ObjectName, timeSeries_);
+        list->AppendItem(object);
+    } else if (name.CompareNoCase(DaxFormatValue::GapsAreZero) == 0) {
+        list->AppendItem(VDVariant(true));
+    } else if (bool ofNumbers = false; name.CompareNoCase(DaxFormatValue::StatisticsOfNumbers) == 0 &&
+                                       object_->GetStatsOfNumbers(channel, &ofNumbers)) {
+        list->AppendItem(VDVariant(ofNumbers));
+    }
+}
+
+bool VDTsAccZ4::PutFormatSpecific(long accessChannel, const VDVariant& list)
+{
+    bool ofNumbers = false;
+    if (object_ == nullptr || VFText(list[0]).CompareNoCase(DaxFormatValue::StatisticsOfNumbers) != 0)
+        PutHint(list);
+    else if (list[1].GetBoolean(&ofNumbers))
+        return object_->SetStatsOfNumbers(GetChannel(accessChannel), ofNumbers);
+    return true;
+}
+
 bool VDTsAccZ4::GetValue(long accessChannel, int key, VDVariant* value)
 {
     using namespace DaxTimeSeries;
@@ -136,11 +161,7 @@ bool VDTsAccZ4::GetValue(long accessChannel, int key, VDVariant* value)
         GetFullScale(channel, value);
         break;
     case FormatSpecific:
-        if (timeSeries_ != nullptr && VFText((*value)[0]).CompareNoCase(ObjectName) == 0) {
-            VDVariant object;
-            object.SetNamedPointer(ObjectName, timeSeries_);
-            value->AppendItem(object);
-        }
+        GetFormatSpecific(channel, value);
         break;
     case BufferSize:
         *value = VDVariant(BlockPoints);
@@ -160,10 +181,8 @@ bool VDTsAccZ4::GetValue(long accessChannel, int key, VDVariant* value)
 bool VDTsAccZ4::PutValue(long accessChannel, int key, VDVariant* value)
 {
     using namespace DaxTimeSeries;
-    if (key == FormatSpecific) {
-        PutHint(*value);
-        return true;
-    }
+    if (key == FormatSpecific)
+        return PutFormatSpecific(accessChannel, *value);
     // What comes with the instance itself concerns other formats.
     if (object_ == nullptr)
         return key == AccessObject || key == UseOffset;

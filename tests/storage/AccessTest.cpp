@@ -7,6 +7,9 @@
 #include "vdbase/VFTrace.h"
 #include "vdstore/LQDataManager.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <numeric>
 #include <thread>
 
@@ -196,6 +199,76 @@ TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
     EXPECT_EQ(text, "S 17");
     EXPECT_TRUE(TSAccGetMetaData(acc.Get(), &again));
     EXPECT_EQ(again, mapper);
+}
+
+TEST_F(StorageAccessTest, AFlushIsOneVersionWithItsStatistics)
+{
+    // The versions that the file had, from its two slots.
+    const auto versions = [this] {
+        const std::string bytes = TestReadFile(name_);
+        return std::max(bytes[4096 + 8], bytes[8192 + 8]);
+    };
+    const auto floats = Ramp<float>(100, 1);
+    float mean = 0;
+    {
+        const VDTsAccHandle acc = Create(11, {{1, DaxDataType::Float}, {2, DaxDataType::Double}});
+        for (const char version : {'\1', '\2'}) {
+            EXPECT_TRUE(TSAccPutNext(acc.Get(), 0, 50, floats.data() + 50 * (version - 1)));
+            EXPECT_TRUE(TSAccFlush(acc.Get()));
+            EXPECT_EQ(versions(), version);
+            const VDTsAccHandle reader = OpenTest(name_);
+            EXPECT_TRUE(TSAccGetStat(reader.Get(), 0, VTTsAccStatMean, &mean));
+            EXPECT_EQ(mean, version == 1 ? 25.5F : 50.5F);
+        }
+        EXPECT_TRUE(TSAccClose(acc.Get()));
+    }
+    EXPECT_EQ(versions(), 2) << "there was nothing left to write";
+    EXPECT_TRUE(TSAccClose(Create(11, {{1, DaxDataType::Float}}).Get()));
+    EXPECT_EQ(versions(), 1);
+}
+
+// What is in the file has been spoilt, so that statistics of it show whether it was read.
+TEST_F(StorageAccessTest, AppendingGoesOnFromStoredStatisticsAndOverGaps)
+{
+    constexpr std::int64_t Far = 2'000'000'000;
+    constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+    for (const float last : {30.0F, NaN}) {
+        const float start[] = {10, 20, last};
+        {
+            const VDTsAccHandle acc = Create(11, {{1, DaxDataType::Float}});
+            EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 1, 3, start) && TSAccClose(acc.Get()));
+        }
+        std::string bytes = TestReadFile(name_);
+        const std::string first(reinterpret_cast<const char*>(start), 4);
+        const std::string spoilt(reinterpret_cast<const char*>(&start[1]), 4);
+        bytes.replace(bytes.find(first + spoilt, 12288), 4, spoilt);
+        TestWriteFile(folder_.Path(), "test.z4t", bytes);
+        const float more[] = {40, 50};
+        {
+            const VDTsAccHandle acc = OpenTest(name_, VTTsAccOpenUpdate);
+            EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 4, 1, &more[0]) && TSAccFlush(acc.Get()) &&
+                        TSAccPutData(acc.Get(), 0, 5, 1, &more[1]) && TSAccClose(acc.Get()));
+        }
+        const VDTsAccHandle acc = OpenTest(name_, VTTsAccOpenUpdate);
+        float mean = 0;
+        float sdev = 0;
+        std::int64_t point = 0;
+        EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMean, &mean) &&
+                    TSAccGetStat(acc.Get(), 0, VTTsAccStatSDev, &sdev) &&
+                    TSAccGetPointStat(acc.Get(), 0, VTTsAccStatPointOfMax, &point));
+        EXPECT_EQ(point, 5);
+        if (std::isnan(last)) {
+            EXPECT_EQ(mean, 32.5F) << "20, 20, 40, 50: how many are numbers isn't stored, so that they are read";
+            continue;
+        }
+        EXPECT_FLOAT_EQ(mean, 30);
+        EXPECT_FLOAT_EQ(sdev, 15.8113883F);
+        EXPECT_TRUE(TSAccPutData(acc.Get(), 0, Far, 1, &more[1]) && TSAccFlush(acc.Get()));
+        EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMean, &mean) &&
+                    TSAccGetPointStat(acc.Get(), 0, VTTsAccStatPointOfMin, &point));
+        EXPECT_FLOAT_EQ(mean, 200.0F / Far);
+        EXPECT_EQ(point, 6);
+    }
 }
 
 TEST_F(StorageAccessTest, BadIdsAndFilesAreRefused)

@@ -135,6 +135,43 @@ TEST(Stream, SpaceOfOlderVersionsIsUsedAgain)
     manager.CloseFile(file, true);
 }
 
+TEST(Stream, AFileThatIsFlushedOftenTakesLittleMoreThanItsData)
+{
+    for (const std::size_t piece : {400U, 4'000U, 32'768U, 400'000U}) {
+        FaultStorageOs os;
+        Z4Manager manager(os);
+        Z4File* const file = manager.CreateFile(Name, nullptr);
+        Z4Node* const node = file->GetRoot()->AdoptNode("Node", 1, nullptr);
+        const std::string bytes(piece, 'b');
+        std::size_t data = 0;
+        for (int i = 0; i < 8; ++i)
+            node->AddStream(Z4Size::Record32K);
+        while (data < 4'000'000) {
+            for (int i = 0; i < 8; ++i)
+                ASSERT_TRUE(
+                    node->GetStream(i)->Write(node->GetStream(i)->GetLength(), static_cast<int>(piece), bytes.data()));
+            ASSERT_TRUE(node->Commit());
+            data += 8 * piece;
+            ASSERT_LT(os.Content(Name).size(), data + data / 10 * 3 + 1'048'576) << data;
+        }
+        ASSERT_TRUE(manager.CloseFile(file, true));
+        EXPECT_LT(os.Content(Name).size(), data + data / 10) << piece;
+    }
+    // Room in the middle of a file is used when it grows again, and room at its end given back.
+    FaultStorageOs os;
+    Z4Manager manager(os);
+    Z4File* file = manager.CreateFile(Name, nullptr);
+    Z4Node* node = file->GetRoot()->AdoptNode("Node", 1, nullptr);
+    const std::string bytes(1'000'000, 'b');
+    for (int i = 0; i < 4; ++i)
+        ASSERT_TRUE(node->AddStream(Z4Size::Record32K)->Write(0, 1'000'000, bytes.data()) && node->Commit());
+    ASSERT_TRUE(node->RemoveStream(0) && node->RemoveStream(0) && node->Commit());
+    ASSERT_TRUE(node->AddStream(Z4Size::Record32K)->Write(0, 1'000'000, bytes.data()) && node->Commit());
+    EXPECT_LT(os.Content(Name).size(), 4'300'000U);
+    ASSERT_TRUE(node->RemoveStream(1) && node->Commit() && manager.CloseFile(file, true));
+    EXPECT_LT(os.Content(Name).size(), 3'300'000U);
+}
+
 TEST(Stream, ManySmallStreamsAndHugeGapsTakeLittleRoom)
 {
     const TestFolder folder;

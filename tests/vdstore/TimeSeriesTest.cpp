@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <thread>
 #include <utility>
 
@@ -205,6 +206,16 @@ TEST(TimeSeries, FactsStatisticsAndMetadataComeBack)
         EXPECT_EQ(mapper->GetMetaDataSet("Attributes", 0)->GetProperty(name, true)->ToString(), value) << name;
     EXPECT_FALSE(mapper->GetMetaDataSet("Attributes", 1)->Exists("Max", false));
     EXPECT_EQ(mapper->GetMetaDataItem("XUnits", LQChannelMapper::GLOBAL)->ToString(), "s");
+
+    // Statistics of points that aren't there are stored as they are given, but count for nothing when they are read.
+    for (const std::int64_t point : {std::numeric_limits<std::int64_t>::min(), std::int64_t(4)}) {
+        store.Close(false);
+        series = store.Open(true);
+        ASSERT_TRUE(series->SetStats(0, 5, 1, 2.5F, 2, 3, 2, point, 2) && store.Close(true));
+        series = store.Open(false);
+        EXPECT_FALSE(series->GetStat(0, VTTsFloatStatMin, &stat));
+        EXPECT_TRUE(series->RefreshMetadata(false, LQObject::ALL_CHANNELS));
+    }
 }
 
 TEST(TimeSeries, AFlushStaysAndACloseWithoutSavingDropsTheRest)

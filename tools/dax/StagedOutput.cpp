@@ -2,6 +2,8 @@
 
 #include "ToolError.h"
 
+#include "vdarchive/Z4Manager.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -57,8 +59,10 @@ VDStagedOutput::VDStagedOutput(const std::vector<std::string>& names, const std:
     : overwrite_(overwrite), names_(names), folder_(fs::path(names.front()).parent_path())
 {
     VFRefuseInputs(names, inputs);
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         CheckTarget(name);
+        Hold(name);
+    }
     std::vector<std::string> staged;
     for (const std::string& name : names)
         staged.push_back(fs::path(name).filename().string());
@@ -83,6 +87,15 @@ void VDStagedOutput::CheckTarget(const fs::path& target) const
         VFFailSystem(DaxToolError::OutputWrite, "The output may not be replaced: " + target.string(), "VDStagedOutput");
 }
 
+void VDStagedOutput::Hold(const fs::path& target)
+{
+    std::unique_ptr<Z4FileHold>& hold = holds_[target];
+    // One may have come up since this was asked before.
+    if (hold == nullptr || !hold->HasFile())
+        hold = Z4Manager().HoldFile(target.c_str());
+    VFCheck(hold != nullptr);
+}
+
 std::string VDStagedOutput::StagedName(const std::string& name) const
 {
     return (staging_->GetPath() / fs::path(name).filename()).string();
@@ -93,6 +106,7 @@ void VDStagedOutput::Publish()
     const std::vector<fs::path> files = staging_->GetFiles();
     for (const fs::path& file : files) {
         CheckTarget(folder_ / file.filename());
+        Hold(folder_ / file.filename());
         VFSyncPath(file);
     }
     VDInterruptGuard::Check();

@@ -3,7 +3,11 @@
 #include "Interrupt.h"
 #include "StagingFolder.h"
 
+#include "vdarchive/Z4FileHold.h"
+
 #include <filesystem>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,11 +40,14 @@ public:
 
 private:
     void CheckTarget(const std::filesystem::path& target) const;
+    /// Keeps writers of a storage file off that is going to be replaced; throws if there is one.
+    void Hold(const std::filesystem::path& target);
     void PublishFile(const std::filesystem::path& staged) const;
 
     VDInterruptGuard interrupts_;
     bool overwrite_;
     std::vector<std::string> names_;
     std::filesystem::path folder_;
+    std::map<std::filesystem::path, std::unique_ptr<Z4FileHold>> holds_;
     std::optional<VDStagingFolder> staging_;
 };
