@@ -10,9 +10,12 @@
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -127,6 +130,65 @@ void BM_ScanSorted(benchmark::State& state)
 }
 BENCHMARK(BM_ScanSorted)->Unit(benchmark::kMillisecond);
 
+std::string ManyComponents(int count)
+{
+    std::string content = FamosStart() + FamosKey("CG", "1,1,1");
+    for (int index = 0; index < count; ++index)
+        content += FamosKey("CC", "1,1");
+    return content;
+}
+
+std::string ManyGroups(int count)
+{
+    std::string content = FamosStart();
+    for (int index = 0; index < count; ++index)
+        content += FamosGroup(7, "channel");
+    return content;
+}
+
+/// A damaged stream, in which no id comes twice.
+std::string ManyIds(int count, std::size_t frameBytes)
+{
+    std::vector<std::string> records;
+    for (int index = 0; index < count; ++index)
+        records.push_back(FamosRecord(static_cast<unsigned>(index) * 2654435761u, std::string(frameBytes, 'x')));
+    return FamosStampedStart() + FamosSamples(FamosBlocks(records));
+}
+
+/// What a file of many small things takes: memory that stays, and time of the processor, both by the byte of the file.
+/// Neither must grow with the file.
+void PrintGrowth(const BenchFolder& folder)
+{
+    const struct
+    {
+        const char* what;
+        std::string (*make)(int count);
+        double limit;
+    } kinds[] = {
+        {"components", ManyComponents, 10},
+        {"groups", ManyGroups, 5},
+        {"frame ids of 1 byte", [](int count) { return ManyIds(count, 1); }, 8},
+        {"frame ids of 500 bytes", [](int count) { return ManyIds(count, 500); }, 1},
+    };
+    std::printf("\n%-24s %10s %12s %16s %16s\n", "many", "number", "file, kB", "memory / file", "ns a byte");
+    for (const auto& kind : kinds)
+        for (const int count : {1'000, 10'000, 100'000}) {
+            const std::string name = folder.Name("growth.dat");
+            std::ofstream(name, std::ios::binary) << kind.make(count);
+            const auto size = static_cast<double>(std::filesystem::file_size(name));
+            const std::clock_t start = std::clock();
+            const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
+            VDFamosUtil famos;
+            const bool good = famos.Open(VDString(name), "");
+            const double memory = static_cast<double>(mallinfo2().uordblks + mallinfo2().hblkhd - before) / size;
+            const double time = static_cast<double>(std::clock() - start) * 1e9 / CLOCKS_PER_SEC / size;
+            // Of a small file the tables that every file has are the greater part.
+            const char* const verdict = !good ? "failed" : count < 10'000 ? "" : memory <= kind.limit ? "kept" : "NOT KEPT";
+            std::printf("%-24s %10d %12.1f %8.2f <= %4.0f %16.2f  %s\n", kind.what, count, size / 1000, memory, kind.limit,
+                        time, verdict);
+        }
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -136,6 +198,7 @@ int main(int argc, char** argv)
     VVStreamFile = folder.Name("stream.dat");
     WriteHeaderFile();
     WriteStreamFile();
+    PrintGrowth(folder);
     return RunBenchRatios(argc, argv,
                           {{"BM_OpenHeader", "BM_BareHop", 2.4},
                            {"BM_ScanFastLookup", "BM_ReadAndSum", 0.15, true},
