@@ -199,10 +199,12 @@ DAX_API int TSAccGetFullScaleValid(VDTsAcc* acc, int index, char* valid);
 
 /// @name Format-specific values and metadata
 /// @{
-/// A name that the format doesn't know leaves the value empty, and succeeds.
+/// A name that the format doesn't know leaves the value empty, and succeeds. `DaxFormatValue` has the names that all formats
+/// share, among them the one that lists the others.
 DAX_API int TSAccGetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value);
 /// Needs no open test: storage files take the hints "Z4NumberOfElements" (64-bit, points of a channel) and "Z4ElementsSize"
-/// (long, bytes of a point) before a new one is opened, which gives it the record size that suits.
+/// (long, bytes of a point) before a new one is opened, which gives it the record size that suits, and WAV files "Encoding"
+/// and their texts.
 DAX_API int TSAccSetFormatSpecificValue(VDTsAcc* acc, int index, const char* name, VDVariant* value);
 /// The metadata of the test. The mapper stays the library's or the plug-in's and is valid until the test is closed.
 DAX_API int TSAccGetMetaData(VDTsAcc* acc, LQChannelMapper** mapper);

@@ -76,7 +76,8 @@ enum Key : int {
                             ///< points of max, min and largest absolute value (64-bit)
     StatisticsDouble = 13,  ///< put, channel: the same with doubles
     FullScale = 14,         ///< both, channel: list of two floats, low and high
-    FormatSpecific = 15,    ///< both, channel or file: list. Get: holds the name, the plug-in appends the value; put: name, value
+    FormatSpecific = 15,    ///< both, channel or file: list. Get: holds the name, the plug-in appends the value; put: name, value.
+                            ///< `DaxFormatValue` has the names that all formats share
     BufferSize = 16,        ///< get, file: long, preferred block in points
     ChanTitle = 17,         ///< both, channel: text
     ActualChanNumber = 18,  ///< get, channel: long
