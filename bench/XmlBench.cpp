@@ -24,13 +24,13 @@ constexpr int Channels = 10'000;
 constexpr int ItemsPerChannel = 20;
 
 /// Channels with one set of items of the usual types.
-void Fill(LQChannelMapper& mapper, int channels)
+void Fill(LQChannelMapper& mapper, int channels, int items = ItemsPerChannel)
 {
     for (int number = 1; number <= channels; ++number) {
         LQChannelEntry* const entry = mapper.Append();
         mapper.SetChannelNumber(number, entry);
         Z4PropertySet& set = *mapper.AdoptMetaDataSet("Sensor", nullptr, entry->GetIndex());
-        for (int i = 0; i < ItemsPerChannel; ++i) {
+        for (int i = 0; i < items; ++i) {
             const std::string name = "Item" + std::to_string(i);
             if (i % 4 == 0)
                 set.AddString(name.c_str(), "front left wheel");
@@ -131,7 +131,7 @@ void PrintGrowth()
             return std::chrono::duration<double, std::micro>(time).count() / channels;
         };
         LQChannelMapper mapper(nullptr);
-        Fill(mapper, channels);
+        Fill(mapper, channels, 4);
         const auto start = Clock::now();
         const std::string text = ToText(mapper);
         const auto middle = Clock::now();

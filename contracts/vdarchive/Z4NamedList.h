@@ -90,7 +90,7 @@ public:
     }
 
 private:
-    static constexpr int LongestUnindexed = 16;
+    static constexpr int LongestUnindexed = 32;
     struct Place
     {
         T* item = nullptr;

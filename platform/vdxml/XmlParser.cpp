@@ -84,8 +84,16 @@ public:
 
     void docCharacters(const XMLCh* const text, const XMLSize_t length, const bool isCData) override
     {
-        TakeRoom(length);
+        if (hasDocumentType_)
+            TakeRoom(length);
         XercesDOMParser::docCharacters(text, length, isCData);
+    }
+
+    void doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* const publicId, const XMLCh* const systemId,
+                     const bool hasInternal, const bool hasExternal) override
+    {
+        hasDocumentType_ = true;
+        XercesDOMParser::doctypeDecl(root, publicId, systemId, hasInternal, hasExternal);
     }
 
     void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter, const bool isIgnored) override
@@ -124,7 +132,8 @@ private:
     void CountAttribute(const xercesc::XMLAttr& attribute)
     {
         const std::u16string_view name = attribute.getQName();
-        TakeRoom(name.size() + xercesc::XMLString::stringLen(attribute.getValue()));
+        if (hasDocumentType_)
+            TakeRoom(name.size() + xercesc::XMLString::stringLen(attribute.getValue()));
         // A name counts by its place in a table; chance makes sure that nobody can choose names of one place.
         const std::size_t place = ((std::hash<std::u16string_view>()(name) ^ chance_) * 0x9E3779B97F4A7C15U) >> 48;
         if (!attributeNames_[place] && ++attributeNameCount_ > LargestNames)
@@ -153,7 +162,8 @@ private:
 
     xercesc::SecurityManager limits_;
     int depth_ = 0;
-    XMLSize_t room_;  ///< for characters still to come
+    bool hasDocumentType_ = false;
+    XMLSize_t room_;  ///< for characters still to come, behind a document type
     XMLSize_t declarations_ = 0;
     std::bitset<65'536> attributeNames_;
     XMLSize_t attributeNameCount_ = 0;

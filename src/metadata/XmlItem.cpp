@@ -17,18 +17,6 @@ bool ReportText(int code, const VDString& text)
     return VFDaxReport(code, Routine, {.appended = " - " + text}) != 0;
 }
 
-/// Index of the channel of this number, which is made if there is none; false, recorded, on failure.
-bool AdoptChannel(LQChannelMapper& mapper, long number, int* index)
-{
-    *index = LQChannelMapper::GLOBAL;
-    if (number == LQChannelMapper::GLOBAL)
-        return true;
-    *index = mapper.IndexFromNumber(number, false);
-    if (*index < 0 && mapper.SetChannelNumber(number, mapper.Append()))
-        *index = mapper.IndexFromNumber(number, false);
-    return *index >= 0 || VFDaxReportError(DaxError::XmlChannel, Routine) != 0;
-}
-
 /// The type that an item without a word has by its value.
 Z4PropertyType TypeOf(const VDString& value)
 {
@@ -53,12 +41,23 @@ bool PutItem(Z4PropertySet& set, const XmlItem& item, Z4PropertyType type, bool 
 
 }  // namespace
 
-bool VFAddXmlItem(LQChannelMapper& mapper, const VDString& setName, const XmlItem& item, long channelNumber)
+Z4PropertySet* VFAdoptXmlSet(LQChannelMapper& mapper, const VDString& name, long channelNumber)
 {
-    int index = 0;
-    if (!AdoptChannel(mapper, channelNumber, &index))
-        return false;
-    Z4PropertySet& set = *mapper.AdoptMetaDataSet(setName, nullptr, index);
+    int index = LQChannelMapper::GLOBAL;
+    if (channelNumber != LQChannelMapper::GLOBAL) {
+        index = mapper.IndexFromNumber(channelNumber, false);
+        if (index < 0 && mapper.SetChannelNumber(channelNumber, mapper.Append()))
+            index = mapper.IndexFromNumber(channelNumber, false);
+        if (index < 0) {
+            VFDaxReportError(DaxError::XmlChannel, Routine);
+            return nullptr;
+        }
+    }
+    return mapper.AdoptMetaDataSet(name, nullptr, index);
+}
+
+bool VFAddXmlItem(Z4PropertySet& set, const XmlItem& item)
+{
     if (item.type.IsEmpty())
         return PutItem(set, item, TypeOf(item.value), item.undefinedText, DaxError::XmlItemValue);
     const auto* const word =

@@ -3,6 +3,7 @@
 #include "vdbase/VDString.h"
 
 class LQChannelMapper;
+class Z4PropertySet;
 
 /// One item of metadata as it stands in XML.
 struct XmlItem
@@ -14,7 +15,9 @@ struct XmlItem
     bool undefinedText = false;  ///< so a String, too, is undefined, and not empty
 };
 
-/// Adds an item to a set of a mapper, or gives the one that is there the value; set and channel are made as needed.
-/// Failures are recorded.
-/// @param channelNumber  or `LQChannelMapper::GLOBAL`
-bool VFAddXmlItem(LQChannelMapper& mapper, const VDString& setName, const XmlItem& item, long channelNumber);
+/// The set of this name in a channel, or in the global slot for the number `LQChannelMapper::GLOBAL`; set and channel are
+/// made as needed. Null, recorded, if that can't be.
+Z4PropertySet* VFAdoptXmlSet(LQChannelMapper& mapper, const VDString& name, long channelNumber);
+
+/// Adds an item to a set, or gives the one that is there the value. Failures are recorded.
+bool VFAddXmlItem(Z4PropertySet& set, const XmlItem& item);

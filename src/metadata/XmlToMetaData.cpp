@@ -88,6 +88,7 @@ private:
         VDString name;
         if (!VDUXmlHelper::GetAttribute(set, XmlName::Name, &name))
             return Report(DaxError::XmlSetName);
+        set_ = nullptr;
         if (!ForEachChild(set, XmlName::Item, [&](const DOM_Element& item) { return ReadItem(item, name); }))
             return false;
         // The title of a channel is one of its attributes.
@@ -108,9 +109,14 @@ private:
         return AddItem(set, item);
     }
 
-    bool AddItem(const VDString& set, const XmlItem& item)
+    /// The first item makes the set.
+    bool AddItem(const VDString& setName, const XmlItem& item)
     {
-        return number_ ? VFAddXmlItem(mapper_, set, item, *number_) : Report(DaxError::XmlNumber);
+        if (!number_)
+            return Report(DaxError::XmlNumber);
+        if (set_ == nullptr)
+            set_ = VFAdoptXmlSet(mapper_, setName, *number_);
+        return set_ != nullptr && VFAddXmlItem(*set_, item);
     }
 
     LQChannelMapper& mapper_;
@@ -118,6 +124,7 @@ private:
     // Of the slot that is being read:
     std::optional<long> number_;  ///< none if it can't be a channel's
     std::optional<VDString> title_;
+    Z4PropertySet* set_ = nullptr;  ///< null until there is an item
 };
 
 bool CheckVersion(const DOM_Element& root)
