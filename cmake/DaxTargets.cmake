@@ -34,7 +34,7 @@ function(dax_add_plugin name manifest)
     target_link_libraries(${name} PRIVATE daxlib dax_options)
     set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${DAX_PLUGIN_DIR}
                           INSTALL_RPATH "$ORIGIN/${DAX_LIB_FROM_PLUGINS}")
-    configure_file(${manifest} ${CMAKE_BINARY_DIR}/${DAX_DATA_DIR}/plugins.d/${manifest} COPYONLY)
+    configure_file(${manifest} ${CMAKE_BINARY_DIR}/${DAX_DATA_DIR}/plugins.d/${manifest} NO_SOURCE_PERMISSIONS COPYONLY)
     install(TARGETS ${name} LIBRARY DESTINATION ${DAX_PLUGIN_DIR})
     install(FILES ${manifest} DESTINATION ${DAX_DATA_DIR}/plugins.d)
 endfunction()
