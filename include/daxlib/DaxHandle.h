@@ -3,6 +3,7 @@
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
+#include "daxlib/MetaAcc.h"
 #include "daxlib/TSAcc.h"
 #include "daxlib/VMD.h"
 
@@ -50,4 +51,5 @@ using VDFileIdHandle = VDDaxHandle<VDFileId, FIDRelease>;
 using VDFileIdArrayHandle = VDDaxHandle<VDFileIdArray, FIARelease>;
 using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;
 using VDTsAccHandle = VDDaxHandle<VDTsAcc, TSAccRelease>;
+using VDMetaAccHandle = VDDaxHandle<VDMetaAcc, MetaAccRelease>;
 using VDVmdFileHandle = VDDaxHandle<VDVmdFile, VMDRelease>;

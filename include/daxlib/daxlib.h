@@ -9,6 +9,8 @@
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
 #include "daxlib/FileFormatPlugin.h"
+#include "daxlib/MetaAcc.h"
+#include "daxlib/MetaDataPlugin.h"
 #include "daxlib/TSAcc.h"
 #include "daxlib/TSAccGen.h"
 #include "daxlib/TimeSeriesPlugin.h"

@@ -3,12 +3,14 @@
 #include "VDAccessPlugins.h"
 #include "frame/ExportedWrapper.h"
 
-/// `VFForward` for an operation of the core of an access object. The class behind the handle has
-///
-///     template <auto Method, class... Arguments>
-///     bool InCore(Arguments... arguments) { return (core_.*Method)(arguments...); }
+/// `VFForward` for what all access families share: an operation of the core that the class behind the handle gives with
+/// `GetCore`.
 template <auto Method, class Class, class... Arguments>
 int VFForwardToCore(Class* handle, const char* routine, Arguments... arguments)
 {
-    return VFForward<&Class::template InCore<Method, Arguments...>>(handle, routine, arguments...);
+    return VFExport(routine, [&] {
+        if (!VFCheckHandle(handle, routine))
+            return 0;
+        return static_cast<int>((handle->GetCore().*Method)(arguments...));
+    });
 }

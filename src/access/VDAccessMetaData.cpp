@@ -97,9 +97,9 @@ bool VDAccessMetaData::FetchFromSidecar(LQChannelMapper** mapper, bool withHeade
            core_.Call("GetMetaData", [&] { return entryPoints.AddLegacyMetaData(core_.GetInstance(), *mapper); });
 }
 
-bool VDAccessMetaData::Extend(LQChannelMapper&)
+bool VDAccessMetaData::Extend(LQChannelMapper& mapper) const
 {
-    return true;
+    return VFDaxAddExtraMetadata(core_.GetFileId(), core_.IsIndexed(), &mapper);
 }
 
 bool VDAccessMetaData::AdoptSidecar()

@@ -44,7 +44,7 @@ private:
     bool FetchFromPlugin(LQChannelMapper** mapper, bool withHeader);
     bool FetchFromSidecar(LQChannelMapper** mapper, bool withHeader);
     bool AdoptSidecar();
-    bool Extend(LQChannelMapper& mapper);
+    bool Extend(LQChannelMapper& mapper) const;
 
     VDAccessCore& core_;
     VDAccessOffsets offsets_;

@@ -24,6 +24,7 @@ bool VDAccessPlugins::LoadPlugIns()
     if (pluginsLoaded_)
         return true;
     bool allLoaded = true;
+    // Where the first failure ends it, those behind it aren't tried.
     const auto load = [&](VDAccessPluginInfo& plugin, const VDString& library, const VDString& prefix) {
         if (family_.loadFailureIsFatal && !allLoaded)
             return false;
@@ -33,8 +34,12 @@ bool VDAccessPlugins::LoadPlugIns()
     };
     if (!VFLoadPluginTable(family_.section, plugins_, Routine(), load))
         return false;
-    if (family_.loadFailureIsFatal && !allLoaded)
+    if (family_.loadFailureIsFatal && !allLoaded) {
+        for (const auto& plugin : plugins_)
+            if (!plugin->problem.IsEmpty())
+                VFErrorSetAll(plugin->problem, 0);
         return false;
+    }
     pluginsLoaded_ = true;
     return true;
 }

@@ -22,12 +22,7 @@ public:
 
     VDTsAcc() : VDCompBase(HandleId), core_(VFTsFamily(), VFTsPlugins(), this) {}
 
-    /// An operation that all families share.
-    template <auto Method, class... Arguments>
-    bool InCore(Arguments... arguments)
-    {
-        return (core_.*Method)(arguments...);
-    }
+    VDAccessCore& GetCore() { return core_; }
 
     /// @name Steps of the core
     /// @{

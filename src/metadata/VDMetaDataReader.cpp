@@ -43,7 +43,8 @@ constexpr std::array VVFamilies = {
                                                                                                VTTsAccOpenRead),
     VDReaderFamily{.type = VTFileAccessHistogram, .notSupported = DaxError::HistNotSupported},
     VDReaderFamily{.type = VTFileAccessMultiColumn, .notSupported = DaxError::XyNotSupported},
-    VDReaderFamily{.type = VTFileAccessMetaData, .notSupported = DaxError::HistNotSupported},
+    MakeFamily<MetaAccCreate, MetaAccSetId, MetaAccOpen, MetaAccGetMetaData, MetaAccClose, MetaAccRelease>(VTFileAccessMetaData,
+                                                                                                           1),
     VDReaderFamily{.type = VTFileAccessComplexFrequency, .notSupported = DaxError::CfNotSupported},
 };
 

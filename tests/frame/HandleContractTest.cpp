@@ -85,6 +85,11 @@ const Row VVRows[] = {
     ROW(VMDRelease), ROW(VMDAdopt), ROW(VMDAdoptTestVmd), ROW(VMDGetMetaData), ROW(VMDFlush), ROW(VMDClear),
     ROW(VMDSetChannelNumberList),
 
+    ROW(MetaAccClose), ROW(MetaAccFlush), ROW(MetaAccGetActualChanNumber), ROW(MetaAccGetCapability), ROW(MetaAccGetChanIndex),
+    ROW(MetaAccGetChanTitle), ROW(MetaAccGetChans), ROW(MetaAccGetFormatSpecificValue), ROW(MetaAccGetId),
+    ROW(MetaAccGetMetaData), ROW(MetaAccGetNumChans), ROW(MetaAccIsValidChan), ROW(MetaAccOpen), ROW(MetaAccRelease),
+    ROW(MetaAccSetChanTitle), ROW(MetaAccSetFormatSpecificValue), ROW(MetaAccSetId),
+
     // The instance of a plug-in is its handle.
     ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
     ROW(TSAccGenGetCapability), ROW(TSAccGenGetValue), ROW(TSAccGenPutValue), ROW(TSAccGenGetData), ROW(TSAccGenPutData),
@@ -98,7 +103,7 @@ const Row VVRows[] = {
 
 /// Exported functions of the handle families that take no handle.
 const std::set<std::string> VVWithoutHandle = {
-    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
+    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "FINFAddPlugin", "FINFGetValidAccessTypes",
     "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
     // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
@@ -128,7 +133,7 @@ TEST(HandleContractTest, EveryExportedFunctionHasItsRow)
     for (const Row& row : VVRows)
         rows.insert(row.name);
     for (const std::string& name : ReadExportedNames())
-        for (const char* family : {"FID", "FIA", "FINF", "TSAcc", "VMD"}) {
+        for (const char* family : {"FID", "FIA", "FINF", "TSAcc", "MetaAcc", "VMD"}) {
             if (name.starts_with(family)) {
                 EXPECT_EQ(rows.count(name), 1U) << name;
             }

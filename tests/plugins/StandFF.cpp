@@ -44,6 +44,7 @@ constexpr StandType VVTypes[] = {
     {StandIn::HistFileId, 1, VTFileAccessHistogram, "STAND-HIST", "StandB", 0, 1},
     {StandIn::ChannelsFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandC", 1},
     {StandIn::ScheduleFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandSchedule"},
+    {StandIn::MetaFileId, 1, VTFileAccessMetaData, StandIn::MetaClassId, "StandMetaFile"},
 };
 constexpr StandType VVLexadeTypes[] = {
     {StandIn::LexadeFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandSig"},

@@ -62,12 +62,16 @@
 ///     log=1                             calls are recorded, see `StandTSTakeLog`
 ///     discard=1                         values that are written are dropped; their points count
 ///     overlap=MILLISECONDS              GetData waits this long for a second call to be under way at the same time
+///
+/// Metadata plug-in, prefix StandMeta: the same keys, as far as the family has the calls. Calls are recorded under the keys and
+/// capabilities of time series.
 namespace StandIn {
 
 constexpr const char* ClassId = "STAND-TS";                   ///< instances need no serialisation
 constexpr const char* SerialClassId = "STAND-TS-SERIAL";      ///< instances do
 constexpr const char* MissingClassId = "STAND-TS-MISSING";    ///< for MissTS
 constexpr const char* NoCreateClassId = "STAND-TS-NOCREATE";  ///< StandTSCreate gives null
+constexpr const char* MetaClassId = "STAND-META";              ///< for StandMeta
 constexpr const char* NobodyClassId = "STAND-TS-NOBODY";      ///< no plug-in is meant to have it
 
 /// The file types of StandFF, all readable and writable, with the keyword behind each.
@@ -81,6 +85,7 @@ constexpr int SubNoCreate = 6;         ///< StandNoCreate: NoCreateClassId
 constexpr int HistFileId = 29102;      ///< sub id 1, StandB: a histogram type, HasRun 1
 constexpr int ChannelsFileId = 29104;  ///< sub id 1, StandC: ClassId, name form 1
 constexpr int ScheduleFileId = 700;    ///< sub id 1, StandSchedule: ClassId
+constexpr int MetaFileId = 29108;      ///< sub id 1, StandMetaFile: MetaClassId
 /// LexadeFF: sub id 1, StandSig.
 constexpr int LexadeFileId = 29103;
 /// OtherFF: each of sub id 1.

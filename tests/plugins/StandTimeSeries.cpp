@@ -117,7 +117,7 @@ int StandTimeSeries::SetId(VDFileId* id, char create)
     id_ = id;
     FIDAddRef(id_);
     VDString filename;
-    FIDGetChanFilename(id_, 0, &filename);
+    FIDGetChanFilename(id_, static_cast<int>(DaxChannel::WholeFile), &filename);
     filename_ = filename.Str();
     script_ = StandScript::OfFile(filename);
     quiet_ = true;

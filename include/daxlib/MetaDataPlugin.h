@@ -1,0 +1,54 @@
+#pragma once
+
+#include "daxlib/DaxTypes.h"
+#include "vdbase/VDVariant.h"
+
+class LQChannelMapper;
+
+/// What a metadata access plug-in exports, in the configuration section "MetaDataFiles" and under the class id text that its
+/// file types name: each of these functions as `extern "C"` under the plug-in's prefix. All are needed. One plug-in of the
+/// section that doesn't load keeps all the others from being used.
+///
+/// `instance` is what `Create` gave; one instance serves one test. A result of 0, or an exception, is a failure, and
+/// `GetLastError` is asked for its text. Channels are indexes into the sorted channel list of the id that `SetId` got, -1 is
+/// the file as a whole. Calls come one at a time for the whole process unless the instance answers `NoSerialisation`.
+namespace DaxMetaData {
+
+using Create = void*(const char* classId);
+using Release = int(void* instance);
+/// @param id      the access object's own copy, valid until the instance is released; it may have no channels
+/// @param create  non-zero for a file that is to be written anew
+using SetId = int(void* instance, VDFileId* id, char create);
+/// @param mode  1 read, 2 read and write an existing file, 3 and 4 create
+using Open = int(void* instance, int mode);
+using Close = int(void* instance);
+/// The text of the plug-in's last failure; exactly "VARDO" if the plug-in has recorded it in the error system already.
+using GetLastError = void(VDString& text);
+using Flush = int(void* instance);
+/// @param capability  a `Capability`; an unknown one is answered with 0
+using GetCapability = int(void* instance, int capability, char* answer);
+/// @param key  a `Key`. A key that the format has no answer for leaves the variant as it is, which is no failure
+using GetValue = int(void* instance, long channel, int key, VDVariant* value);
+using PutValue = int(void* instance, long channel, int key, VDVariant* value);
+/// The mapper that the plug-in keeps and owns.
+using LoadMetaData = int(void* instance, LQChannelMapper** mapper);
+/// Adds to the sidecar of a test what an older form of the format keeps of it.
+using AddLegacyMetaData = int(void* instance, LQChannelMapper* mapper);
+
+/// What `GetCapability` is asked.
+enum Capability : int {
+    KeepsMetaData = 7,     ///< the file holds the metadata; otherwise they go into a sidecar beside it
+    ChannelTitles = 9,     ///< channel titles are stored in the file
+    NoSerialisation = 10,  ///< instances may be called at the same time from different threads
+};
+
+/// Keys of `GetValue` and `PutValue`, with the variant that goes with each.
+enum Key : int {
+    AccessObject = 0,       ///< put, file: pointer to the access object
+    FormatSpecific = 14,    ///< both, channel or file: list. Get: holds the name, the plug-in appends the value; put: name, value
+    ChanTitle = 16,         ///< both, channel: text
+    ActualChanNumber = 17,  ///< get, channel: long
+    MetaDataMapper = 20,    ///< put, file: pointer named "MetaDataMapper", the sidecar's mapper
+};
+
+}  // namespace DaxMetaData
