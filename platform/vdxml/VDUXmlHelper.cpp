@@ -1,5 +1,6 @@
 #include "vdxml/VDUXmlHelper.h"
 
+#include "ReplaceFile.h"
 #include "VDDomAccess.h"
 #include "XmlParser.h"
 
@@ -10,8 +11,6 @@
 
 #include <xercesc/framework/MemBufFormatTarget.hpp>
 #include <xercesc/util/XMLUni.hpp>
-
-#include <unistd.h>
 
 #include <string>
 #include <string_view>
@@ -49,14 +48,6 @@ bool VFReportWrite(const VDString& reason)
 {
     return VFErrorSet(VDBaseError::XmlWrite, "The XML text can't be formed: " + reason,
                       "VDUXmlHelper::ConvertNodeTreeToText", 0) != 0;
-}
-
-bool VFWriteWhole(VDIo* io, const VDUDataBuffer& content)
-{
-    const bool written = io->Open(VTOpenCreate) &&
-                         io->WriteAtCur(static_cast<std::int64_t>(Declaration.size()), Declaration.data()) &&
-                         io->WriteAtCur(static_cast<std::int64_t>(content.GetSize()), content.GetData());
-    return io->Close() && written;
 }
 
 }  // namespace
@@ -155,13 +146,5 @@ bool VDUXmlHelper::SaveNodeTreeToFile(const DOM_Node& node, const char* filename
     VDUDataBuffer content;
     if (!ConvertNodeTreeToText(node, &content, indent))
         return false;
-    VDString beside;
-    beside.Format("%s.%ld.tmp", filename, static_cast<long>(getpid()));
-    VDIo io(beside);
-    if (VFWriteWhole(&io, content) && VDFileSystem::RenameFile(beside, filename))
-        return true;
-    // The report of the failure counts, not one that nothing is there to delete.
-    const VDErrorMute mute;
-    VDFileSystem::DelFile(beside);
-    return false;
+    return VFReplaceFile(filename, {Declaration, content.View()});
 }

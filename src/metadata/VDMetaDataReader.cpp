@@ -1,5 +1,6 @@
 #include "daxlib/VDMetaDataReader.h"
 
+#include "MetaDataGuard.h"
 #include "frame/VFDaxReport.h"
 
 #include "daxlib/DaxHandle.h"
@@ -120,13 +121,13 @@ VDMetaDataReader::~VDMetaDataReader()
 
 bool VDMetaDataReader::SetFileId(void* fileId)
 {
-    if (test_ != nullptr)
-        return false;
-    auto test = std::make_shared<Test>();
-    if (!test->Open(static_cast<VDFileId*>(fileId)))
-        return false;
-    test_ = std::move(test);
-    return true;
+    return test_ == nullptr && VFGuardMetaData([&] {
+               auto test = std::make_shared<Test>();
+               if (!test->Open(static_cast<VDFileId*>(fileId)))
+                   return false;
+               test_ = std::move(test);
+               return true;
+           });
 }
 
 bool VDMetaDataReader::GetMetaData(LQChannelMapper** mapper)

@@ -160,6 +160,7 @@ TEST(XmlHelper, WritesWhatItReads)
 
     const TestFolder folder;
     const std::string file = folder.Write("out.xml", "old");
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     ASSERT_TRUE(VDUXmlHelper::SaveNodeTreeToFile(root, file.c_str(), true));
     EXPECT_TRUE(TestReadFile(file).starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Root units=\""))
         << TestReadFile(file);
@@ -167,7 +168,11 @@ TEST(XmlHelper, WritesWhatItReads)
     EXPECT_EQ(Attribute(again, "units"), units);
     EXPECT_EQ(VDUXmlHelper::DOMToVDString(again.GetFirstChild().GetNodeValue()).Str(), "a<b");
 
+    EXPECT_EQ(std::filesystem::status(file).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+
     EXPECT_FALSE(VDUXmlHelper::SaveNodeTreeToFile(root, folder.Name("no/such/").c_str(), true));
+    ExpectError(VDBaseError::FileWrite, "no/such/");
     EXPECT_FALSE(VDUXmlHelper::SaveNodeTreeToFile(DOM_Node(), file.c_str(), true));
     ExpectError(VDBaseError::XmlWrite, "there is no tree");
     EXPECT_FALSE(TestReadFile(file).empty());
