@@ -2,12 +2,15 @@
 
 #include "vdbase/VDStringArray.h"
 
+#include <string>
+#include <unordered_map>
+
 /// Texts under names, in the order in which the names first came.
 class VDBASE_API VDKeyValueArray
 {
 public:
     /// @param type  0 tells names apart by case, 1 does not
-    void SetKeyType(int type) { noCase_ = type == 1; }
+    void SetKeyType(int type);
 
     void Clear();
     int GetSize() const { return keys_.GetSize(); }
@@ -21,8 +24,11 @@ public:
 
 private:
     int IndexOf(const char* key) const;
+    /// What names that mean the same have in common.
+    std::string Fold(const char* key) const;
 
     VDStringArray keys_;
     VDStringArray values_;
+    std::unordered_map<std::string, int> index_;  // by folded key
     bool noCase_ = false;
 };

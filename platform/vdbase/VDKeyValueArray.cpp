@@ -2,8 +2,17 @@
 
 #include <utility>
 
+void VDKeyValueArray::SetKeyType(int type)
+{
+    noCase_ = type == 1;
+    index_.clear();
+    for (int i = 0; i < keys_.GetSize(); ++i)
+        index_.emplace(Fold(keys_[i]), i);
+}
+
 void VDKeyValueArray::Clear()
 {
+    index_.clear();
     keys_.Clear();
     values_.Clear();
 }
@@ -18,7 +27,7 @@ void VDKeyValueArray::Set(const char* key, const char* value)
     // Both are copied before either list grows: they may belong to one of them.
     VDString newKey(key);
     VDString newValue(value);
-    keys_.AppendItem(std::move(newKey));
+    index_.emplace(Fold(newKey), keys_.AppendItem(newKey));
     values_.AppendItem(std::move(newValue));
 }
 
@@ -31,5 +40,14 @@ bool VDKeyValueArray::Get(const char* key, VDString* value) const
 
 int VDKeyValueArray::IndexOf(const char* key) const
 {
-    return noCase_ ? keys_.FindNoCase(key) : keys_.Find(key);
+    const auto found = index_.find(Fold(key));
+    return found != index_.end() ? found->second : -1;
+}
+
+std::string VDKeyValueArray::Fold(const char* key) const
+{
+    VDString folded(key);
+    if (noCase_)
+        folded.MakeLower();
+    return folded.Str();
 }
