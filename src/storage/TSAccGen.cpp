@@ -6,19 +6,35 @@
 
 #include "daxlib/TSAccGen.h"
 
+#include <atomic>
+#include <typeinfo>
+
 namespace {
 
 using Base = VDTsAccPluginBase;
 
+/// The plug-in that an object is; null for any other object. Nothing behind the common base can be looked at before that is
+/// known, and finding it out costs more than most calls, so the class that was found last is remembered.
+Base* VFFindPlugin(VDCompBase& object)
+{
+    static std::atomic<const std::type_info*> lastClass = nullptr;
+    const std::type_info* const itsClass = &typeid(object);
+    if (itsClass == lastClass.load(std::memory_order_relaxed))
+        return static_cast<Base*>(&object);
+    Base* const plugin = dynamic_cast<Base*>(&object);
+    if (plugin != nullptr)
+        lastClass.store(itsClass, std::memory_order_relaxed);
+    return plugin;
+}
+
 /// Null, recorded, for anything that is no plug-in of this family.
 Base* VFGetPlugin(void* instance, const char* routine)
 {
-    // The object may be of any class, so nothing behind the common base is looked at before its own class is known.
-    auto* const object = static_cast<VDCompBase*>(instance);
-    if (object != nullptr && object->GetID() == VDTsAccZ4::ClassId) {
-        auto* const plugin = static_cast<Base*>(object);
-        if (plugin->GetPluginFamilyId() == Base::FamilyId)
+    try {
+        Base* const plugin = instance != nullptr ? VFFindPlugin(*static_cast<VDCompBase*>(instance)) : nullptr;
+        if (plugin != nullptr && plugin->GetPluginFamilyId() == Base::FamilyId)
             return plugin;
+    } catch (...) {  // no object at all
     }
     VFDaxReportError(DaxError::InvalidHandle, routine);
     return nullptr;

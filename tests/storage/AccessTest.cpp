@@ -1,4 +1,6 @@
 #include "storage/RecordSizeTuning.h"
+#include "storage/StorageFileTypes.h"
+#include "storage/VDTsAccPluginBase.h"
 #include "support/TestTimeSeries.h"
 
 #include "daxlib/TSAccGen.h"
@@ -361,6 +363,38 @@ TEST_F(StorageAccessTest, HintsChooseTheRecordSize)
     EXPECT_EQ(VFGetOptimumRecordSize(nullptr, 1 << 28, 4, 1), Z4Size::Record32K);
     VFTraceSetSink(nullptr);
     EXPECT_NE(traced.find("GetOptimumRecordSize - null file ptr"), std::string::npos);
+}
+
+TEST(StoragePluginTest, ObjectsAreKnownByTheFamilyOfTheirBase)
+{
+    class OtherPlugin final : public VDTsAccPluginBase
+    {
+        bool SetId(VDFileId*, char) override { return true; }
+        bool Open(int) override { return true; }
+        bool Close() override { return true; }
+        bool Flush() override { return true; }
+        bool GetValue(long, int, VDVariant*) override { return false; }
+        bool PutValue(long, int, VDVariant*) override { return false; }
+        bool GetCapability(int, char*) override { return false; }
+        bool GetData(long, std::int64_t, std::int64_t, float*) override { return false; }
+        bool PutData(long, std::int64_t, std::int64_t, const float*) override { return false; }
+    };
+    OtherPlugin plugin;
+    VDCompBase stranger(plugin.GetID());
+    VDCompBase likeness(VDTsAccPluginBase::FamilyId);
+    const VDFileIdHandle id(FIDCreate());
+    void* const own = TSAccGenCreate(StorageFormat::TimeSeriesClass);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(TSAccGenFlush(static_cast<VDCompBase*>(&plugin)));
+        for (void* const other : std::initializer_list<void*>{&stranger, &likeness, id.Get(), nullptr}) {
+            VFErrorClear();
+            EXPECT_FALSE(TSAccGenFlush(other));
+            ExpectError(-327682, "Invalid handle", "TSAccGenFlush");
+        }
+        char answer = 0;
+        EXPECT_TRUE(TSAccGenGetCapability(own, 0, &answer));
+    }
+    TSAccGenRelease(own);
 }
 
 TEST(StoragePluginTest, IsKnownByItsClassId)
