@@ -1,4 +1,5 @@
-// What naming a file and finding out what it is costs beside the bare system calls.
+// What naming a file and finding out what it is costs beside the bare system calls, and what the calls on tests with many
+// channels and on many tests cost each, which stays about the same however many there are.
 
 #include "BenchFolder.h"
 #include "BenchRatios.h"
@@ -10,7 +11,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -92,6 +95,177 @@ std::string WavContent()
     return content;
 }
 
+/// A piece of work on so many items.
+struct Growth
+{
+    const char* name;
+    void (*run)(int count);
+};
+
+using Ids = std::vector<VDFileIdHandle>;
+
+Ids MakeIds(int count, bool named)
+{
+    Ids ids;
+    for (int i = 0; i < count; ++i) {
+        ids.emplace_back(FIDCreate());
+        if (named)
+            FIDSetFilename(ids.back().Get(), VTNameFormFile, ("/d/run" + std::to_string(i) + ".dat").c_str(), "");
+    }
+    return ids;
+}
+
+/// An id with channels whose numbers are in no order.
+VDFileIdHandle MakeUnordered(int count)
+{
+    VDFileIdHandle id(FIDCreate());
+    int index = 0;
+    for (int i = count; i > 0; --i)
+        FIDAddChannel(id.Get(), i ^ 1, &index);
+    return id;
+}
+
+VDString Title(int i)
+{
+    return VDString("Channel " + std::to_string(i));
+}
+
+const Growth VVGrowth[] = {
+    {"temporary ids, live at one time",
+     [](int count) {
+         const Ids ids = MakeIds(count, false);
+         for (const VDFileIdHandle& id : ids)
+             FIDSetFileId(id.Get(), DaxStorageFileId, 13);
+     }},
+    {"channels added, numbers rising",
+     [](int count) {
+         const VDFileIdHandle id(FIDCreate());
+         int index = 0;
+         for (int i = 0; i < count; ++i)
+             FIDAddChannel(id.Get(), i, &index);
+     }},
+    {"channels added, numbers falling", [](int count) { MakeUnordered(count); }},
+    {"channels added by title, renamed",
+     [](int count) {
+         const VDFileIdHandle id(FIDCreate());
+         int index = 0;
+         for (int i = 0; i < count; ++i) {
+             const VDString title = Title(i);
+             FIDAddChannelByTitle(id.Get(), &title, &index);
+             FIDSetChanTitle(id.Get(), index, title + "!");
+         }
+     }},
+    {"channels renumbered and found",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         int index = 0;
+         for (int i = 0; i < count; ++i) {
+             FIDSetChanNumber(id.Get(), i, -i);
+             FIDGetChanIndex(id.Get(), -i, &index);
+         }
+     }},
+    {"channels removed from the front",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         for (int i = 0; i < count; ++i)
+             FIDRemoveChan(id.Get(), 0);
+     }},
+    {"channels found and removed",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         int index = 0;
+         for (int i = 0; i < count; ++i) {
+             FIDGetChanIndex(id.Get(), i ^ 1, &index);
+             FIDRemoveChan(id.Get(), index);
+         }
+     }},
+    {"channels unselected, asked each time",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         char some = 0;
+         for (int i = 0; i < count; ++i) {
+             FIDSetChanSelect(id.Get(), i, 0);
+             FIDGetSomeChansSelected(id.Get(), &some);
+         }
+     }},
+    {"a test copied, sorted and described",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         const VDFileIdHandle copy(FIDCreate());
+         FIDCopy(copy.Get(), id.Get(), ~0U);
+         FIDSortChans(copy.Get(), 0);
+         FIDSetChanSelect(copy.Get(), 0, 0);
+         VDString text;
+         FIDGetTestDescriptor(copy.Get(), VTTestDescSelected, &text);
+         FIDGetChanSelText(copy.Get(), 100, &text);
+     }},
+    {"tests listed, each once",
+     [](int count) {
+         const Ids ids = MakeIds(count, true);
+         const VDFileIdArrayHandle list(FIACreate());
+         int index = 0;
+         for (const VDFileIdHandle& id : ids) {
+             FIAFind(list.Get(), id.Get(), &index);
+             FIAAppendItem(list.Get(), id.Get());
+         }
+     }},
+    {"tests removed from the front",
+     [](int count) {
+         const VDFileIdArrayHandle list(FIACreate());
+         for (const VDFileIdHandle& id : MakeIds(count, false))
+             FIAAppendItem(list.Get(), id.Get());
+         for (int i = 0; i < count; ++i)
+             FIARemoveAt(list.Get(), 0);
+     }},
+    {"tests copied, sorted and thinned out",
+     [](int count) {
+         const VDFileIdArrayHandle list(FIACreate());
+         for (const VDFileIdHandle& id : MakeIds(count, true))
+             FIAAppendItem(list.Get(), id.Get());
+         const VDFileIdArrayHandle copy(FIACreate());
+         FIACopy(copy.Get(), list.Get());
+         FIASort(copy.Get(), VTFileIdArraySortTests | VTFileIdArraySortTestsDescending);
+         for (int i = 0; i < count; i += 2)
+             FIASelectAt(copy.Get(), i, 1);
+         FIARemoveSelected(copy.Get(), 1);
+     }},
+    {"preferences of a test",
+     [](int count) {
+         const VDFileIdHandle id(FIDCreate());
+         VDFileIdPreferences* preferences = nullptr;
+         FIDGetPreferences(id.Get(), 1, &preferences);
+         for (int i = 0; i < count; ++i)
+             preferences->SetInt(Title(i), i);
+     }},
+};
+
+/// Seconds of processor an item, the best of some runs: others on the machine take longer turns from a longer run.
+double TimeAnItem(const Growth& growth, int count)
+{
+    double best = 1e9;
+    for (int run = 0; run < 5; ++run) {
+        const std::clock_t start = std::clock();
+        for (int done = 0; done < 10'000; done += count)
+            growth.run(count);
+        const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+        best = std::min(best, seconds / std::max(count, 10'000));
+    }
+    return best;
+}
+
+void PrintGrowth()
+{
+    std::printf("\n%-38s %12s %14s %14s\n", "time an item, beside that of 1,000", "1,000 (us)", "10,000", "100,000");
+    for (const Growth& growth : VVGrowth) {
+        const double reference = TimeAnItem(growth, 1'000);
+        std::printf("%-38s %12.3f", growth.name, reference * 1e6);
+        for (int count = 10'000; count <= 100'000; count *= 10)
+            std::printf(" %13.2fx", TimeAnItem(growth, count) / reference);
+        std::printf("\n");
+        std::fflush(stdout);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -102,6 +276,8 @@ int main(int argc, char** argv)
         VVFilenames.push_back(folder.Name("run" + std::to_string(number) + ".wav"));
         std::ofstream(VVFilenames.back(), std::ios::binary) << content;
     }
-    return RunBenchRatios(argc, argv,
-                          {{"BM_IdentifyFile", "BM_OpenReadClose", 2.0}, {"BM_CreateAndName", "BM_BareName", 40}});
+    const int status =
+        RunBenchRatios(argc, argv, {{"BM_IdentifyFile", "BM_OpenReadClose", 2.0}, {"BM_CreateAndName", "BM_BareName", 40}});
+    PrintGrowth();
+    return status;
 }

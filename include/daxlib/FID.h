@@ -85,7 +85,10 @@ DAX_API int FIDGetFolderTest(VDFileId* id, char* folderTest);
 
 /// @name Format
 /// @{
-/// Sets the file type. File id 154 with sub id 13 to 16 makes this the id of a temporary test.
+/// Sets the file type. File id 154 with sub id 13 to 16 makes this the id of a temporary test, which goes by the name that
+/// this id has as long as it is of such a type: those are the files that go with the last copy of the id, whatever other
+/// tests the copies stand for by then. Nothing is deleted of a file that is only being identified, by its extension or by
+/// its content.
 DAX_API int FIDSetFileId(VDFileId* id, int fileId, int subId);
 DAX_API int FIDGetFileId(VDFileId* id, int* fileId, int* subId);
 DAX_API int FIDSetVer(VDFileId* id, int version, int subVersion);
@@ -125,7 +128,7 @@ DAX_API int FIDGetInfoLoaded(VDFileId* id, char* loaded);
 
 /// @name Channels
 /// @{
-/// Gives the index of the channel of this number, which is appended if there is none.
+/// Gives the index of the channel of this number, which is appended if there is none. A null `index` fails and adds nothing.
 DAX_API int FIDAddChannel(VDFileId* id, int number, int* index);
 /// The same by title; a new channel gets the number count + 1.
 DAX_API int FIDAddChannelByTitle(VDFileId* id, const VDString* title, int* index);
@@ -147,11 +150,13 @@ DAX_API int FIDGetChanTitle(VDFileId* id, int index, VDString* title);
 DAX_API int FIDSetChanTitle(VDFileId* id, int index, const char* title);
 DAX_API int FIDGetChanUnits(VDFileId* id, int index, VDString* units);
 DAX_API int FIDSetChanUnits(VDFileId* id, int index, const char* units);
-/// Name of the channel's file. Form 0: the test's file, whatever the index. Form 1 needs a channel in the list, else -328598.
+/// Name of the channel's file. Form 0: the test's file, whatever the index. Form 1 needs a channel in the list, else
+/// -328598.
 DAX_API int FIDGetChanFilename(VDFileId* id, int index, VDString* filename);
 /// Name of the channel's file in a folder test where it differs from the title.
 DAX_API int FIDSetChanFilename(VDFileId* id, int index, const char* filename);
-/// Selects all channels or none; put off while the channel list is still to come.
+/// Selects all channels or none; put off while the channel list is still to come by a load. A list that is filled by hand is
+/// taken as it is.
 DAX_API int FIDSetAllChanSelect(VDFileId* id, char selected);
 DAX_API int FIDGetSomeChansSelected(VDFileId* id, char* some);
 /// True on an empty list.
@@ -162,7 +167,7 @@ DAX_API int FIDGetChans(VDFileId* id, VDArrayWithSort<long>* numbers);
 DAX_API int FIDGetSelectedChanList(VDFileId* id, VDArrayWithSort<long>* numbers);
 /// "None", "All", a range list of the selected numbers or, where that is longer than `maxLength`, their count.
 DAX_API int FIDGetChanSelText(VDFileId* id, int maxLength, VDString* text);
-/// Sorts by channel number; put off while the channel list is still to come.
+/// Sorts by channel number; put off in the same way.
 DAX_API int FIDSortChans(VDFileId* id, char ascending);
 DAX_API int FIDRemoveChan(VDFileId* id, int index);
 /// Both empty the channel list, which then counts as not loaded.

@@ -43,14 +43,15 @@ bool IsIgnored(std::int64_t digits)
     return digits >= 0 && digits <= 9;
 }
 
-/// The number in the last `count` characters of a base name; negative if they are anything but digits.
-std::int64_t TrailingNumber(const VDString& base, int count)
+/// The number in the last `count` characters of a base name; negative if they are anything but digits or no `Number`.
+template <class Number>
+Number TrailingNumber(const VDString& base, int count)
 {
     const VDString digits = base.Right(count);
     for (const char character : digits.View())
         if (std::isdigit(static_cast<unsigned char>(character)) == 0)
             return -1;  // a sign or a blank reads as part of a number, but the name couldn't be put together again
-    std::int64_t number = -1;
+    Number number = -1;
     return VFAscToNum(digits, &number) ? number : -1;
 }
 
@@ -236,7 +237,7 @@ char VDChanSep::IsTestPlusChannels(const char* filename, VDString* stem, VDStrin
     } else if (length < digits) {
         return 0;
     }
-    const std::int64_t number = TrailingNumber(base, digits);
+    const std::int64_t number = isVariable ? TrailingNumber<std::int64_t>(base, digits) : TrailingNumber<int>(base, digits);
     if (number < 0)
         return 0;
 

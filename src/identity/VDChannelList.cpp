@@ -1,86 +1,126 @@
 #include "VDChannelList.h"
 
 #include <algorithm>
-
-namespace {
-
-bool IsNumberLess(const VDFileIdChanInfo& left, const VDFileIdChanInfo& right)
-{
-    return left.number < right.number;
-}
-
-}  // namespace
+#include <vector>
 
 void VDChannelList::SetNumber(int index, std::int32_t number)
 {
-    channels_[index].number = number;
+    VDFileIdChanInfo& channel = channels_[index];
+    const std::size_t slot = channels_.SlotOf(index);
+    numbers_.Remove(channel.number, slot);
+    numbers_.Enter(number, slot);
+    channel.number = number;
     rising_ = rising_ && (index == 0 || channels_[index - 1].number < number) &&
               (index + 1 == GetSize() || number < channels_[index + 1].number);
 }
 
+void VDChannelList::SetTitle(int index, const char* title)
+{
+    VDFileIdChanInfo& channel = channels_[index];
+    const std::size_t slot = channels_.SlotOf(index);
+    titles_.Remove(channel.title, slot);
+    channel.title = title;
+    titles_.Enter(channel.title, slot);
+}
+
+void VDChannelList::Select(int index, bool selected)
+{
+    VDFileIdChanInfo& channel = channels_[index];
+    selectedCount_ += static_cast<int>(selected) - static_cast<int>(channel.selected);
+    channel.selected = selected;
+}
+
 int VDChannelList::FindNumber(std::int32_t number) const
 {
-    const auto hasNumber = [number](const VDFileIdChanInfo& channel) { return channel.number == number; };
-    const auto isBelow = [](const VDFileIdChanInfo& channel, std::int32_t value) { return channel.number < value; };
-    const auto found = rising_ ? std::lower_bound(begin(), end(), number, isBelow) : std::find_if(begin(), end(), hasNumber);
-    return found != end() && found->number == number ? static_cast<int>(found - begin()) : -1;
+    if (!rising_)
+        return Find(numbers_, number, &VDFileIdChanInfo::number);
+    int first = 0;
+    for (int count = GetSize(); count > 0;) {
+        const int half = count / 2;
+        const bool isBelow = channels_[first + half].number < number;
+        first += isBelow ? half + 1 : 0;
+        count = isBelow ? count - half - 1 : half;
+    }
+    return first < GetSize() && channels_[first].number == number ? first : -1;
 }
 
 int VDChannelList::FindTitle(const VDString& title) const
 {
-    const auto found =
-        std::find_if(begin(), end(), [&title](const VDFileIdChanInfo& channel) { return channel.title == title; });
-    return found != end() ? static_cast<int>(found - begin()) : -1;
+    return Find(titles_, title, &VDFileIdChanInfo::title);
 }
 
 int VDChannelList::Append(VDFileIdChanInfo channel)
 {
-    rising_ = rising_ && (IsEmpty() || channels_[GetSize() - 1].number < channel.number);
-    return channels_.AppendItem(std::move(channel));
+    const int index = GetSize();
+    rising_ = rising_ && (index == 0 || channels_[index - 1].number < channel.number);
+    selectedCount_ += static_cast<int>(channel.selected);
+    const std::size_t slot = channels_.Append(std::move(channel));
+    numbers_.Enter(channels_.InSlot(slot).number, slot);
+    titles_.Enter(channels_.InSlot(slot).title, slot);
+    return index;
+}
+
+void VDChannelList::RemoveAt(int index)
+{
+    const VDFileIdChanInfo& channel = channels_[index];
+    const std::size_t slot = channels_.SlotOf(index);
+    numbers_.Remove(channel.number, slot);
+    titles_.Remove(channel.title, slot);
+    selectedCount_ -= static_cast<int>(channel.selected);
+    channels_.Remove(slot, [this](const VDFileIdChanInfo&, std::size_t) { DropIndexes(); });
 }
 
 void VDChannelList::RemoveAll(bool selected)
 {
-    const auto kept = std::remove_if(channels_.begin(), channels_.end(),
-                                     [selected](const VDFileIdChanInfo& channel) { return channel.selected == selected; });
-    channels_.SetSize(static_cast<int>(kept - channels_.begin()));
-    UpdateRising();
+    VDChannelList kept;
+    for (VDFileIdChanInfo& channel : channels_)
+        if (channel.selected != selected)
+            kept.Append(std::move(channel));
+    *this = std::move(kept);
 }
 
 void VDChannelList::Clear()
 {
-    channels_.Clear();
-    rising_ = true;
+    *this = VDChannelList();
 }
 
 void VDChannelList::Sort(bool ascending)
 {
     if (ascending && rising_)
         return;
-    if (ascending)
-        std::stable_sort(channels_.begin(), channels_.end(), IsNumberLess);
-    else
-        std::stable_sort(
-            channels_.begin(), channels_.end(),
-            [](const VDFileIdChanInfo& left, const VDFileIdChanInfo& right) { return IsNumberLess(right, left); });
-    UpdateRising();
+    std::vector<VDFileIdChanInfo*> order;
+    order.reserve(static_cast<std::size_t>(GetSize()));
+    for (VDFileIdChanInfo& channel : channels_)
+        order.push_back(&channel);
+    std::stable_sort(order.begin(), order.end(), [ascending](const VDFileIdChanInfo* left, const VDFileIdChanInfo* right) {
+        return ascending ? left->number < right->number : right->number < left->number;
+    });
+    VDChannelList sorted;
+    sorted.channels_.Reserve(order.size());
+    for (VDFileIdChanInfo* channel : order)
+        sorted.Append(std::move(*channel));
+    *this = std::move(sorted);
 }
 
 void VDChannelList::SelectAll(bool selected)
 {
     for (VDFileIdChanInfo& channel : channels_)
         channel.selected = selected;
+    selectedCount_ = selected ? GetSize() : 0;
 }
 
-int VDChannelList::CountSelected() const
+template <class Key>
+int VDChannelList::Find(VDSlotIndex<Key>& index, const Key& key, Key VDFileIdChanInfo::*member) const
 {
-    return static_cast<int>(std::count_if(begin(), end(), [](const VDFileIdChanInfo& channel) { return channel.selected; }));
+    const std::size_t slot = index.Find(key, [this, member](VDSlotIndex<Key>& made) {
+        for (int i = 0; i < GetSize(); ++i)
+            made.Enter(channels_[i].*member, channels_.SlotOf(i));
+    });
+    return slot != VDSlotIndex<Key>::None ? channels_.IndexOf(slot) : -1;
 }
 
-void VDChannelList::UpdateRising()
+void VDChannelList::DropIndexes() const
 {
-    const auto isNotRising = [](const VDFileIdChanInfo& left, const VDFileIdChanInfo& right) {
-        return !IsNumberLess(left, right);
-    };
-    rising_ = std::adjacent_find(begin(), end(), isNotRising) == end();
+    numbers_.Drop();
+    titles_.Drop();
 }

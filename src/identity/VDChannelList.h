@@ -1,24 +1,27 @@
 #pragma once
 
 #include "VDFileIdChanInfo.h"
+#include "VDSlotIndex.h"
 
-#include "vdbase/VDArray.h"
+#include "vdarchive/Z4SlotList.h"
 
-/// The channels of a test in the test's own order. It knows whether the numbers rise, as they do in nearly every file; a
-/// channel of a given number is then found, and the next one added, without a walk through the list.
+/// The channels of a test in the test's own order. No operation on one channel walks through the list. It knows whether the
+/// numbers rise, as they do in nearly every file, and then does without an index of them.
 class VDChannelList
 {
 public:
     int GetSize() const { return channels_.GetSize(); }
-    bool IsEmpty() const { return channels_.IsEmpty(); }
-    bool IsIndex(int index) const { return channels_.IsIndex(index); }
+    bool IsEmpty() const { return GetSize() == 0; }
+    bool IsIndex(int index) const { return index >= 0 && index < GetSize(); }
     const VDFileIdChanInfo& operator[](int index) const { return channels_[index]; }
-    /// For changes to anything but the number.
+    /// For changes to anything that has no setter below.
     VDFileIdChanInfo& Edit(int index) { return channels_[index]; }
     auto begin() const { return channels_.begin(); }
     auto end() const { return channels_.end(); }
 
     void SetNumber(int index, std::int32_t number);
+    void SetTitle(int index, const char* title);
+    void Select(int index, bool selected);
 
     /// First index of the number or of exactly this title; -1 if absent.
     int FindNumber(std::int32_t number) const;
@@ -26,7 +29,7 @@ public:
 
     /// Gives the index of the new channel.
     int Append(VDFileIdChanInfo channel);
-    void RemoveAt(int index) { channels_.RemoveAt(index); }
+    void RemoveAt(int index);
     /// Removes the channels that are selected, or those that aren't; the others keep their order.
     void RemoveAll(bool selected);
     void Clear();
@@ -35,11 +38,16 @@ public:
     void Sort(bool ascending);
 
     void SelectAll(bool selected);
-    int CountSelected() const;
+    int CountSelected() const { return selectedCount_; }
 
 private:
-    void UpdateRising();
+    template <class Key>
+    int Find(VDSlotIndex<Key>& index, const Key& key, Key VDFileIdChanInfo::*member) const;
+    void DropIndexes() const;
 
-    VDArrayWithSort<VDFileIdChanInfo> channels_{10};
+    Z4SlotList<VDFileIdChanInfo> channels_;
+    mutable VDSlotIndex<std::int32_t> numbers_;
+    mutable VDSlotIndex<VDString> titles_;
+    int selectedCount_ = 0;
     bool rising_ = true;  ///< each number is above the one before
 };

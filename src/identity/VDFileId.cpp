@@ -1,16 +1,10 @@
 #include "VDFileId.h"
 
-#include "VDTemporaryFileIds.h"
-#include "frame/VDValueGuard.h"
+#include "VDFileIdNameWatch.h"
 
 #include "frame/VFDaxReport.h"
 
 #include <utility>
-
-/// Stands for a temporary test; all that matters of it is how many ids hold it.
-struct VDFileId::VDTemporaryTest
-{
-};
 
 VDFileId::VDFileId() : VDCompBase(HandleId)
 {
@@ -26,6 +20,7 @@ void VDFileId::Assign(const VDFileId& source)
 {
     if (&source == this)
         return;
+    const NameWatch watch(*this);
     VDFileIdRecord record = source.record_;
     JoinTemporaryTest(source);
     record_ = std::move(record);
@@ -59,6 +54,7 @@ int VDFileId::Copy(VDFileId* source, std::uint32_t mask)
     const std::uint32_t flags = mask != 0 ? mask : VTFileIdCopyDefault;
     const auto has = [flags](VTFileIdCopyFlag flag) { return (flags & flag) != 0; };
     const VDFileIdRecord& from = source->record_;
+    const NameWatch watch(*this);
 
     JoinTemporaryTest(*source);
     record_.identified = from.identified;
@@ -125,6 +121,7 @@ int VDFileId::Copy(VDFileId* source, std::uint32_t mask)
 
 int VDFileId::Clear()
 {
+    const NameWatch watch(*this);
     LeaveTemporaryTest();
     VDFileIdRecord fresh;
     fresh.opSys = 0;
@@ -176,37 +173,13 @@ const VDFileIdChanInfo* VDFileId::LoadChannel(int index, const char* operation)
 
 VDFileIdChanInfo* VDFileId::EditChannel(int index, const char* operation)
 {
-    return CheckIndex(index, operation) ? &record_.channels.Edit(index) : nullptr;
+    if (!CheckIndex(index, operation))
+        return nullptr;
+    SettlePending();
+    return &record_.channels.Edit(index);
 }
 
-void VDFileId::StartTemporaryTest()
+std::uint64_t VDFileId::GetListedNameChanges()
 {
-    LeaveTemporaryTest();
-    temporaryTest_ = std::make_shared<VDTemporaryTest>();
-    VVAllTemporaryFileIds.Add(this);
-}
-
-void VDFileId::JoinTemporaryTest(const VDFileId& other)
-{
-    LeaveTemporaryTest();
-    if (!other.temporaryTest_)
-        return;
-    temporaryTest_ = other.temporaryTest_;
-    VVAllTemporaryFileIds.Add(this);
-}
-
-void VDFileId::LeaveTemporaryTest()
-{
-    if (!temporaryTest_)
-        return;
-    const bool last = temporaryTest_.use_count() == 1;
-    temporaryTest_.reset();
-    if (last) {
-        // Files are deleted by the names as they stand. Identification now would hand a dying id to plug-ins, and a file
-        // that can't be deleted is no failure of the operation that gave the test up.
-        const VDErrorMute mute;
-        const VDValueGuard noLazySteps(checkRunning_, true);
-        DeleteTest();
-    }
-    VVAllTemporaryFileIds.Remove(this);
+    return NameWatch::GetChanges();
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "VDFileIdRecord.h"
+#include "VDTemporaryFileIds.h"
 #include "VFGive.h"
+#include "frame/VDValueGuard.h"
 
 #include "daxlib/FID.h"
 
@@ -74,6 +76,8 @@ public:
     /// @name Format and flags (VDFileIdFormat.cpp)
     /// @{
     int SetFileId(int fileId, int subId);
+    /// Takes a type that a file's name suggests. The test isn't identified by that, and its files are nobody's to delete.
+    void SuggestFileId(int fileId, int subId);
     int GetFileId(int* fileId, int* subId) const { return VFGiveTwo(fileId, record_.fileId, subId, record_.subId); }
     int SetVer(int version, int subVersion);
     int GetVer(int* version, int* subVersion);
@@ -136,6 +140,8 @@ public:
     /// @param loadInfo  false leaves the channels to a later call
     /// @return 0, recorded, on failure
     int CheckIdentLoad(bool loadInfo);
+    /// Says for the length of a scope that a plug-in loads the channels.
+    [[nodiscard]] VDValueGuard<bool> MarkLoading() { return {loading_, true}; }
     /// @}
 
     /// @name Descriptor (VDFileIdDescriptor.cpp)
@@ -150,6 +156,14 @@ public:
     int DeleteTest();
     /// @}
 
+    /// @name Lists of ids (VDFileId.cpp)
+    /// @{
+    /// Is told of each entry of a list that refers to this id.
+    void CountListing(int change) { listings_ += change; }
+    /// Changes when an id gets another full path name while a list refers to it.
+    static std::uint64_t GetListedNameChanges();
+    /// @}
+
 private:
     static int SetFlag(bool& flag, char value);
 
@@ -161,32 +175,49 @@ private:
     bool CheckIndex(int index, const char* operation) const;
     /// The two in one: the channel of this index is known by now. Null, recorded, if not.
     const VDFileIdChanInfo* LoadChannel(int index, const char* operation);
-    /// The channel of this index for a change; null, recorded, if there is none.
+    /// The channel of this index for a change, with nothing put off any longer; null, recorded, if there is none.
     VDFileIdChanInfo* EditChannel(int index, const char* operation);
 
     void UpdateFullPathName();
 
     bool IsTemporaryType() const;
-    /// Becomes the first id of a temporary test.
+    /// @name Sharing in a temporary test (VDFileIdTemporary.cpp)
+    /// @{
+    /// Becomes the first id of a temporary test: the one whose name the test goes by.
     void StartTemporaryTest();
     /// Leaves the present temporary test, if any, and shares in that of the other id, if any. Comes before any change of the
-    /// names, as the last id of a test deletes the files by them.
+    /// names.
     void JoinTemporaryTest(const VDFileId& other);
     void LeaveTemporaryTest();
+    /// From here on the temporary test goes by the name that it has, whatever this id is called.
+    void EndNamingTemporaryTest();
+    void KeepTemporaryNames();
+    /// @}
 
     bool Identify(bool loadInfo);
     bool LoadInfo();
     bool IsChannelListToCome() const;
+    void DoPending();
+    /// The list is about to be changed by the host, which takes it as it stands: nothing is put off any longer, unless a
+    /// list is still to come all by itself.
+    void SettlePending();
 
     bool WriteDescriptor(int type, VDString& text);
     bool FindOriginalExtension(const VDFileIdChanInfo& channel);
 
+    /// Tells the lists that refer to an id if the full path name is another one at the end of the scope.
+    class NameWatch;
+
     VDFileIdRecord record_;
     bool inIdent_ = false;       ///< this id is being identified
     bool checkRunning_ = false;  ///< guards `CheckIdentLoad` against plug-ins that ask the id while they fill it
+    bool loading_ = false;       ///< a plug-in adds the channels
+    int listings_ = 0;           ///< entries of lists that refer to this id
 
     struct VDTemporaryTest;
     std::shared_ptr<VDTemporaryTest> temporaryTest_;  ///< its holders are the test's ids
+    VDTemporaryFileIds::Place temporaryPlace_;        ///< in the list of them all, while there is a test
+    bool namesTemporaryTest_ = false;                 ///< the test goes by the name of this id
 };
 
 class VDFileId::VDSnapshot

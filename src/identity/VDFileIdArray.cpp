@@ -7,7 +7,6 @@
 #include "vdbase/VDFileSystem.h"
 #include "vdbase/VFSort.h"
 
-#include <algorithm>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -22,6 +21,7 @@ struct VDSortKey
     std::int32_t burst;
     std::int32_t mode;
     int position;
+    VDListedId* entry;
 };
 
 int CompareKeys(const VDSortKey& left, const VDSortKey& right)
@@ -35,6 +35,25 @@ int CompareKeys(const VDSortKey& left, const VDSortKey& right)
 
 }  // namespace
 
+VDListedId::VDListedId(VDFileIdHandle id) : id_(std::move(id))
+{
+    id_.Get()->CountListing(1);
+}
+
+VDListedId& VDListedId::operator=(VDListedId&& other) noexcept
+{
+    Detach();
+    id_ = std::move(other.id_);
+    return *this;
+}
+
+VDFileIdHandle VDListedId::Detach()
+{
+    if (id_)
+        id_.Get()->CountListing(-1);
+    return std::move(id_);
+}
+
 int VDFileIdArray::Copy(VDFileIdArray* source)
 {
     return Clear() != 0 ? Append(source) : 0;
@@ -43,9 +62,10 @@ int VDFileIdArray::Copy(VDFileIdArray* source)
 int VDFileIdArray::Clear()
 {
     // The array is empty before the first id goes, so that no failure leaves an entry that is released twice.
-    VDArray<VDFileIdHandle> entries = std::exchange(entries_, VDArray<VDFileIdHandle>(10));
-    for (VDFileIdHandle& entry : entries)
-        if (FIDRelease(entry.Detach()) == 0)
+    Entries entries = std::exchange(entries_, {});
+    paths_.Drop();
+    for (VDListedId& entry : entries)
+        if (FIDRelease(entry.Detach().Detach()) == 0)
             return 0;
     return 1;
 }
@@ -54,7 +74,7 @@ int VDFileIdArray::AppendItem(VDFileId* id)
 {
     if (FIDAddRef(id) == 0)
         return 0;
-    entries_.AppendItem(VDFileIdHandle(id));
+    Take(VDFileIdHandle(id));
     return 1;
 }
 
@@ -67,7 +87,7 @@ int VDFileIdArray::Append(VDFileIdArray* source)
         if (!copy)
             return 0;
         copy.Get()->Assign(*source->entries_[index].Get());
-        entries_.AppendItem(std::move(copy));
+        Take(std::move(copy));
     }
     return 1;
 }
@@ -84,8 +104,11 @@ int VDFileIdArray::RemoveAt(int index)
 {
     if (GetEntry(index) == nullptr)
         return 0;
-    const VDFileIdHandle entry = std::move(entries_[index]);
-    return entries_.RemoveAt(index);
+    const std::size_t slot = entries_.SlotOf(index);
+    const VDFileIdHandle entry = entries_.InSlot(slot).Detach();
+    paths_.Remove(entry.Get()->GetRecord().fullPathName, slot);
+    entries_.Remove(slot, [this](const VDListedId&, std::size_t) { paths_.Drop(); });
+    return 1;
 }
 
 int VDFileIdArray::SelectAt(int index, char selected)
@@ -102,27 +125,24 @@ int VDFileIdArray::GetSelectAt(int index, char* selected) const
 
 int VDFileIdArray::SelectAll(char selected)
 {
-    for (const VDFileIdHandle& entry : entries_)
+    for (const VDListedId& entry : entries_)
         entry.Get()->SetSelected(selected);
     return 1;
 }
 
 int VDFileIdArray::RemoveSelected(char selected)
 {
-    const auto kept = std::remove_if(entries_.begin(), entries_.end(), [selected](const VDFileIdHandle& entry) {
-        return entry.Get()->GetRecord().selected == (selected != 0);
-    });
-    entries_.SetSize(static_cast<int>(kept - entries_.begin()));
+    Entries kept;
+    Entries removed;
+    for (VDListedId& entry : entries_)
+        (entry.Get()->GetRecord().selected == (selected != 0) ? removed : kept).Append(std::move(entry));
+    Replace(std::move(kept));
     return 1;
 }
 
-int VDFileIdArray::Find(VDFileId* id, int* index) const
+int VDFileIdArray::Find(VDFileId* id, int* index)
 {
-    const auto found = std::find_if(entries_.begin(), entries_.end(), [id](const VDFileIdHandle& entry) {
-        char same = 0;
-        return entry.Get()->CompareTestNames(id, &same) != 0 && same != 0;
-    });
-    return VFGive(index, found != entries_.end() ? static_cast<int>(found - entries_.begin()) : -1);
+    return VFGive(index, FindSame(id));
 }
 
 int VDFileIdArray::Sort(int flags)
@@ -130,14 +150,14 @@ int VDFileIdArray::Sort(int flags)
     if ((flags & VTFileIdArraySortTests) != 0)
         SortTests((flags & VTFileIdArraySortTestsDescending) != 0);
     if ((flags & VTFileIdArraySortChannels) != 0)
-        for (const VDFileIdHandle& entry : entries_)
+        for (const VDListedId& entry : entries_)
             entry.Get()->SortChans((flags & VTFileIdArraySortChannelsDescending) == 0);
     return 1;
 }
 
 VDFileId* VDFileIdArray::GetEntry(int index) const
 {
-    if (entries_.IsIndex(index))
+    if (IsIndex(index))
         return entries_[index].Get();
     VDString detail;
     detail.Format(" (%d)", index);
@@ -145,14 +165,26 @@ VDFileId* VDFileIdArray::GetEntry(int index) const
     return nullptr;
 }
 
+void VDFileIdArray::Take(VDFileIdHandle id)
+{
+    const VDFileId* const entry = id.Get();
+    paths_.Enter(entry->GetRecord().fullPathName, entries_.Append(VDListedId(std::move(id))));
+}
+
+void VDFileIdArray::Replace(Entries entries)
+{
+    paths_.Drop();
+    entries_ = std::move(entries);
+}
+
 void VDFileIdArray::SortTests(bool descending)
 {
     std::vector<VDSortKey> keys;
     keys.reserve(static_cast<std::size_t>(entries_.GetSize()));
-    for (const VDFileIdHandle& entry : entries_) {
+    for (VDListedId& entry : entries_) {
         const VDFileIdRecord& record = entry.Get()->GetRecord();
         const VDString baseName = VDFileSystem::GetBaseFileName(record.filename);
-        keys.push_back({baseName, record.run, record.burst, record.mode, static_cast<int>(keys.size())});
+        keys.push_back({baseName, record.run, record.burst, record.mode, static_cast<int>(keys.size()), &entry});
     }
     VFQuickSort(keys.data(), keys.size(), [descending](const VDSortKey& left, const VDSortKey& right) {
         const int order = CompareKeys(left, right);
@@ -160,9 +192,40 @@ void VDFileIdArray::SortTests(bool descending)
             return left.position - right.position;
         return descending ? -order : order;
     });
-    VDArray<VDFileIdHandle> sorted(10);
-    sorted.Reserve(entries_.GetSize());
+    Entries sorted;
+    sorted.Reserve(keys.size());
     for (const VDSortKey& key : keys)
-        sorted.AppendItem(std::move(entries_[key.position]));
-    entries_ = std::move(sorted);
+        sorted.Append(std::move(*key.entry));
+    Replace(std::move(sorted));
+}
+
+int VDFileIdArray::FindSame(VDFileId* id)
+{
+    if (const std::uint64_t state = VDFileId::GetListedNameChanges(); pathsState_ != state) {
+        pathsState_ = state;
+        paths_.Drop();
+        searchedBefore_ = false;
+    }
+    // An index costs as much as some searches.
+    if (!std::exchange(searchedBefore_, true)) {
+        for (int index = 0; index < entries_.GetSize(); ++index)
+            if (IsSame(index, id))
+                return index;
+        return -1;
+    }
+    const VDString& path = id->GetRecord().fullPathName;
+    std::size_t slot = paths_.Find(path, [this](VDSlotIndex<VDString>& made) {
+        for (int index = 0; index < entries_.GetSize(); ++index)
+            made.Enter(entries_[index].Get()->GetRecord().fullPathName, entries_.SlotOf(index));
+    });
+    for (; slot != VDSlotIndex<VDString>::None; slot = paths_.FindNext(path, slot + 1))
+        if (const int index = entries_.IndexOf(slot); IsSame(index, id))
+            return index;
+    return -1;
+}
+
+bool VDFileIdArray::IsSame(int index, VDFileId* id) const
+{
+    char same = 0;
+    return entries_[index].Get()->CompareTestNames(id, &same) != 0 && same != 0;
 }

@@ -1,12 +1,32 @@
 #pragma once
 
+#include "VDSlotIndex.h"
 #include "VFGive.h"
 
 #include "daxlib/DaxHandle.h"
 #include "daxlib/FIA.h"
 
-#include "vdbase/VDArray.h"
+#include "vdarchive/Z4SlotList.h"
 #include "vdbase/VDCompBase.h"
+
+/// A reference that a list holds on an id, which knows of it.
+class VDListedId
+{
+public:
+    VDListedId() = default;
+    /// Takes over a reference.
+    explicit VDListedId(VDFileIdHandle id);
+    VDListedId(VDListedId&& other) noexcept = default;
+    VDListedId& operator=(VDListedId&& other) noexcept;
+    ~VDListedId() { Detach(); }
+
+    VDFileId* Get() const { return id_.Get(); }
+    /// Hands the reference to the caller.
+    VDFileIdHandle Detach();
+
+private:
+    VDFileIdHandle id_;
+};
 
 /// An ordered list of tests. The operations that the `FIA` functions forward to have the function's name without the prefix;
 /// FIA.h says what each does.
@@ -29,13 +49,25 @@ public:
     int GetSelectAt(int index, char* selected) const;
     int SelectAll(char selected);
     int RemoveSelected(char selected);
-    int Find(VDFileId* id, int* index) const;
+    int Find(VDFileId* id, int* index);
     int Sort(int flags);
 
 private:
+    using Entries = Z4SlotList<VDListedId>;
+
+    bool IsIndex(int index) const { return index >= 0 && index < entries_.GetSize(); }
     /// The entry of this index; null, recorded, if there is none.
     VDFileId* GetEntry(int index) const;
+    void Take(VDFileIdHandle id);
+    void Replace(Entries entries);
     void SortTests(bool descending);
+    /// Index of the first entry that means the same test; -1 if there is none.
+    int FindSame(VDFileId* id);
+    bool IsSame(int index, VDFileId* id) const;
 
-    VDArray<VDFileIdHandle> entries_{10};
+    Entries entries_;
+    /// By full path name, by which equal tests are called; for a list that is searched again and again.
+    VDSlotIndex<VDString> paths_;
+    std::uint64_t pathsState_ = 0;  ///< the changes of names up to which the index holds
+    bool searchedBefore_ = false;   ///< since the last such change
 };

@@ -9,6 +9,9 @@
 
 int VDFileId::AddChannel(int number, int* index)
 {
+    if (index == nullptr)
+        return 0;
+    SettlePending();
     int found = record_.channels.FindNumber(number);
     if (found < 0)
         found = record_.channels.Append({.number = number});
@@ -17,8 +20,9 @@ int VDFileId::AddChannel(int number, int* index)
 
 int VDFileId::AddChannelByTitle(const VDString* title, int* index)
 {
-    if (title == nullptr)
+    if (title == nullptr || index == nullptr)
         return 0;
+    SettlePending();
     int found = record_.channels.FindTitle(*title);
     if (found < 0)
         found = record_.channels.Append({.number = record_.channels.GetSize() + 1, .title = *title});
@@ -51,7 +55,7 @@ int VDFileId::GetChanNumber(int index, int* number)
 
 int VDFileId::SetChanNumber(int index, int number)
 {
-    if (!CheckIndex(index, __func__))
+    if (EditChannel(index, __func__) == nullptr)
         return 0;
     record_.channels.SetNumber(index, number);
     return 1;
@@ -89,8 +93,10 @@ int VDFileId::GetChanSelected(int index, char* selected)
 
 int VDFileId::SetChanSelect(int index, char selected)
 {
-    VDFileIdChanInfo* const channel = EditChannel(index, __func__);
-    return channel != nullptr ? SetFlag(channel->selected, selected) : 0;
+    if (EditChannel(index, __func__) == nullptr)
+        return 0;
+    record_.channels.Select(index, selected != 0);
+    return 1;
 }
 
 int VDFileId::GetChanTitle(int index, VDString* title)
@@ -105,8 +111,10 @@ int VDFileId::GetChanTitle(int index, VDString* title)
 
 int VDFileId::SetChanTitle(int index, const char* title)
 {
-    VDFileIdChanInfo* const channel = EditChannel(index, __func__);
-    return channel != nullptr ? VFGive(&channel->title, title) : 0;
+    if (EditChannel(index, __func__) == nullptr)
+        return 0;
+    record_.channels.SetTitle(index, title);
+    return 1;
 }
 
 int VDFileId::GetChanUnits(int index, VDString* units)
@@ -133,6 +141,7 @@ int VDFileId::SetAllChanSelect(char selected)
         record_.pending.select = true;
         record_.pending.selectValue = selected != 0;
     } else {
+        SettlePending();
         record_.channels.SelectAll(selected != 0);
     }
     return 1;
@@ -201,6 +210,7 @@ int VDFileId::SortChans(char ascending)
         record_.pending.sort = true;
         record_.pending.sortAscending = ascending != 0;
     } else {
+        SettlePending();
         record_.channels.Sort(ascending != 0);
     }
     return 1;
@@ -208,7 +218,7 @@ int VDFileId::SortChans(char ascending)
 
 int VDFileId::RemoveChan(int index)
 {
-    if (!CheckIndex(index, __func__))
+    if (EditChannel(index, __func__) == nullptr)
         return 0;
     record_.channels.RemoveAt(index);
     return 1;
@@ -221,6 +231,8 @@ int VDFileId::ClearAllChans()
 
 int VDFileId::RemoveAllSelectedChans(char selected)
 {
+    if (!record_.channels.IsEmpty())
+        SettlePending();
     record_.channels.RemoveAll(selected != 0);
     return 1;
 }

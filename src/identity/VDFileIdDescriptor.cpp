@@ -188,11 +188,8 @@ bool AppendSubTestFields(VDFileInfo* info, const VDFileIdRecord& record, VDStrin
     for (const VDSubTestNumber& number : SubTestNumbers(record)) {
         int capability = 0;
         char found = 0;
-        if (FINFGetCapability(info, nullptr, record.fileId, record.subId, number.capability, &capability, &found) == 0) {
-            if (!VFErrorCheck(DaxError::UnknownFileId))
-                return false;
-            found = 0;
-        }
+        if (FINFGetCapability(info, nullptr, record.fileId, record.subId, number.capability, &capability, &found) == 0)
+            return false;
         if (number.value < 0 && (found == 0 || capability != 1))
             continue;
         VDString field;
@@ -202,18 +199,13 @@ bool AppendSubTestFields(VDFileInfo* info, const VDFileIdRecord& record, VDStrin
     return true;
 }
 
-/// Appends the field of the access type. A format that nobody serves has none.
-bool AppendAccessField(VDFileInfo* info, const VDFileIdRecord& record, VDString& text)
+/// Appends the field of the access type. A format that nobody serves, for which alone the question fails, has none.
+void AppendAccessField(VDFileInfo* info, const VDFileIdRecord& record, VDString& text)
 {
     int accessType = VTFileAccessUnknown;
     VDString accessClass;
-    if (FINFGetAccessClass(info, nullptr, record.fileId, record.subId, &accessType, &accessClass) == 0) {
-        if (!VFErrorCheck(DaxError::UnknownFileId))
-            return false;
-        accessType = VTFileAccessUnknown;
-    }
-    text += AccessField(accessType);
-    return true;
+    if (FINFGetAccessClass(info, nullptr, record.fileId, record.subId, &accessType, &accessClass) != 0)
+        text += AccessField(accessType);
 }
 
 }  // namespace
@@ -286,8 +278,7 @@ bool VDFileId::WriteDescriptor(int type, VDString& text)
     appendFile(";d", record_.extraMetadataFilename);
     appendFile(";n", AssociatedFilename(record_));
 
-    if (!AppendAccessField(info.Get(), record_, text))
-        return false;
+    AppendAccessField(info.Get(), record_, text);
     if (record_.fileId != 0 || record_.subId != 0)
         text += ChannelField(record_.channels, type != VTTestDescAll);
     if (record_.preferences)

@@ -8,13 +8,22 @@
 
 int VDFileId::SetFileId(int fileId, int subId)
 {
-    record_.fileId = fileId;
-    record_.subId = subId;
+    const bool isTemporary = fileId == DaxStorageFileId && VFIsTemporarySubId(subId);
+    if (!isTemporary)
+        EndNamingTemporaryTest();
+    SuggestFileId(fileId, subId);
     if (!record_.identByExtension)
         record_.identified = true;
-    if (IsTemporaryType())
+    // Identification looks at files that are there: they are their makers' to delete.
+    if (isTemporary && !inIdent_)
         StartTemporaryTest();
     return 1;
+}
+
+void VDFileId::SuggestFileId(int fileId, int subId)
+{
+    record_.fileId = fileId;
+    record_.subId = subId;
 }
 
 bool VDFileId::IsTemporaryType() const

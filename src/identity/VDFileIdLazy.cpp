@@ -1,5 +1,5 @@
 #include "VDFileId.h"
-#include "frame/VDValueGuard.h"
+#include "VDFileIdNameWatch.h"
 
 #include "daxlib/DaxHandle.h"
 #include "frame/VFDaxReport.h"
@@ -20,12 +20,25 @@ int VDFileId::CheckIdentLoad(bool loadInfo)
     // What was put off waits on while the list does: a question for the version alone must not use it up.
     if (record_.identified && !record_.infoLoaded && record_.channels.IsEmpty())
         return 1;
+    DoPending();
+    return 1;
+}
+
+void VDFileId::DoPending()
+{
     const VDPendingRequests due = std::exchange(record_.pending, {});
     if (due.sort)
         record_.channels.Sort(due.sortAscending);
     if (due.select)
         record_.channels.SelectAll(due.selectValue);
-    return 1;
+}
+
+void VDFileId::SettlePending()
+{
+    const bool isBeingFilled = inIdent_ || checkRunning_ || loading_;
+    const bool isLoadToCome = record_.loadInfoWhenNeeded && !record_.infoLoaded;
+    if (!isBeingFilled && !isLoadToCome)
+        DoPending();
 }
 
 bool VDFileId::Identify(bool loadInfo)
@@ -34,6 +47,7 @@ bool VDFileId::Identify(bool loadInfo)
     VDFileIdRecord before = record_;
     const VDPendingRequests pending = record_.pending;
     const auto fail = [&] {
+        const NameWatch watch(*this);
         record_ = std::move(before);
         return false;
     };
@@ -64,6 +78,7 @@ bool VDFileId::LoadInfo()
     const VDFileInfoHandle info(FINFCreate());
     if (info && FINFLoadInfo(info.Get(), this) != 0)
         return true;
+    const NameWatch watch(*this);
     record_ = std::move(before);
     return false;
 }

@@ -1,5 +1,6 @@
 #include "SpecialFormats.h"
 #include "VDFileId.h"
+#include "VDFileIdNameWatch.h"
 
 #include "daxlib/DaxHandle.h"
 #include "frame/VFDaxReport.h"
@@ -49,6 +50,7 @@ bool IsFolderTestPath(const VDString& path)
 
 int VDFileId::SetFilename(int nameForm, const char* filename, const char* extension)
 {
+    const NameWatch watch(*this);
     record_.filename.Empty();
     record_.extension.Empty();
     record_.originalExtension.Empty();

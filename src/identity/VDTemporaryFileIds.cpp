@@ -10,9 +10,3 @@ VDTemporaryFileIds::~VDTemporaryFileIds()
     if (!ids_.empty())
         VFTracePrintf("ERROR: VVAllTemporaryFileIds is not empty at app exit in VDFileId in daxlib\n");
 }
-
-void VDTemporaryFileIds::Add(VDFileId* id)
-{
-    Remove(id);
-    ids_.push_back(id);
-}

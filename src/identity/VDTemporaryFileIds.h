@@ -15,9 +15,10 @@ public:
     VDTemporaryFileIds(const VDTemporaryFileIds&) = delete;
     VDTemporaryFileIds& operator=(const VDTemporaryFileIds&) = delete;
 
-    /// Enters the id, once.
-    void Add(VDFileId* id);
-    void Remove(VDFileId* id) { ids_.remove(id); }
+    /// Where an id was entered, for taking it out again.
+    using Place = std::list<VDFileId*>::iterator;
+    Place Add(VDFileId* id) { return ids_.insert(ids_.end(), id); }
+    void Remove(Place place) { ids_.erase(place); }
 
 private:
     std::list<VDFileId*> ids_;

@@ -5,6 +5,7 @@
 #include "FormatPlugin.h"
 #include "VDFileInfo.h"
 #include "WalkFileIds.h"
+#include "identity/VDFileId.h"
 
 #include <array>
 
@@ -54,6 +55,7 @@ bool VDFileInfo::LoadInfo(VDFileId* id)
     if (!VFReadFileHeader(id, io, header.data(), &headerSize, VVRoutine))
         return false;
 
+    const auto loading = id->MarkLoading();
     const std::lock_guard lock(VDDaxLib::Get().GetLock());
     const VDFileInfoFileIdInfo* type = registry.GetFileType(fileId, subId);
     if (type == nullptr)

@@ -1,14 +1,17 @@
 #include "NewFileId.h"
 
+#include "identity/VDFileId.h"
+
 #include "vdbase/VDFileSystem.h"
 
 VDFileIdHandle VFNewFileId(const VDString& filename, int fileId, int subId)
 {
     VDFileIdHandle id(FIDCreate());
     if (!id || !FIDSetFilename(id.Get(), VTNameFormFile, filename, "") ||
-        !FIDSetTestTitle(id.Get(), VDFileSystem::GetBaseFileName(filename)) || !FIDSetFileId(id.Get(), fileId, subId) ||
-        !FIDSetIdentified(id.Get(), 0))
+        !FIDSetTestTitle(id.Get(), VDFileSystem::GetBaseFileName(filename)))
         return {};
+    // A file that somebody made comes with its type, also where that is one of temporary files, which go with their ids.
+    id.Get()->SuggestFileId(fileId, subId);
     return id;
 }
 

@@ -72,6 +72,8 @@ TEST(ChanSep, SplitsFixedDigits)
                          {"road-12", nullptr, 0},
                          {"road +1", nullptr, 0},
                          {"12", nullptr, 0}});
+    rules.SetFixedChanDigits(10);
+    ExpectSplits(rules, {{"road2147483647", "road", 2147483647}, {"road2147483648", nullptr, 0}});
 }
 
 TEST(ChanSep, SettersIgnoreWhatIsOutOfRange)

@@ -81,6 +81,38 @@ TEST(FileIdArray, RemovesBySelectionAndFindsTests)
     EXPECT_EQ(-1, index);
 }
 
+TEST(FileIdArray, FindsTestsWhateverHappenedToTheListAndTheNames)
+{
+    VDFileIdArrayHandle array(FIACreate());
+    std::vector<std::string> names;
+    for (int number = 0; number < 40; ++number) {
+        names.push_back("/d/" + std::to_string(number % 25) + ".dat");
+        FIAAppendItem(array.Get(), TestId(names.back()).Get());
+    }
+    const auto expectAllFound = [&] {
+        for (const std::string& name : names) {
+            int index = -5;
+            FIAFind(array.Get(), TestId(name).Get(), &index);
+            EXPECT_EQ(std::find(names.begin(), names.end(), name) - names.begin(), index);
+        }
+    };
+    expectAllFound();
+    while (names.size() > 2) {
+        const std::size_t gone = names.size() / 3;
+        FIARemoveAt(array.Get(), static_cast<int>(gone));
+        names.erase(names.begin() + static_cast<std::ptrdiff_t>(gone));
+        names.front() = "/d/x" + std::to_string(names.size());
+        FIDSetFilename(At(array, 0).Get(), VTNameFormFile, names.front().c_str(), "dat");
+        names.front() += ".dat";
+        expectAllFound();
+        FIAAppendItem(array.Get(), TestId("/d/behind.dat").Get());
+        names.push_back("/d/behind.dat");
+        expectAllFound();
+        FIARemoveAt(array.Get(), static_cast<int>(names.size()) - 1);
+        names.pop_back();
+    }
+}
+
 TEST(FileIdArray, SortsTestsAndChannels)
 {
     const std::vector<std::string> names = {"/z/b.dat", "/a/C.dat", "/y/A.xyz", "/x/b.dat"};

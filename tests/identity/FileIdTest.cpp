@@ -3,8 +3,11 @@
 #include "daxlib/VDChanSep.h"
 #include "daxlib/VDFileIdPreferences.h"
 #include "vdbase/VDFileSystem.h"
+#include "vdbase/VDPreferenceSystem.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <random>
 
 namespace {
 
@@ -167,9 +170,87 @@ TEST(FileId, ChannelsAreFoundByNumberAndTitle)
     FIDSetChanSelect(id.Get(), 1, 0);
     FIDRemoveAllSelectedChans(id.Get(), 0);
     EXPECT_EQ((std::vector<long>{7, 4, 4}), TestNumbers(id));
+    EXPECT_EQ(0, FIDAddChannel(id.Get(), 50, nullptr));
+    EXPECT_EQ(0, FIDAddChannelByTitle(id.Get(), &other, nullptr));
+    EXPECT_EQ(3, TestInt<FIDGetNumChans>(id)) << "a failure adds nothing";
     FIDSetInfoLoaded(id.Get(), 1);
     FIDRemoveAllChans(id.Get());
     EXPECT_EQ(0, TestFlag<FIDGetInfoLoaded>(id));
+}
+
+TEST(FileId, ChannelListsKeepTheirOrderThroughAnyChanges)
+{
+    struct Channel
+    {
+        int number;
+        std::string title;
+        bool selected;
+    };
+    std::mt19937 random(1);
+    const auto below = [&random](std::size_t limit) { return static_cast<int>(random() % limit); };
+    VDFileIdHandle id = TestId();
+    std::vector<Channel> expected;
+    const auto find = [&](auto member, const auto& value) {
+        return static_cast<int>(std::ranges::find(expected, value, member) - expected.begin());
+    };
+    for (int step = 0; step < 4000; ++step) {
+        const int count = static_cast<int>(expected.size());
+        const int at = below(expected.size() + 1);
+        const int number = below(60);
+        const std::string title = "T" + std::to_string(below(60));
+        int index = -1;
+        switch (const int action = below(step % 500 < 250 ? 6 : 12)) {
+        case 0:
+        case 1:
+            FIDAddChannel(id.Get(), number, &index);
+            EXPECT_EQ(find(&Channel::number, number), index);
+            if (index == count)
+                expected.push_back({number, "", true});
+            break;
+        case 2:
+        case 3: {
+            const VDString text(title);
+            FIDAddChannelByTitle(id.Get(), &text, &index);
+            EXPECT_EQ(find(&Channel::title, title), index);
+            if (index == count)
+                expected.push_back({count + 1, title, true});
+            break;
+        }
+        default:
+            if (at == count)
+                break;
+            Channel& channel = expected[static_cast<std::size_t>(at)];
+            if (action == 4) {
+                FIDSetChanNumber(id.Get(), at, channel.number = number);
+                FIDSetChanSelect(id.Get(), at, channel.selected = number % 5 != 0);
+            } else if (action == 5) {
+                FIDSetChanTitle(id.Get(), at, (channel.title = title).c_str());
+            } else {
+                FIDRemoveChan(id.Get(), at);
+                expected.erase(expected.begin() + at);
+            }
+        }
+        if (step % 97 == 0) {
+            FIDSortChans(id.Get(), 1);
+            std::ranges::stable_sort(expected, {}, &Channel::number);
+        }
+        if (step % 201 == 200) {
+            FIDRemoveAllSelectedChans(id.Get(), 0);
+            std::erase_if(expected, [](const Channel& each) { return !each.selected; });
+        }
+        ASSERT_EQ(static_cast<int>(expected.size()), TestInt<FIDGetNumChans>(id)) << step;
+        EXPECT_EQ(std::ranges::any_of(expected, &Channel::selected), TestFlag<FIDGetSomeChansSelected>(id));
+        EXPECT_EQ(std::ranges::all_of(expected, &Channel::selected), TestFlag<FIDGetAllChansSelected>(id));
+        if (step % 10 > 0)
+            continue;
+        const std::vector<long> numbers = TestNumbers(id);
+        for (int i = 0; i < static_cast<int>(expected.size()); ++i) {
+            const Channel& channel = expected[static_cast<std::size_t>(i)];
+            ASSERT_EQ(channel.number, numbers[static_cast<std::size_t>(i)]) << step;
+            ASSERT_EQ(channel.title, TestText<FIDGetChanTitle>(id, i)) << step;
+            ASSERT_EQ(find(&Channel::number, channel.number), TestInt<FIDGetChanIndex>(id, channel.number)) << step;
+        }
+    }
 }
 
 TEST(FileId, SelectionTextIsBounded)
@@ -418,6 +499,71 @@ TEST(FileId, ATemporaryTestIsLeftUnderItsOwnName)
     marked.Reset();
     ExpectNoError();
     EXPECT_TRUE(Exists(folder.Name("plain.dat")));
+}
+
+TEST(FileId, OnlyTheTemporaryTestItselfIsDeleted)
+{
+    const TestFolder folder;
+    const auto finish = [&](const VDFileIdHandle& temporary, bool typeFirst, std::uint32_t mask) {
+        VDFileIdHandle output = TestId();
+        FIDCopy(output.Get(), temporary.Get(), mask);
+        if (typeFirst)
+            FIDSetFileId(output.Get(), Storage, 4);
+        FIDSetFilename(output.Get(), VTNameFormFile, folder.Write("final.dat", "x").c_str(), "");
+        if (!typeFirst)
+            FIDSetFileId(output.Get(), Storage, 4);
+        return output;
+    };
+    for (const bool typeFirst : {false, true})
+        for (const std::uint32_t mask : {0U, ~0U})
+            for (const bool outputFirst : {false, true}) {
+                // The type is often known before the name.
+                VDFileIdHandle temporary = TestId();
+                FIDSetFileId(temporary.Get(), Storage, TemporarySubId);
+                FIDSetFilename(temporary.Get(), VTNameFormFile, folder.Write("t.dat", "x").c_str(), "");
+                VDFileIdHandle output = finish(temporary, typeFirst, mask);
+                (outputFirst ? output : temporary).Reset();
+                (outputFirst ? temporary : output).Reset();
+                EXPECT_FALSE(Exists(folder.Name("t.dat")));
+                EXPECT_TRUE(Exists(folder.Name("final.dat")));
+            }
+
+    // A name that was given up is nobody's to delete; a test without a name takes that of a copy.
+    VDFileIdHandle renamed = TemporaryId(folder.Write("others.dat", "x"));
+    FIDSetFilename(renamed.Get(), VTNameFormFile, folder.Write("own.dat", "x").c_str(), "");
+    renamed.Reset();
+    EXPECT_TRUE(Exists(folder.Name("others.dat")) && !Exists(folder.Name("own.dat")));
+    VDFileIdHandle unnamed = TestId();
+    FIDSetFileId(unnamed.Get(), Storage, TemporarySubId);
+    VDFileIdHandle named = TestId();
+    FIDCopy(named.Get(), unnamed.Get(), ~0U);
+    FIDSetFilename(named.Get(), VTNameFormFile, folder.Write("named.dat", "x").c_str(), "");
+    named.Reset();
+    unnamed.Reset();
+    EXPECT_FALSE(Exists(folder.Name("named.dat")));
+
+    // Whoever looks at a file, by its extension or as a plug-in, does not own it.
+    VDPreferenceSystem preferences;
+    preferences.OverrideBooleanValue("/FileFormats/Extensions/IdentifyByExtension_TemporaryTimeSeries", true);
+    preferences.OverrideStringValue("/FileFormats/Extensions/Extensions_TemporaryTimeSeries", "y4t");
+    const VDFileInfoHandle info(FINFCreate());
+    VDFileIdHandle looked = TestId(folder.Write("seen.y4t", "x"));
+    VDFileIdArrayHandle tests;
+    char found = 0;
+    char ignored = 0;
+    EXPECT_NE(0, FINFIdentifyFileByExtension(info.Get(), looked.Get(), tests.Out(), &found, &ignored, nullptr));
+    EXPECT_EQ(1, found);
+    VDFileIdHandle seen;
+    EXPECT_NE(0, FIAGetAt(tests.Get(), 0, seen.Out()));
+    EXPECT_EQ(1, TestFlag<FIDIsTemporary>(seen));
+    EXPECT_EQ(0, TestFlag<FIDGetIdentified>(seen));
+    FIDCopy(looked.Get(), seen.Get(), ~0U);
+    seen.Reset();
+    tests.Reset();
+    FIDSetInIdent(looked.Get(), 1);
+    FIDSetFileId(looked.Get(), Storage, TemporarySubId);
+    looked.Reset();
+    EXPECT_TRUE(Exists(folder.Name("seen.y4t")));
 }
 
 TEST(FileIdDeathTest, LeftTemporaryIdsAreTracedAtExit)

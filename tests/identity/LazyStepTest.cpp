@@ -51,6 +51,34 @@ TEST_F(LazyStep, DoesWhatWasPutOff)
     EXPECT_EQ((std::vector<long>{99, 3, 7}), TestNumbers(id)) << "now there is a list, and it is sorted at once";
 }
 
+TEST_F(LazyStep, WaitsOnlyWhereChannelsAreLoaded)
+{
+    // An id that is filled by hand: there was nothing to select, and nothing is put off for what comes later.
+    VDFileIdHandle output = TestId("/d/out.sta");
+    FIDSetFileId(output.Get(), StandIn::FileId, 1);
+    FIDSetAllChanSelect(output.Get(), 0);
+    FIDSortChans(output.Get(), 1);
+    TestAddChannels(output, {2, 1});
+    FIDSetInfoLoaded(output.Get(), 1);
+    EXPECT_EQ((std::vector<long>{2, 1}), TestNumbers(output));
+    EXPECT_EQ(1, TestFlag<FIDGetAllChansSelected>(output));
+
+    // A load that somebody asks for is waited for, and a later request counts more.
+    const VDFileInfoHandle info(FINFCreate());
+    for (const bool selected : {false, true}) {
+        VDFileIdHandle id = TestId(folder_.Write("a.sta", "STAND numbers=3,1,7\n"));
+        FIDSetFileId(id.Get(), StandIn::FileId, 1);
+        FIDSetAllChanSelect(id.Get(), 0);
+        FIDSortChans(id.Get(), 1);
+        EXPECT_NE(0, FINFLoadInfo(info.Get(), id.Get()));
+        FIDSetChanSelect(id.Get(), 2, selected);
+        if (selected)
+            FIDSortChans(id.Get(), 0);
+        EXPECT_EQ((selected ? std::vector<long>{7, 3, 1} : std::vector<long>{1, 3, 7}), TestNumbers(id));
+        EXPECT_EQ(selected, TestFlag<FIDGetSomeChansSelected>(id));
+    }
+}
+
 TEST_F(LazyStep, AFailedStepLeavesTheIdAsItWas)
 {
     VDFileIdHandle several = MakeId("tests=2");
@@ -137,6 +165,13 @@ TEST_F(LazyStep, WritesDescriptors)
     EXPECT_EQ("/data/u.dat", TestDescriptor(unknown, VTTestDescAll)) << "no file type, no channel field";
     FIDSetFileId(unknown.Get(), 0, 3);
     EXPECT_EQ("/data/u.dat;c1", TestDescriptor(unknown, VTTestDescAll));
+
+    VFErrorClear();
+    {
+        const VDErrorMute mute;
+        EXPECT_EQ("/data/u.dat;c1", TestDescriptor(unknown, VTTestDescAll)) << "whether or not failures are recorded";
+    }
+    ExpectNoError();
 
     VDString text;
     EXPECT_EQ(0, FIDGetTestDescriptor(unknown.Get(), 9, &text));
