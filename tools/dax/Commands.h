@@ -11,6 +11,7 @@ std::unique_ptr<VDCommand> VFMakeInfoCommand();
 std::unique_ptr<VDCommand> VFMakeReadCommand();
 std::unique_ptr<VDCommand> VFMakeStatsCommand();
 std::unique_ptr<VDCommand> VFMakeMetaCommand();
+std::unique_ptr<VDCommand> VFMakeEvalCommand();
 std::unique_ptr<VDCommand> VFMakeCopyCommand();
 std::unique_ptr<VDCommand> VFMakeCheckCommand();
 std::unique_ptr<VDCommand> VFMakeDbcCommand();

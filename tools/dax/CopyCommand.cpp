@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "CopyLosses.h"
 #include "InputTest.h"
+#include "OutputName.h"
 #include "StagedOutput.h"
 #include "ToolError.h"
 
@@ -22,6 +23,7 @@ public:
 
 private:
     VDFileType ChooseFormat(const VDRegistry& registry, const VDFileIdHandle& source) const;
+    void CheckFile(bool nameless) const;
     void CheckStrict(const std::vector<VDLoss>& losses) const;
     VDJson MakeDocument(const VDInputTest& input, const VDCopyPlan& plan, const std::string& output,
                         const std::vector<VDLoss>& losses) const;
@@ -29,7 +31,9 @@ private:
     VDTestArguments arguments_;
     VDChannelSelection selection_;
     std::string out_;
+    std::string template_;
     std::string keyword_;
+    bool noMeta_ = false;
     bool overwrite_ = false;
     bool quiet_ = false;
 };
@@ -164,10 +168,18 @@ CLI::App* VDCopyCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("copy", "Copy a test, also into another format");
     arguments_.Register(*command, "IN", "Write nothing if the input is damaged or the format can't hold everything");
-    command->add_option("OUT", out_, "The file to write; its extension says the format (default: .z4t, the storage format)")
-        ->required()
+    command
+        ->add_option("OUT", out_,
+                     "The file to write; its extension says the format (default: .z4t, the storage format). With --name the "
+                     "folder to write it into (default: the current one)")
         ->type_name("");
     selection_.Register(*command);
+    command
+        ->add_option("--name", template_,
+                     "Name of the file to write, formed from metadata, such as run_#Test.Vehicle#_#Test.Run#; without an "
+                     "extension it gets that of the format")
+        ->type_name("TEMPLATE");
+    command->add_flag("--no-meta", noMeta_, "Leave the metadata");
     command->add_option("--format", keyword_, "Keyword of the format, see 'dax types'")->type_name("KEYWORD");
     command->add_flag("--overwrite", overwrite_, "Replace an existing output");
     command->add_flag("--quiet", quiet_, "Show no progress");
@@ -184,10 +196,12 @@ VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileI
     const VDFileType own = VFGetFileType(registry, source);
     VDString base;
     VDString extension;
-    VFSplitFilename(out_.c_str(), nullptr, &base, &extension);
-    std::error_code none;
-    if ((base.IsEmpty() && extension.IsEmpty()) || std::filesystem::is_directory(out_, none))
-        VFFail(DaxToolError::OutputWrite, "The output is a folder; name a file in it: " + out_, routine);
+    VFSplitFilename(template_.empty() ? out_.c_str() : template_.c_str(), nullptr, &base, &extension);
+    // A dot inside a keyword begins no extension.
+    if (extension.Find("#") >= 0)
+        extension.Empty();
+    if (template_.empty())
+        CheckFile(base.IsEmpty() && extension.IsEmpty());
     std::vector<VDFileType> fitting;
     std::string writable;
     for (const VDFileType& type : VFGetTargetTypes(registry, own)) {
@@ -214,6 +228,17 @@ VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileI
         if (type.fileId == own.fileId && type.subId == own.subId)
             return type;
     return fitting.front();
+}
+
+/// @param nameless  the output's name ends in a folder
+void VDCopyCommand::CheckFile(bool nameless) const
+{
+    std::error_code none;
+    if (out_.empty())
+        VFFail(DaxToolError::Usage, "The output is missing; give OUT or --name", "dax");
+    if (nameless || std::filesystem::is_directory(out_, none))
+        VFFail(DaxToolError::OutputWrite, "The output is a folder; name a file in it: " + out_,
+               "VDCopyCommand::ChooseFormat");
 }
 
 void VDCopyCommand::CheckStrict(const std::vector<VDLoss>& losses) const
@@ -248,10 +273,12 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     const VDInputTest input(context, arguments_);
     const VDTimeSeriesTest& source = input.GetTest();
     const std::vector<VDChannel> asked = selection_.Choose(source);
-    VDCopyPlan plan{source, VFSortByNumber(asked), {}, ChooseFormat(registry, input.GetId()), VFGetValuesToKeep(source)};
+    const VDFileType format = ChooseFormat(registry, input.GetId());
+    VDCopyPlan plan{source, VFSortByNumber(asked), {}, format, VFGetValuesToKeep(source, !noMeta_), !noMeta_};
     for (const VDChannel& channel : plan.channels)
         plan.numbers.push_back(channel.number);
-    const std::string name = VDStagedOutput::ResolveName(out_);
+    const std::string name = VDStagedOutput::ResolveName(
+        template_.empty() ? out_ : VFMakeOutputName(context, source, template_, out_, format));
     const std::vector<std::string> names = VFGetTargetFiles(VFMakeTargetId(plan, name).Get());
     VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
     StagedCopy copy(registry, plan, output, name);

@@ -126,7 +126,7 @@ std::string VFGetKeptText(const VDTimeSeriesTest& copy, VDFileId* id, const char
 
 void VFCompareValuesToKeep(const VDCopyPlan& plan, const VDTimeSeriesTest& copy, VDFileId* id, LossList& list)
 {
-    for (const VDValueToKeep& value : VFGetValuesToKeep(plan.source))
+    for (const VDValueToKeep& value : VFGetValuesToKeep(plan.source, plan.metaData))
         list.AddText(value.what.c_str(), {}, value.Text(), VFGetKeptText(copy, id, value.name.c_str()));
 }
 
@@ -169,7 +169,8 @@ std::vector<VDLoss> VFFindLosses(const VDRegistry& registry, const VDCopyPlan& p
                    "VFFindLosses");
         VFCompareChannels(plan, from, copy, to, list);
     }
-    VFCompareMetaData(plan, copy, list);
+    if (plan.metaData)
+        VFCompareMetaData(plan, copy, list);
     VFCompareValuesToKeep(plan, copy, id.Get(), list);
     return std::move(list.losses);
 }

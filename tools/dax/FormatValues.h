@@ -18,6 +18,8 @@ struct VDFormatValue
 
 /// The name under which formats that keep the title of a test have it.
 constexpr const char* VVTitle = "Title";
+/// The name under which they have how they store values, which tells nothing about the test.
+constexpr const char* VVEncoding = "Encoding";
 
 /// What the file has of them; a format that doesn't list them has none. What tells of the file's state, such as its damage,
 /// isn't among them.

@@ -21,6 +21,9 @@ public:
     std::string GetPath() const { return VFGetTestFiles(id_.Get()).front(); }
 
 private:
+    void Tell(VDCommandContext& context, const VDTestArguments& arguments, int code, const std::string& text) const;
+    void TellOfSidecar(VDCommandContext& context, const VDTestArguments& arguments) const;
+
     VDFileIdHandle id_;
     VDTimeSeriesTest test_;
 };

@@ -96,23 +96,38 @@ std::string VFCsvText(std::string_view text)
     return quoted + '"';
 }
 
-std::string VFEscapeJson(std::string_view document)
+namespace {
+
+/// @param format  of the escape of a character by its code
+std::string VFEscapeDocument(std::string_view document, const char* format)
 {
     std::string escaped;
     escaped.reserve(document.size());
     std::string_view bytes;
     while (!document.empty()) {
         const char32_t code = VFTakeCharacter(&document, &bytes);
-        // What stands below 0x20 is the document's own layout; in its strings that is escaped already.
+        // What stands below 0x20 is the document's own layout; in its texts that is escaped already.
         if (code >= 0x7f && VFSteersTerminal(code)) {
-            char text[8];
-            std::snprintf(text, sizeof text, "\\u%04x", static_cast<unsigned>(code));
+            char text[16];
+            std::snprintf(text, sizeof text, format, static_cast<unsigned>(code));
             escaped += text;
         } else {
             escaped += bytes;
         }
     }
     return escaped;
+}
+
+}  // namespace
+
+std::string VFEscapeJson(std::string_view document)
+{
+    return VFEscapeDocument(document, "\\u%04x");
+}
+
+std::string VFEscapeXml(std::string_view document)
+{
+    return VFEscapeDocument(document, "&#x%x;");
 }
 
 std::size_t VFTextWidth(std::string_view printable)

@@ -20,6 +20,8 @@ std::string VFAsUtf8(std::string_view text);
 /// Puts escapes of JSON in the place of what could steer a terminal and still stands raw in the strings of a document, which
 /// means the same to a program.
 std::string VFEscapeJson(std::string_view document);
+/// The same for a document of XML, all of whose texts stand in attributes.
+std::string VFEscapeXml(std::string_view document);
 
 /// Characters that a text of `VFPrintable` takes on a terminal.
 std::size_t VFTextWidth(std::string_view printable);

@@ -6,10 +6,7 @@
 #include "ToolError.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <fcntl.h>
 #include <limits>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -50,13 +47,8 @@ std::string VFGroupName(const std::string& name, const VDChannelGroup& group)
 std::int64_t VFWriteCsvFile(const std::string& name, const VDTimeSeriesTest& test, const VDChannelGroup& group,
                             const VDPointRange& range)
 {
-    const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0)
-        VFFailSystem(DaxToolError::OutputWrite, "Can't open " + name, "VFWriteCsvFile");
-    const std::unique_ptr<const int, void (*)(const int*)> closer(&descriptor, [](const int* file) { close(*file); });
-    VDTextSink sink(descriptor, name);
-    const std::int64_t rows = VFWriteCsv(test, group, range, sink);
-    sink.Flush();
+    std::int64_t rows = 0;
+    VFWriteNewFile(name, [&](VDTextSink& out) { rows = VFWriteCsv(test, group, range, out); });
     return rows;
 }
 

@@ -117,6 +117,8 @@ bool VFHasOwnItems(const VDCopyPlan& plan, const LQChannelMapper& from)
 /// Hands the metadata over. A format that keeps none gets a file beside it only if there is anything to put into that.
 void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
 {
+    if (!plan.metaData)
+        return;
     const LQChannelMapper* const from = VFGetMetaData(plan.source.Get());
     std::vector<const VDValueToKeep*> values;
     for (const VDValueToKeep& value : plan.values)
@@ -222,7 +224,7 @@ std::string VFOwnTitle(VDFileId* id)
     return derived ? std::string() : title.Str();
 }
 
-std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source)
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source, bool metaData)
 {
     std::vector<VDValueToKeep> values;
     const auto add = [&values](const VDFormatValue& found, const std::string& what) {
@@ -232,6 +234,10 @@ std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source)
         if (!found.Text().empty() && std::none_of(values.begin(), values.end(), same))
             values.push_back({found, what});
     };
+    if (!metaData) {
+        add({VVEncoding, VDVariant(VFGetFormatText(source.Get(), VVEncoding).c_str())}, VVEncoding);
+        return values;
+    }
     const LQChannelMapper* const mapper = VFGetMetaData(source.Get());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;

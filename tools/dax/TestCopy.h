@@ -20,6 +20,7 @@ struct VDCopyPlan
     VDFileType format;
     /// What the format is asked to keep under names of its own. One that it has no place for goes into the metadata.
     std::vector<VDValueToKeep> values;
+    bool metaData = true;  ///< the metadata are copied, too
 };
 
 /// Thrown when values don't fit into the file because of a value that the format was given under this name: it has to be
@@ -33,7 +34,8 @@ struct VDUnfit
 std::string VFOwnTitle(VDFileId* id);
 /// What a copy of the test is to keep under names of its own: what the metadata tell, be it from an earlier copy, what the
 /// format has besides, and the title.
-std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source);
+/// @param metaData  false leaves out what tells of the test, so that only the encoding is left
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source, bool metaData);
 
 /// An id for a test of the plan's format under this name, with the plan's channels.
 VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name);

@@ -17,14 +17,14 @@ constexpr int VVKeepsNone = -327992;
 constexpr const char* VVInputInfo = "InputTestInfo";
 
 /// Attributes that are header values and statistics under other names.
-bool VFIsDerived(const Z4PropertySet& set, const Z4Property& item)
+bool VFIsDerived(const VDString& set, const char* name)
 {
     using namespace LQAttribute;
     static constexpr const char* header[] = {XTitle, XUnits, ChanTitle, YTitle, YUnits, SampleRate, BaseTime, NumPoints};
     const auto isOneOf = [&](const auto& names) {
-        return std::any_of(std::begin(names), std::end(names), [&](const char* name) { return item.GetName() == name; });
+        return std::any_of(std::begin(names), std::end(names), [&](const char* each) { return VDString(name) == each; });
     };
-    return set.GetName() == LQChannelMapper::ATTRIBUTES &&
+    return set == LQChannelMapper::ATTRIBUTES &&
            (isOneOf(header) || isOneOf(Stats) || isOneOf(StatPoints) || isOneOf(StatTimes));
 }
 
@@ -48,13 +48,18 @@ void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<v
             visit(*set);
 }
 
+bool VFIsOwnItem(const std::string& set, const char* item)
+{
+    return set != VVInputInfo && !VFIsDerived(set.c_str(), item);
+}
+
 void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
                       const std::function<void(const std::string& set, const Z4Property& item)>& visit)
 {
     VFForEachSet(mapper, slot, [&](const Z4PropertySet& set) {
-        for (int item = 0; set.GetName() != VVInputInfo && item < set.GetSize(); ++item)
-            if (!VFIsDerived(set, *set.GetProperty(item)))
-                visit(set.GetName().Str(), *set.GetProperty(item));
+        for (int index = 0; index < set.GetSize(); ++index)
+            if (const Z4Property& item = *set.GetProperty(index); VFIsOwnItem(set.GetName().Str(), item.GetName()))
+                visit(set.GetName().Str(), item);
     });
 }
 

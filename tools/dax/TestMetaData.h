@@ -17,8 +17,10 @@ LQChannelMapper* VFGetMetaData(VDTsAcc* acc);
 /// @param slot  index of a channel or `LQChannelMapper::GLOBAL`
 void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<void(const Z4PropertySet& set)>& visit);
 
-/// Calls back for each item of a slot that is the test's own, undefined ones among them. What the library notes about the
-/// input itself is left out, and so are the attributes that it derives from header and statistics.
+/// Whether an item is the test's own: neither what the library notes about the input itself, nor an attribute that it
+/// derives from header and statistics.
+bool VFIsOwnItem(const std::string& set, const char* item);
+/// Calls back for each item of a slot that is the test's own, undefined ones among them.
 void VFForEachOwnItem(const LQChannelMapper& mapper, int slot,
                       const std::function<void(const std::string& set, const Z4Property& item)>& visit);
 

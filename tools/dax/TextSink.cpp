@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -70,4 +71,15 @@ void VDTextSink::WriteOut(std::string_view bytes)
     if (errno == EPIPE)
         throw VDBrokenPipe();
     VFFailSystem(DaxToolError::OutputWrite, "Can't write to " + name_, "VDTextSink::Flush");
+}
+
+void VFWriteNewFile(const std::string& name, const std::function<void(VDTextSink& out)>& write)
+{
+    const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        VFFailSystem(DaxToolError::OutputWrite, "Can't open " + name, "VFWriteNewFile");
+    const std::unique_ptr<const int, void (*)(const int*)> closer(&descriptor, [](const int* file) { close(*file); });
+    VDTextSink out(descriptor, name);
+    write(out);
+    out.Flush();
 }

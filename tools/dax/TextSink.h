@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -44,3 +45,6 @@ private:
     std::unique_ptr<char[]> buffer_;
     std::size_t used_ = 0;
 };
+
+/// Makes a file, which must not be there, and writes it; throws if that fails.
+void VFWriteNewFile(const std::string& name, const std::function<void(VDTextSink& out)>& write);

@@ -31,6 +31,13 @@ constexpr int Damaged = -900020;           ///< the file says itself that someth
 constexpr int NoFrame = -900021;           ///< a log without a frame
 constexpr int NotToOutput = -900022;       ///< the format can't go to the standard output
 constexpr int InputRead = -900023;         ///< an input that is no measurement file can't be read
+constexpr int DerivedItem = -900024;       ///< metadata that the library makes itself
+constexpr int NoItem = -900025;            ///< no such item of metadata, or none at all
+constexpr int ItemValue = -900026;         ///< a text that is no value of an item's type
+constexpr int ItemLeftOut = -900027;       ///< an item that the output can't hold
+constexpr int MetaDataUnread = -900028;    ///< the metadata beside a file can't be read
+constexpr int NameChanged = -900029;       ///< signs that a name can't hold were replaced
+constexpr int BadName = -900030;           ///< no name for an output
 }  // namespace DaxToolError
 
 /// Thrown when a step has failed and its error is recorded.

@@ -6,7 +6,7 @@ int main(int argc, char** argv)
 {
     constexpr std::unique_ptr<VDCommand> (*makers[])() = {
         VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeInfoCommand,  VFMakeReadCommand, VFMakeStatsCommand,
-        VFMakeMetaCommand,  VFMakeCopyCommand,     VFMakeCheckCommand, VFMakeDbcCommand,
+        VFMakeMetaCommand,  VFMakeEvalCommand,     VFMakeCopyCommand,  VFMakeCheckCommand, VFMakeDbcCommand,
     };
     std::vector<std::unique_ptr<VDCommand>> commands;
     for (const auto& make : makers)

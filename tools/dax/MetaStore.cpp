@@ -1,0 +1,57 @@
+#include "MetaStore.h"
+
+#include "TestMetaData.h"
+#include "ToolError.h"
+
+#include "daxlib/TimeSeriesPlugin.h"
+#include "vdstore/LQChannelMapper.h"
+
+namespace {
+
+VDMetaStored VFStoreInFile(const VDInputTest& input, const VDMetaEdits& edits)
+{
+    const VDTsAccHandle acc(TSAccCreate());
+    VFCheck(static_cast<bool>(acc));
+    VFCheck(TSAccSetId(acc.Get(), input.GetId().Get(), 0));
+    VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenUpdate));
+    LQChannelMapper* const mapper = VFGetMetaData(acc.Get());
+    VFDropInputInfo(*mapper);
+    edits.Check(*mapper);
+    const int count = edits.Apply(*mapper);
+    VFCheck(TSAccClose(acc.Get()));
+    return {input.GetPath(), count};
+}
+
+VDVmdFileHandle VFOpenSidecar(const VDInputTest& input, bool toRead, LQChannelMapper** mapper)
+{
+    VDVmdFileHandle sidecar(VMDCreate());
+    VFCheck(static_cast<bool>(sidecar));
+    VFCheck(VMDAdoptTestVmd(sidecar.Get(), input.GetId().Get(), toRead));
+    VFCheck(VMDGetMetaData(sidecar.Get(), mapper));
+    return sidecar;
+}
+
+VDMetaStored VFStoreInSidecar(const VDInputTest& input, const VDMetaEdits& edits)
+{
+    VDString filename;
+    VFCheck(VMDCreateFilenameFromFileId(input.GetId().Get(), &filename));
+    LQChannelMapper* mapper = nullptr;
+    {
+        // A sidecar that is open for writing is made with its last reference, so that what can fail is tried before.
+        const VDVmdFileHandle present = VFOpenSidecar(input, true, &mapper);
+        edits.Check(*mapper);
+    }
+    VDVmdFileHandle sidecar = VFOpenSidecar(input, false, &mapper);
+    const int count = edits.Apply(*mapper);
+    VFCheck(VMDRelease(sidecar.Detach()));
+    return {filename.Str(), count};
+}
+
+}  // namespace
+
+VDMetaStored VFStoreMetaData(const VDInputTest& input, const VDMetaEdits& edits)
+{
+    char keeps = 0;
+    VFCheck(TSAccGetCapability(input.GetTest().Get(), DaxTimeSeries::KeepsMetaData, &keeps));
+    return keeps != 0 ? VFStoreInFile(input, edits) : VFStoreInSidecar(input, edits);
+}
