@@ -31,20 +31,16 @@ VDFileId::VDSnapshot VDFileId::Save() const
     VDSnapshot snapshot;
     snapshot.record_ = record_;
     snapshot.temporaryTest_ = temporaryTest_;
+    snapshot.namesTemporaryTest_ = namesTemporaryTest_;
     return snapshot;
 }
 
 void VDFileId::Restore(const VDSnapshot& snapshot)
 {
-    VDFileIdRecord record = snapshot.record_;
-    if (temporaryTest_ != snapshot.temporaryTest_) {
-        temporaryTest_ = snapshot.temporaryTest_;
-        if (temporaryTest_)
-            VVAllTemporaryFileIds.Add(this);
-        else
-            VVAllTemporaryFileIds.Remove(this);
-    }
-    record_ = std::move(record);
+    const NameWatch watch(*this);
+    EnterTemporaryTest(snapshot.temporaryTest_);
+    namesTemporaryTest_ = snapshot.namesTemporaryTest_;
+    record_ = snapshot.record_;
 }
 
 int VDFileId::Copy(VDFileId* source, std::uint32_t mask)

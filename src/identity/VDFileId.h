@@ -25,8 +25,8 @@ public:
 
     /// @name Life and copying (VDFileId.cpp)
     /// @{
-    /// Keeps the id as it is, to come back to it. A temporary test that the id begins in between has no files of its own then:
-    /// none are deleted for it.
+    /// Keeps the id as it is, to come back to it. Of a temporary test that the id shares in meanwhile nothing is deleted
+    /// then.
     class VDSnapshot;
     VDSnapshot Save() const;
     void Restore(const VDSnapshot& snapshot);
@@ -180,6 +180,8 @@ private:
 
     void UpdateFullPathName();
 
+    struct VDTemporaryTest;
+
     bool IsTemporaryType() const;
     /// @name Sharing in a temporary test (VDFileIdTemporary.cpp)
     /// @{
@@ -189,6 +191,8 @@ private:
     /// names.
     void JoinTemporaryTest(const VDFileId& other);
     void LeaveTemporaryTest();
+    /// Holds another temporary test, or none; with the present one nothing is done.
+    void EnterTemporaryTest(std::shared_ptr<VDTemporaryTest> test);
     /// From here on the temporary test goes by the name that it has, whatever this id is called.
     void EndNamingTemporaryTest();
     void KeepTemporaryNames();
@@ -214,7 +218,6 @@ private:
     bool loading_ = false;       ///< a plug-in adds the channels
     int listings_ = 0;           ///< entries of lists that refer to this id
 
-    struct VDTemporaryTest;
     std::shared_ptr<VDTemporaryTest> temporaryTest_;  ///< its holders are the test's ids
     VDTemporaryFileIds::Place temporaryPlace_;        ///< in the list of them all, while there is a test
     bool namesTemporaryTest_ = false;                 ///< the test goes by the name of this id
@@ -226,4 +229,5 @@ private:
     friend class VDFileId;
     VDFileIdRecord record_;
     std::shared_ptr<VDTemporaryTest> temporaryTest_;
+    bool namesTemporaryTest_ = false;
 };

@@ -1,5 +1,4 @@
 #include "VDFileId.h"
-#include "VDFileIdNameWatch.h"
 
 #include "daxlib/DaxHandle.h"
 #include "frame/VFDaxReport.h"
@@ -44,11 +43,10 @@ void VDFileId::SettlePending()
 bool VDFileId::Identify(bool loadInfo)
 {
     // Plug-ins write to this id while they try.
-    VDFileIdRecord before = record_;
+    const VDSnapshot before = Save();
     const VDPendingRequests pending = record_.pending;
     const auto fail = [&] {
-        const NameWatch watch(*this);
-        record_ = std::move(before);
+        Restore(before);
         return false;
     };
     const VDFileInfoHandle info(FINFCreate());
@@ -60,9 +58,9 @@ bool VDFileId::Identify(bool loadInfo)
     if (FIAGetSize(tests.Get(), &count) == 0)
         return fail();
     if (count != 1) {
-        const VDString name = before.filename + " (" + before.extension + ")";
-        VFDaxReport(DaxError::IdentByExtension, "VDFileId::CheckIdentLoad", {.appended = name});
-        return fail();
+        Restore(before);
+        const VDString name = record_.filename + " (" + record_.extension + ")";
+        return VFDaxReport(DaxError::IdentByExtension, "VDFileId::CheckIdentLoad", {.appended = name}) != 0;
     }
     VDFileIdHandle test;
     if (FIAGetAt(tests.Get(), 0, test.Out()) == 0)
@@ -74,12 +72,11 @@ bool VDFileId::Identify(bool loadInfo)
 
 bool VDFileId::LoadInfo()
 {
-    VDFileIdRecord before = record_;
+    const VDSnapshot before = Save();
     const VDFileInfoHandle info(FINFCreate());
     if (info && FINFLoadInfo(info.Get(), this) != 0)
         return true;
-    const NameWatch watch(*this);
-    record_ = std::move(before);
+    Restore(before);
     return false;
 }
 

@@ -16,18 +16,14 @@ struct VDFileId::VDTemporaryTest
 void VDFileId::StartTemporaryTest()
 {
     LeaveTemporaryTest();
-    temporaryTest_ = std::make_shared<VDTemporaryTest>();
-    temporaryPlace_ = VVAllTemporaryFileIds.Add(this);
+    EnterTemporaryTest(std::make_shared<VDTemporaryTest>());
     namesTemporaryTest_ = true;
 }
 
 void VDFileId::JoinTemporaryTest(const VDFileId& other)
 {
     LeaveTemporaryTest();
-    if (!other.temporaryTest_)
-        return;
-    temporaryTest_ = other.temporaryTest_;
-    temporaryPlace_ = VVAllTemporaryFileIds.Add(this);
+    EnterTemporaryTest(other.temporaryTest_);
 }
 
 void VDFileId::LeaveTemporaryTest()
@@ -38,8 +34,8 @@ void VDFileId::LeaveTemporaryTest()
     if (namesTemporaryTest_ || !temporaryTest_->names)
         KeepTemporaryNames();
     namesTemporaryTest_ = false;
-    const std::shared_ptr<VDTemporaryTest> test = std::move(temporaryTest_);
-    VVAllTemporaryFileIds.Remove(temporaryPlace_);
+    const std::shared_ptr<VDTemporaryTest> test = temporaryTest_;
+    EnterTemporaryTest(nullptr);
     if (test.use_count() > 1 || !test->names)
         return;
 
@@ -50,6 +46,17 @@ void VDFileId::LeaveTemporaryTest()
     leftOver.checkRunning_ = true;
     leftOver.record_ = std::move(*test->names);
     leftOver.DeleteTest();
+}
+
+void VDFileId::EnterTemporaryTest(std::shared_ptr<VDTemporaryTest> test)
+{
+    if (test == temporaryTest_)
+        return;
+    if (temporaryTest_)
+        VVAllTemporaryFileIds.Remove(temporaryPlace_);
+    temporaryTest_ = std::move(test);
+    if (temporaryTest_)
+        temporaryPlace_ = VVAllTemporaryFileIds.Add(this);
 }
 
 void VDFileId::EndNamingTemporaryTest()
