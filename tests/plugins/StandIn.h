@@ -93,7 +93,7 @@ constexpr int UnnamedFileId = 29106;  ///< StandUnnamed: access type 2345, which
 constexpr int CyclesFileId = 29107;   ///< StandCycles: access type 3
 constexpr int FolderFileId = 2200;    ///< StandFolder: time series
 /// MessFF: sub id 1, StandMess.
-constexpr int MessFileId = 29108;
+constexpr int MessFileId = 29110;
 
 /// One table of a manifest. A test writes them into `TestHomeFolder()`, "plugins.toml".
 inline std::string Manifest(const std::string& family, const std::string& name, const std::string& prefix)

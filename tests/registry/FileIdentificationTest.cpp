@@ -200,7 +200,7 @@ TEST_F(FileIdentificationTest, LoadInfoFailuresAreReported)
 TEST_F(FileIdentificationTest, PluginWithoutEnabledTypesIsNotAsked)
 {
     for (const char* keyword : {"StandA", "StandRun", "StandSerial", "StandMissing", "StandNobody", "StandNoCreate",
-                                "StandB", "StandC", "StandSchedule"})
+                                "StandB", "StandC", "StandSchedule", "StandMetaFile"})
         Prefer(std::string("Enable_") + keyword, false);
     WriteConfiguration();
     const VDFileIdHandle id = MakeFile("a.sta", "STAND");
