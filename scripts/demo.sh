@@ -1,6 +1,6 @@
 #!/bin/sh
-# The main job from end to end: identifies a recording, shows its channels, reads its samples and copies it, into its own
-# format and into the storage format.
+# The main job from end to end: identifies a recording, shows its channels, reads its samples, puts metadata beside it and
+# copies it, into its own format and into the storage format.
 #
 #   scripts/demo.sh [FILE]
 #
@@ -39,14 +39,21 @@ quietly build_preset release dax daxwav
 
 PATH=$PWD/build/release/bin:$PATH
 export PATH
+input=$work/recording.${recording##*.}
 copy=$work/copy.${recording##*.}
 stored=$work/stored.z4t
+cp "$recording" "$input"
 
 step "What is this file?" dax identify "$recording"
 step "Which channels does it hold?" dax info "$recording"
 step "Its samples, from point 1001 on" dax read "$recording" --first 1001 --count 8
-step "The same channels in a new file, and what the format couldn't hold" dax copy "$recording" "$copy"
-step "And in a storage file" dax copy "$recording" "$stored"
+step "What is known about it, in a file beside it, as its format has no place for that" \
+    dax meta "$input" --put 'Test.Vehicle=A 4711' --put 'Test.Run=7'
+step "The same channels in a new file, and what the format couldn't hold" dax copy "$input" "$copy"
+step "And in a storage file" dax copy "$input" "$stored"
+step "The metadata came along" dax meta "$stored" --set-only Test
+step "A text filled from them" dax eval "$copy" 'Run #Test.Run# of vehicle #Test.Vehicle#'
+step "A copy that is named by them" dax copy "$stored" "$work" --name '#Test.Vehicle#_run#Test.Run#.wav' --strict
 step "Is all of it as it was written?" dax check "$stored"
 step "Its statistics, worked out from the data" dax stats "$stored" --calc
 step "Some of its samples" dax read "$stored" --first 1001 --count 3
