@@ -5,6 +5,7 @@
 #include "BenchRatios.h"
 
 #include "daxlib/daxlib.h"
+#include "vdstore/LQChannelMapper.h"
 
 #include <benchmark/benchmark.h>
 
@@ -236,6 +237,19 @@ const Growth VVGrowth[] = {
          FIDGetPreferences(id.Get(), 1, &preferences);
          for (int i = 0; i < count; ++i)
              preferences->SetInt(Title(i), i);
+     }},
+    {"metadata sets copied by name, checked",
+     [](int count) {
+         LQChannelMapper source(nullptr);
+         LQChannelMapper target(nullptr);
+         VDStringArray names;
+         for (int i = 0; i < count; ++i) {
+             names.AppendItem(Title(i));
+             source.AdoptMetaDataSet(names[i], nullptr, LQChannelMapper::GLOBAL);
+         }
+         VFDaxCopySingleMetaDataOverwriteAttributesTestInfoSelectedSets2(&source, LQChannelMapper::GLOBAL, &target,
+                                                                         LQChannelMapper::GLOBAL, VTMetaDataCopyMatching,
+                                                                         true, true, true, true, names);
      }},
 };
 

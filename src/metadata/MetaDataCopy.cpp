@@ -5,6 +5,10 @@
 
 #include "vdstore/LQChannelMapper.h"
 
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
 namespace {
 
 enum class VTCopyResult { Done, Failed, NotAdopted };
@@ -39,8 +43,9 @@ void CopyItems(const Z4PropertySet& source, Z4PropertySet& target, const VDMetaD
     }
 }
 
+/// @param only  the names of the sets to copy; null for all
 VTCopyResult CopySets(LQChannelMapper& source, int sourceIndex, LQChannelMapper& target, int targetIndex,
-                      const VDMetaDataCopyOptions& options)
+                      const VDMetaDataCopyOptions& options, const std::unordered_set<std::string_view>* only = nullptr)
 {
     // The number of sets is taken once: in a copy within one mapper the target may be the slot that is read.
     const int count = source.GetMetaDataSetCount(sourceIndex);
@@ -48,7 +53,7 @@ VTCopyResult CopySets(LQChannelMapper& source, int sourceIndex, LQChannelMapper&
         const Z4PropertySet* const set = source.GetMetaDataSet(i, sourceIndex);
         if (set == nullptr)
             return VTCopyResult::Failed;
-        if (options.sets != nullptr && options.sets->Find(set->GetName(), 1) < 0)
+        if (only != nullptr && !only->contains(set->GetName().View()))
             continue;
         const char* const targetName = TargetSetName(set->GetName(), options);
         if (targetName == nullptr)
@@ -70,13 +75,26 @@ void NormaliseIndexes(int& sourceIndex, int& targetIndex)
         targetIndex = LQChannelMapper::GLOBAL;
 }
 
-bool HasSet(LQChannelMapper& mapper, int index, VDString name)
+std::string WithoutCase(VDString name)
 {
-    name.Trim();
+    name.MakeLower();
+    return name.Str();
+}
+
+/// The names of a list that match no set of a slot, white space around them and case aside, each with "; " behind it.
+VDString UnmatchedNames(LQChannelMapper& mapper, int index, const VDStringArray& names)
+{
+    std::unordered_set<std::string> present;
     for (int i = 0; i < mapper.GetMetaDataSetCount(index); ++i)
-        if (const Z4PropertySet* const set = mapper.GetMetaDataSet(i, index); set->GetName().CompareNoCase(name) == 0)
-            return true;
-    return false;
+        present.insert(WithoutCase(mapper.GetMetaDataSet(i, index)->GetName()));
+    VDString unmatched;
+    for (const VDString& name : names) {
+        VDString trimmed = name;
+        trimmed.Trim();
+        if (!present.contains(WithoutCase(trimmed)))
+            unmatched += name + "; ";
+    }
+    return unmatched;
 }
 
 /// Index in the target of the channel of this number, which is made if there is none; negative on failure.
@@ -97,7 +115,6 @@ bool VFCopyMetaDataSlot(LQChannelMapper& source, int sourceIndex, LQChannelMappe
 {
     if (options.mode == VTMetaDataCopyWithAttributes && sourceIndex >= 0)
         options.attributes = true;
-    options.sets = nullptr;
     NormaliseIndexes(sourceIndex, targetIndex);
     return CopySets(source, sourceIndex, target, targetIndex, options) == VTCopyResult::Done;
 }
@@ -112,10 +129,7 @@ bool VFCopyMetaDataSelectedSets(LQChannelMapper& source, int sourceIndex, LQChan
         return false;
     }
     if (options.check) {
-        VDString unmatched;
-        for (const VDString& name : *options.sets)
-            if (!HasSet(source, sourceIndex, name))
-                unmatched += name + "; ";
+        const VDString unmatched = UnmatchedNames(source, sourceIndex, *options.sets);
         if (!unmatched.IsEmpty()) {
             VDString text;
             text.FormatRuntime(VFDaxText(DaxError::UnmatchedSetNames), unmatched.c_str());
@@ -123,7 +137,10 @@ bool VFCopyMetaDataSelectedSets(LQChannelMapper& source, int sourceIndex, LQChan
             return false;
         }
     }
-    const VTCopyResult result = CopySets(source, sourceIndex, target, targetIndex, options);
+    std::unordered_set<std::string_view> only;
+    for (const VDString& name : *options.sets)
+        only.insert(name.View());
+    const VTCopyResult result = CopySets(source, sourceIndex, target, targetIndex, options, &only);
     if (result == VTCopyResult::NotAdopted && options.check)
         VFDaxReportError(DaxError::AdoptSet, routine);
     return result == VTCopyResult::Done;
