@@ -15,6 +15,9 @@ public:
     DOM_Element GetFirstElement(const DOMString& name) const;
     DOM_Element GetNextElement(const DOMString& name) const;
 
+    int GetAttributeCount() const;
+    /// In no order that matters; null outside the list.
+    DOM_Node GetAttributeNode(int index) const;
     bool HasAttribute(const DOMString& name) const;
     /// Empty if there is no such attribute.
     DOMString GetAttribute(const DOMString& name) const;

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class DOM_Document;
+
 /// What a node is.
 enum VTDomNodeType : int {
     VTDomNone = 0,  ///< a null handle
@@ -37,6 +39,8 @@ public:
     DOM_Node GetParentNode() const;
     DOM_Node GetFirstChild() const;
     DOM_Node GetNextSibling() const;
+    /// The tree that the node belongs to, wherever in it, or whether it has no place yet.
+    DOM_Document GetOwnerDocument() const;
 
     /// Puts a node of the same tree behind the last child; a node that stands elsewhere in the tree is moved.
     /// @return false if the tree can't hold it there; it is then as it was

@@ -7,6 +7,8 @@
 
 class VDChanSep;
 class VDFileIdPreferences;
+class VDStringArray;
+class VDVariant;
 
 /// File ids: one `VDFileId` describes one test: its name, its format, its channels and what of it is selected.
 ///
@@ -186,6 +188,33 @@ DAX_API int FIDGetExtraDataObject(VDFileId* id, VDCompBase** object);
 /// The named strings of this test, which stay the id's.
 /// @param create  makes the object if there is none; otherwise null is given out
 DAX_API int FIDGetPreferences(VDFileId* id, char create, VDFileIdPreferences** preferences);
+/// @}
+
+/// @name Metadata in memory
+/// A host names keywords; the id fetches their values for the test and all its channels at once and answers from memory. A
+/// keyword is "Item" or "Set.Item" (of "ExtraDetails", what stands in "LegacyExtraDetails" comes first). A change of the
+/// channel list drops the values, and the next question fetches them again; an emptied list takes the keywords, too.
+/// @{
+/// Sets the keywords for the test as a whole and for each channel, with a type for each: "string", "integer" (a huge
+/// variant) or "real" (a double), without regard to case; any other type gives empty values. A null list is an empty one.
+/// The same lists as before leave the values as they are; a list of types of another length than its keywords leaves the
+/// keywords.
+/// @param load  fetches the values, as `FIDLoadMetadata` does
+DAX_API int FIDSetMetadataKeywords(VDFileId* id, VDStringArray* globalKeywords, VDStringArray* globalTypes,
+                                   VDStringArray* channelKeywords, VDStringArray* channelTypes, char load);
+/// @param loaded  whether the values are present
+DAX_API int FIDHasMetadata(VDFileId* id, char* hasKeywords, char* loaded);
+/// Either may be null, but not both; fails without keywords set.
+DAX_API int FIDGetMetadataKeywords(VDFileId* id, VDStringArray* globalKeywords, VDStringArray* channelKeywords);
+/// Opens the test, once, and fetches the values. Fails without keywords, and with what is recorded if the test can't be
+/// read.
+DAX_API int FIDLoadMetadata(VDFileId* id);
+/// Gives a value, empty if the test hasn't got it, and fetches all values first if need be.
+/// @param channel  a place in the test's metadata, from 0, or `LQChannelMapper::GLOBAL`
+/// @return 0, with nothing recorded, for a channel or a keyword that there is not among those asked for
+DAX_API int FIDGetMetadata(VDFileId* id, int channel, const char* keyword, VDVariant* value);
+/// @param keepKeywords  drops the values alone
+DAX_API int FIDClearMetadata(VDFileId* id, char keepKeywords);
 /// @}
 
 /// @name The test on disk

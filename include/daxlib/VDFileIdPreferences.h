@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class DOM_Element;
+class DOM_Node;
 class VDKeyValueArray;
 
 /// Named strings that belong to one test. Names are told apart without regard to case and keep the order in which they came.
@@ -33,6 +35,13 @@ public:
 
     /// Appends ";pKEY=VALUE" for each pair.
     void AppendToTestDescriptor(VDString& text) const;
+
+    /// Adds a child "Preferences" with an attribute for each pair. XML has no place for a key that is no XML name: that pair is
+    /// left out.
+    void ToXml(DOM_Element& element) const;
+    /// Takes the attributes of such a child, in place of all pairs.
+    /// @return false, and nothing changed, if the node is no element
+    char FromXml(DOM_Node& node);
 
 private:
     std::unique_ptr<VDKeyValueArray> pairs_;

@@ -30,6 +30,18 @@ DOM_Element DOM_Element::GetNextElement(const DOMString& name) const
                     : VDDomAccess::Make<DOM_Element>(*this, VFFindElement(VDDomAccess::Node(*this)->getNextSibling(), name));
 }
 
+int DOM_Element::GetAttributeCount() const
+{
+    return IsNull() ? 0 : static_cast<int>(VDDomAccess::Element(*this)->getAttributes()->getLength());
+}
+
+DOM_Node DOM_Element::GetAttributeNode(int index) const
+{
+    if (index < 0 || index >= GetAttributeCount())
+        return DOM_Node();
+    return VDDomAccess::Make(*this, VDDomAccess::Element(*this)->getAttributes()->item(static_cast<XMLSize_t>(index)));
+}
+
 bool DOM_Element::HasAttribute(const DOMString& name) const
 {
     return !IsNull() && VDDomAccess::Element(*this)->hasAttribute(name.GetText());

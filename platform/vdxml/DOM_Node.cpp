@@ -41,6 +41,13 @@ DOM_Node DOM_Node::GetNextSibling() const
     return IsNull() ? DOM_Node() : VDDomAccess::Make(*this, VDDomAccess::Node(*this)->getNextSibling());
 }
 
+DOM_Document DOM_Node::GetOwnerDocument() const
+{
+    if (GetNodeType() == VTDomDocument)
+        return VDDomAccess::Make<DOM_Document>(*this, VDDomAccess::Node(*this));
+    return IsNull() ? DOM_Document() : VDDomAccess::Make<DOM_Document>(*this, VDDomAccess::Node(*this)->getOwnerDocument());
+}
+
 bool DOM_Node::AppendChild(const DOM_Node& child)
 {
     if (IsNull() || child.IsNull() || !VDDomAccess::SameTree(*this, child))

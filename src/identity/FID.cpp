@@ -459,6 +459,38 @@ int FIDGetPreferences(VDFileId* id, char create, VDFileIdPreferences** preferenc
     return VFForward<&VDFileId::GetPreferences>(id, __func__, create, preferences);
 }
 
+int FIDSetMetadataKeywords(VDFileId* id, VDStringArray* globalKeywords, VDStringArray* globalTypes,
+                           VDStringArray* channelKeywords, VDStringArray* channelTypes, char load)
+{
+    return VFForward<&VDFileId::SetMetadataKeywords>(id, __func__, globalKeywords, globalTypes, channelKeywords,
+                                                     channelTypes, load);
+}
+
+int FIDHasMetadata(VDFileId* id, char* hasKeywords, char* loaded)
+{
+    return VFForward<&VDFileId::HasMetadata>(id, __func__, hasKeywords, loaded);
+}
+
+int FIDGetMetadataKeywords(VDFileId* id, VDStringArray* globalKeywords, VDStringArray* channelKeywords)
+{
+    return VFForward<&VDFileId::GetMetadataKeywords>(id, __func__, globalKeywords, channelKeywords);
+}
+
+int FIDLoadMetadata(VDFileId* id)
+{
+    return VFForward<&VDFileId::LoadMetadata>(id, __func__);
+}
+
+int FIDGetMetadata(VDFileId* id, int channel, const char* keyword, VDVariant* value)
+{
+    return VFForward<&VDFileId::GetMetadata>(id, __func__, channel, keyword, value);
+}
+
+int FIDClearMetadata(VDFileId* id, char keepKeywords)
+{
+    return VFForward<&VDFileId::ClearMetadata>(id, __func__, keepKeywords);
+}
+
 int FIDCompareTestNames(VDFileId* left, VDFileId* right, char* same)
 {
     return VFForwardPair<&VDFileId::CompareTestNames>(left, right, __func__, same);

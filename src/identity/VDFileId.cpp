@@ -60,8 +60,10 @@ int VDFileId::Copy(VDFileId* source, std::uint32_t mask)
     record_.pending = from.pending;
 
     if (has(VTFileIdCopyChannels)) {
+        DropMetadataValues();
         record_.channels = from.channels;
     } else if (has(VTFileIdCopySelectedChannels)) {
+        record_.metadata.reset();
         record_.channels = from.channels;
         record_.channels.RemoveAll(false);
     } else {

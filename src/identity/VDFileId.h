@@ -133,6 +133,17 @@ public:
     int RemoveAllSelectedChans(char selected);
     /// @}
 
+    /// @name Metadata in memory (VDFileIdMetadataCache.cpp)
+    /// @{
+    int SetMetadataKeywords(VDStringArray* global, VDStringArray* globalTypes, VDStringArray* channel,
+                            VDStringArray* channelTypes, char load);
+    int HasMetadata(char* hasKeywords, char* loaded) const;
+    int GetMetadataKeywords(VDStringArray* global, VDStringArray* channel) const;
+    int LoadMetadata();
+    int GetMetadata(int channel, const char* keyword, VDVariant* value);
+    int ClearMetadata(char keepKeywords);
+    /// @}
+
     /// @name Lazy steps (VDFileIdLazy.cpp)
     /// @{
     /// Brings the id up to date as far as it was told that it may: identifies a test that is known by its extension only,
@@ -201,6 +212,8 @@ private:
     bool Identify(bool loadInfo);
     bool LoadInfo();
     bool IsChannelListToCome() const;
+    /// The channels are others from here on, or stand in another order.
+    void DropMetadataValues();
     void DoPending();
     /// The list is about to be changed by the host, which takes it as it stands: nothing is put off any longer, unless a
     /// list is still to come all by itself.

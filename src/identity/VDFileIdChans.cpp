@@ -13,8 +13,10 @@ int VDFileId::AddChannel(int number, int* index)
         return 0;
     SettlePending();
     int found = record_.channels.FindNumber(number);
-    if (found < 0)
+    if (found < 0) {
+        DropMetadataValues();
         found = record_.channels.Append({.number = number});
+    }
     return VFGive(index, found);
 }
 
@@ -24,8 +26,10 @@ int VDFileId::AddChannelByTitle(const VDString* title, int* index)
         return 0;
     SettlePending();
     int found = record_.channels.FindTitle(*title);
-    if (found < 0)
+    if (found < 0) {
+        DropMetadataValues();
         found = record_.channels.Append({.number = record_.channels.GetSize() + 1, .title = *title});
+    }
     return VFGive(index, found);
 }
 
@@ -211,6 +215,7 @@ int VDFileId::SortChans(char ascending)
         record_.pending.sortAscending = ascending != 0;
     } else {
         SettlePending();
+        DropMetadataValues();
         record_.channels.Sort(ascending != 0);
     }
     return 1;
@@ -220,6 +225,7 @@ int VDFileId::RemoveChan(int index)
 {
     if (EditChannel(index, __func__) == nullptr)
         return 0;
+    DropMetadataValues();
     record_.channels.RemoveAt(index);
     return 1;
 }
@@ -233,6 +239,7 @@ int VDFileId::RemoveAllSelectedChans(char selected)
 {
     if (!record_.channels.IsEmpty())
         SettlePending();
+    DropMetadataValues();
     record_.channels.RemoveAll(selected != 0);
     return 1;
 }

@@ -104,7 +104,9 @@ int VDFileId::GetIdentByExtension(char* byExtension) const
 int VDFileId::SetInfoLoaded(char loaded)
 {
     record_.infoLoaded = loaded != 0;
-    if (!record_.infoLoaded)
+    if (!record_.infoLoaded) {
         record_.channels.Clear();
+        record_.metadata.reset();
+    }
     return 1;
 }

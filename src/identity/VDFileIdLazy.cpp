@@ -26,8 +26,10 @@ int VDFileId::CheckIdentLoad(bool loadInfo)
 void VDFileId::DoPending()
 {
     const VDPendingRequests due = std::exchange(record_.pending, {});
-    if (due.sort)
+    if (due.sort) {
+        DropMetadataValues();
         record_.channels.Sort(due.sortAscending);
+    }
     if (due.select)
         record_.channels.SelectAll(due.selectValue);
 }
@@ -44,7 +46,6 @@ bool VDFileId::Identify(bool loadInfo)
 {
     // Plug-ins write to this id while they try.
     const VDSnapshot before = Save();
-    const VDPendingRequests pending = record_.pending;
     const auto fail = [&] {
         Restore(before);
         return false;
@@ -66,7 +67,13 @@ bool VDFileId::Identify(bool loadInfo)
     if (FIAGetAt(tests.Get(), 0, test.Out()) == 0)
         return fail();
     Assign(*test.Get());
-    record_.pending = pending;
+    // What the host hung on the id in the meantime is the host's.
+    record_.pending = before.record_.pending;
+    if (!record_.metadata)
+        record_.metadata = before.record_.metadata;
+    DropMetadataValues();
+    if (!record_.preferences)
+        record_.preferences = before.record_.preferences;
     return true;
 }
 

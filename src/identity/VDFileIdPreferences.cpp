@@ -4,6 +4,7 @@
 
 #include "vdbase/VDKeyValueArray.h"
 #include "vdbase/VFNumber.h"
+#include "vdxml/VDUXmlHelper.h"
 
 namespace {
 
@@ -86,4 +87,27 @@ void VDFileIdPreferences::AppendToTestDescriptor(VDString& text) const
 {
     for (int index = 0; index < pairs_->GetSize(); ++index)
         text += ";p" + pairs_->GetKeyAt(index) + "=" + pairs_->GetValueAt(index);
+}
+
+void VDFileIdPreferences::ToXml(DOM_Element& element) const
+{
+    DOM_Element child = element.GetOwnerDocument().CreateElement(VDUXmlHelper::VDToDOMString("Preferences"));
+    for (int index = 0; index < pairs_->GetSize(); ++index)
+        child.SetAttribute(VDUXmlHelper::VDToDOMString(pairs_->GetKeyAt(index)),
+                           VDUXmlHelper::VDToDOMString(pairs_->GetValueAt(index)));
+    element.AppendChild(child);
+}
+
+char VDFileIdPreferences::FromXml(DOM_Node& node)
+{
+    const DOM_Element element(node);
+    if (element.IsNull())
+        return 0;
+    Clear();
+    for (int index = 0; index < element.GetAttributeCount(); ++index) {
+        const DOM_Node attribute = element.GetAttributeNode(index);
+        SetString(VDUXmlHelper::DOMToVDString(attribute.GetNodeName()),
+                  VDUXmlHelper::DOMToVDString(attribute.GetNodeValue()));
+    }
+    return 1;
 }

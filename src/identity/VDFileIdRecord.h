@@ -2,6 +2,7 @@
 
 #include "VDChannelList.h"
 #include "VDCompBaseRef.h"
+#include "VDFileIdMetadata.h"
 
 #include "daxlib/VDChanSep.h"
 #include "daxlib/VDFileIdPreferences.h"
@@ -52,5 +53,6 @@ struct VDFileIdRecord
     VDString objectReference;
     bool folderTest = false;
     VDString originalExtension;  ///< of the channel files of a folder test
+    std::optional<VDFileIdMetadata> metadata;
     std::optional<VDFileIdPreferences> preferences;
 };

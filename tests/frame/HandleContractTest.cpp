@@ -52,7 +52,8 @@ const Row VVRows[] = {
     ROW(FIDGetSomeChansSelected), ROW(FIDGetAllChansSelected), ROW(FIDGetChans), ROW(FIDGetSelectedChanList),
     ROW(FIDGetChanSelText), ROW(FIDSortChans), ROW(FIDRemoveChan), ROW(FIDRemoveAllChans), ROW(FIDClearAllChans),
     ROW(FIDRemoveAllSelectedChans), ROW(FIDSetExtraDataObject), ROW(FIDGetExtraDataObject), ROW(FIDGetPreferences),
-    ROW(FIDCompareTestNames), ROW(FIDDeleteTest),
+    ROW(FIDSetMetadataKeywords), ROW(FIDHasMetadata), ROW(FIDGetMetadataKeywords), ROW(FIDLoadMetadata), ROW(FIDGetMetadata),
+    ROW(FIDClearMetadata), ROW(FIDCompareTestNames), ROW(FIDDeleteTest),
 
     ROW(FIAAddRef), ROW(FIARelease), ROW(FIACopy), ROW(FIAGetSize), ROW(FIAClear), ROW(FIAAppendItem), ROW(FIAAppend),
     ROW(FIAGetAt), ROW(FIARemoveAt), ROW(FIASelectAt), ROW(FIAGetSelectAt), ROW(FIASelectAll), ROW(FIARemoveSelected),

@@ -4,6 +4,7 @@
 #include "daxlib/VDFileIdPreferences.h"
 #include "vdbase/VDFileSystem.h"
 #include "vdbase/VDPreferenceSystem.h"
+#include "vdxml/VDUXmlHelper.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -599,4 +600,20 @@ TEST(FileId, Preferences)
     VDString descriptor = "a";
     copy.AppendToTestDescriptor(descriptor);
     EXPECT_STREQ("a;pGain=;pOffset=-3", descriptor);
+
+    preferences.SetString("Text", "a \"b\" <c>");
+    preferences.SetString("no name", "x");
+    DOM_Document document = DOM_Document::CreateDocument();
+    DOM_Element root = document.CreateElement(VDUXmlHelper::VDToDOMString("Id"));
+    EXPECT_TRUE(document.AppendChild(root));
+    preferences.ToXml(root);
+    DOM_Element child = root.GetFirstElement(VDUXmlHelper::VDToDOMString("Preferences"));
+    VDFileIdPreferences read = copy;
+    EXPECT_NE(0, read.FromXml(child));
+    EXPECT_EQ(1, read.GetCount()) << "what was there is gone, and a key that is no name of XML has no place";
+    EXPECT_NE(0, read.GetString("text", &text));
+    EXPECT_STREQ("a \"b\" <c>", text);
+    DOM_Node none;
+    EXPECT_EQ(0, read.FromXml(none));
+    EXPECT_EQ(1, read.GetCount());
 }
