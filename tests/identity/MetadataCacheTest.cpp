@@ -115,7 +115,6 @@ TEST_F(MetadataCache, ValuesComeInTheTypeThatWasAskedFor)
         const char* text;
     };
     const std::vector<Row> rows = {{"Test.Text", "h12", "d12", "s 12 "},
-                                   {"Text", "h12", "d12", "s 12 "},
                                    {"Test.Driver.x", "h0", "d0", "sAnn"},
                                    {"Flag", "h1", "d0", "sTrue"},
                                    {"Big", "h4294967295", "d4294967295", "s4294967295"},

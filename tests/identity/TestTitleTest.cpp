@@ -14,7 +14,6 @@ TEST(TestTitle, ShortNames)
     VDFileIdHandle stem = TestStemId("/data/road.v1", "dat");
     FIDSetBurstNumber(stem.Get(), 0);
     EXPECT_EQ("road.v1_b00", TestDescriptor(stem, VTTestDescShortName));
-    EXPECT_EQ("/data/road.v1_b00", TestDescriptor(stem, VTTestDescPathName));
     FIDSetFolderTestManual(stem.Get(), 1);
     EXPECT_EQ("road_b00", TestDescriptor(stem, VTTestDescShortName));
     EXPECT_EQ("road_b00", TestDescriptor(stem, VTTestDescPathName));
@@ -27,23 +26,16 @@ TEST(TestTitle, DisplayTitlesAndLabels)
     EXPECT_EQ("/data/road.dat", TestDescriptor(file, VTTestDescFullTitle));
     EXPECT_EQ("road", TestDescriptor(file, VTTestDescBaseTitle));
     FIDSetRunNumber(file.Get(), 2);
-    EXPECT_EQ("road.dat (Run-2)", TestDescriptor(file, VTTestDescTitle));
     EXPECT_EQ("road (dat,Run-2)", TestDescriptor(file, VTTestDescListLabel));
     FIDSetBurstNumber(file.Get(), 0);
     EXPECT_EQ("road.dat (Run-2, Burst-0)", TestDescriptor(file, VTTestDescTitle));
 
     VDFileIdHandle stem = TestStemId("/data/road", "dat");
-    EXPECT_EQ("road (dat)", TestDescriptor(stem, VTTestDescTitle));
     FIDSetAssociatedFilename(stem.Get(), "/x/a.txt");
     EXPECT_EQ("road (dat, a.txt)", TestDescriptor(stem, VTTestDescTitle));
     FIDSetModeNumber(stem.Get(), 3, "Idle");
     EXPECT_EQ("/data/road;Idle (dat, a.txt, Mode-3)", TestDescriptor(stem, VTTestDescFullTitle));
     EXPECT_EQ("road (dat,Idle,Mode-3)", TestDescriptor(stem, VTTestDescListLabel));
-
-    VDFileIdHandle mode = TestId("/data/road.dat");
-    FIDSetAssociatedFilename(mode.Get(), "/x/a.txt");
-    FIDSetModeNumber(mode.Get(), 3, "Idle");
-    EXPECT_EQ("road.dat;Idle (a.txt, Mode-3)", TestDescriptor(mode, VTTestDescTitle));
 
     EXPECT_EQ("run", TestDescriptor(TestId("/data/run.mes/speed.sig"), VTTestDescTitle));
     EXPECT_EQ("run", TestDescriptor(TestId("/data/run.mes"), VTTestDescTitle));

@@ -1,7 +1,5 @@
-#include "daxlib/DaxHandle.h"
 #include "daxlib/VFDaxMetaData.h"
-#include "support/TestSupport.h"
-#include "vdbase/VDFileSystem.h"
+#include "support/TestFileId.h"
 #include "vdstore/LQChannelMapper.h"
 
 namespace {
@@ -19,12 +17,9 @@ std::string Info(const LQChannelMapper& mapper, int index)
 class InputTestInfo : public testing::Test
 {
 protected:
-    InputTestInfo() : id_(FIDCreate())
+    InputTestInfo() : id_(TestStemId(folder_.Name("run_"), "dac"))
     {
-        EXPECT_NE(FIDSetFilename(id_.Get(), VTNameFormTestPlusChannels, folder_.Name("run_").c_str(), "dac"), 0);
-        int index = 0;
-        for (const int number : {5, 3})
-            EXPECT_NE(FIDAddChannel(id_.Get(), number, &index), 0);
+        TestAddChannels(id_, {5, 3});
         EXPECT_NE(FIDSetIdentified(id_.Get(), 1), 0);
         EXPECT_NE(FIDSetInfoLoaded(id_.Get(), 1), 0);
         EXPECT_TRUE(mapper_.SetChannelNumber(3, mapper_.Append()));
@@ -40,22 +35,18 @@ protected:
 TEST_F(InputTestInfo, NamesTheTestAndEachChannelsFile)
 {
     ASSERT_NE(FIDSetRunNumber(id_.Get(), 4), 0);
-    VDString testName;
-    ASSERT_NE(FIDGetTestDescriptor(id_.Get(), VTTestDescShortName, &testName), 0);
+    const std::string testName = TestDescriptor(id_, VTTestDescShortName);
     for (int read = 0; read < 2; ++read)
         ASSERT_TRUE(VFDaxAddInputTestInfo(&mapper_, id_.Get()));
 
     const std::string info = Info(mapper_, LQChannelMapper::GLOBAL);
-    EXPECT_EQ(info.find("TestName=" + testName.Str() + ";Path=" + folder_.Path() + "/;Extension=dac;"), 0U) << info;
+    EXPECT_EQ(info.find("TestName=" + testName + ";Path=" + folder_.Path() + "/;Extension=dac;"), 0U) << info;
     EXPECT_NE(info.find("OriginalNameForm=1;OriginalNumChans=1;RunNumber=4;"), std::string::npos) << info;
     EXPECT_EQ(mapper_.GetMetaDataItem("OriginalNumChans", LQChannelMapper::GLOBAL)->GetType(), Z4TypeLong);
 
-    int index = -1;
-    VDString file;
-    ASSERT_NE(FIDGetChanIndex(id_.Get(), 3, &index), 0);
-    ASSERT_NE(FIDGetChanFilename(id_.Get(), index, &file), 0);
+    const std::string file = TestText<FIDGetChanFilename>(id_, TestInt<FIDGetChanIndex>(id_, 3));
     EXPECT_EQ(Info(mapper_, 0),
-              "FilenameWithPath=" + file.Str() + ";FilenameNoPath=" + file.Str().substr(folder_.Path().size() + 1) + ";");
+              "FilenameWithPath=" + file + ";FilenameNoPath=" + file.substr(folder_.Path().size() + 1) + ";");
 }
 
 TEST_F(InputTestInfo, TestInAStoreHasItsReferenceInstead)
@@ -63,11 +54,9 @@ TEST_F(InputTestInfo, TestInAStoreHasItsReferenceInstead)
     ASSERT_NE(FIDSetDataSource(id_.Get(), VTDataSourceStore1), 0);
     ASSERT_NE(FIDSetDataPath(id_.Get(), "path"), 0);
     ASSERT_NE(FIDSetObjectReference(id_.Get(), "object"), 0);
-    VDString testName;
-    ASSERT_NE(FIDGetTestDescriptor(id_.Get(), VTTestDescShortName, &testName), 0);
+    const std::string testName = TestDescriptor(id_, VTTestDescShortName);
     ASSERT_TRUE(VFDaxAddInputTestInfo(&mapper_, id_.Get()));
-    EXPECT_EQ(Info(mapper_, LQChannelMapper::GLOBAL),
-              "TestName=" + testName.Str() + ";DataPath=path;ObjectReference=object;");
+    EXPECT_EQ(Info(mapper_, LQChannelMapper::GLOBAL), "TestName=" + testName + ";DataPath=path;ObjectReference=object;");
     EXPECT_EQ(Info(mapper_, 0), "");
 }
 

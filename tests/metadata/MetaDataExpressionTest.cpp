@@ -33,7 +33,6 @@ protected:
         Set("Time", Global).AdoptLong("PMax", nullptr);
         Set("Types", Global).AddBoolean("On", true);
         Set("Types", Global).AddUnsHuge("Huge", std::uint64_t{1} << 63);
-        Set("Types", Global).AddUnsChar("Small", 5);
         Set("Types", Global).AddFloat("Tenth", 0.1F);
     }
 
@@ -100,14 +99,12 @@ TEST_F(MetaDataExpression, FindsItemsByKeyword)
         {"Operator", 1, "-", "Bar"},
         {"chan7.sensor.Gain", 0, "2.5", "2.5"},
         {"CHAN+7.Where", OfTest, "1", "1"},
-        {"chan5.Where", Every, "-", "-"},
         {"chan7.Operator", 0, "-", "Bar"},
         {"chanCurrent.Where", 1, "1", "1"},
         {"chancurrent.Where", Every, "-", "-"},
         {"chan.Where", 1, "-", "-"},
         {"chan?(#Gain#>2).Where", 0, "1", "1"},
         {"chan?(#Info.Where# == \"1\" and #Operator# == \"Bar\").chan3.Where", 0, "-", "-"},
-        {"chan?(#Gain#>3).Where", 0, "-", "-"},
         {"chan?(true)", 0, "-", "-"},
         {"test.Where", 0, "-1", "-1"},
         {"chan3.test.Info.Where", 0, "-1", "-1"},
@@ -117,7 +114,6 @@ TEST_F(MetaDataExpression, FindsItemsByKeyword)
         {"#Info.Where#", 1, "1", "1"},
         {".Where", 1, "-", "-"},
         {"", Every, "-", "-"},
-        {"data1.Where", 1, "-", "-"},
         {"data2.Where", 1, "-", "-"},
         {"database.Where", 1, "-", "-"},
     };
@@ -164,7 +160,6 @@ TEST_F(MetaDataExpression, SelectsAmongMappers)
         {"data2.chancurrent.Where", "other 0"},
         {"data2.chan?(#Gain#>2).Where", "other 1"},
         {"data3.Where", "-"},
-        {"data4.Where", "-"},
         {"data0.Where", "-"},
         {"data-2147483648.Where", "-"},
     };
@@ -175,7 +170,6 @@ TEST_F(MetaDataExpression, SelectsAmongMappers)
 TEST_F(MetaDataExpression, ExpandsTexts)
 {
     const std::pair<const char*, const char*> rows[] = {
-        {"", ""},
         {"run by #test.Operator#, #Missing#", "run by Bar, "},
         {"#Gain##chan3.Info.Where#", "2.50"},
         {"f(#Gain#) #chan?(#Gain#>2).Where#", "f(2.5) 1"},
@@ -223,17 +217,13 @@ TEST_F(MetaDataExpression, GivesValuesAndNumbers)
         const char* value;
         double number;  ///< -999 for a failure
     } rows[] = {
-        {"12.5", OfTest, "12.5", 12.5},
         {"Gain", Every, "2.5", 2.5},
         {"#Gain#", Every, "2.5", 2.5},
         {"#Gain#*2+#Info.Where#", Every, "6", 6},
         {"#Gain#*2", 0, "failed", -999},
         {"#PMin#/#SampleRate#", 9, "1.001", 1.001},
         {"Run", 0, " 007 ", 7},
-        {"#Run#+1", 0, "8", 8},
         {"#Operator# == \"Bar\" && #On# == \"TRUE\"", OfTest, "1", 1},
-        {"#Huge#", OfTest, "9223372036854775808", 9223372036854775808.0},
-        {"#Small#*2", OfTest, "10", 10},
         {"Tenth", OfTest, "0.1", static_cast<double>(0.1F)},
         {"1/3", OfTest, "0.3333333333", 1.0 / 3},
         {"Operator", OfTest, "Bar", -999},

@@ -102,8 +102,6 @@ TEST_F(Sidecar, ReadingWhereThereIsNoneGivesTheTestsChannelsAndMakesNoFile)
     LQChannelMapper& mapper = Mapper(sidecar);
     EXPECT_EQ(&mapper, &Mapper(sidecar));
     EXPECT_EQ(Read(), Empty);
-    for (const int index : {LQChannelMapper::GLOBAL, 0, 1})
-        EXPECT_EQ(mapper.GetMetaDataSetCount(index), 0);
     EXPECT_NE(VMDFlush(sidecar.Get()), 0);
     EXPECT_FALSE(VDFileSystem::FileExists(name_));
 
@@ -196,10 +194,10 @@ TEST_F(Sidecar, WhatIsNoSidecarIsLeftAlone)
     expectRefused(true);
     std::filesystem::copy(text, name_.Str());
     expectRefused(false);
-    std::filesystem::create_symlink(text, name_.Str());
-    expectRefused(false);
-    std::filesystem::create_symlink(folder_.Name("nowhere"), name_.Str());
-    expectRefused(true);
+    for (const std::string& end : {text, folder_.Name("nowhere")}) {
+        std::filesystem::create_symlink(end, name_.Str());
+        expectRefused(end != text);
+    }
     std::filesystem::create_symlink(good, name_.Str());
     EXPECT_EQ(Read(), WithOne) << "reading through a link does no harm";
     expectRefused(true);

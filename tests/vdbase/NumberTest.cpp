@@ -89,7 +89,6 @@ TEST(Number, WritesDoubles)
         {-123456, 3, -10, 10, 0, 40, "-123000"},
         {-123456, 3, -3, 4, 1, 40, "-1.23e+05"},
         {9.9996, 9, -3, 4, 0, 5, "10"},
-        {123.456, 9, -3, 4, 0, 3, "123"},
         {-3.14159e-7, 6, -3, 4, 0, 8, "-3.1e-07"},
         {1e20, 6, -3, 30, 0, 10, "1e+20"},
         {12345, 6, -3, 5, 0, 3, "12345"},  // nothing shorter
@@ -126,7 +125,6 @@ TEST(Number, Squeezes)
     EXPECT_EQ(squeezed("a\r\n", 3), "a\r\n");
     EXPECT_EQ(squeezed("\r\n a\t\r\n b\nc \n", 8), "a b c");
     EXPECT_EQ(squeezed(" \t\n ", 8), "");
-    EXPECT_EQ(squeezed(" x ", 0), " x ");
 }
 
 TEST(Number, SortableTextsFollowTheNumbers)

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr std::int64_t Lowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t Largest = std::numeric_limits<std::int64_t>::max();
 
 }  // namespace
@@ -32,8 +31,6 @@ TEST(Variant, GettersTakeTheirOwnTypeOnly)
     EXPECT_TRUE(VDVariant(true).ConvertToDouble(&number) && number == 1);
     EXPECT_FALSE(VDVariant("1").ConvertToDouble(&number));
     EXPECT_TRUE(VDVariant(0.1F).ConvertToString(&text) && text == "0.1") << text;
-    EXPECT_TRUE(VDVariant(false).ConvertToString(&text) && text == "False") << text;
-    EXPECT_TRUE(VDVariant::FromHuge(Lowest).ConvertToString(&text) && text == "-9223372036854775808") << text;
     EXPECT_FALSE(VDVariant().ConvertToString(&text));
 }
 
@@ -64,7 +61,6 @@ TEST(Variant, BuffersConvertWithoutLosingWhatTheyCannotHold)
 {
     VDVariant buffer;
     EXPECT_TRUE(buffer.SetBufferSizeAndAllocate(VTVariantShortBuffer, 3));
-    EXPECT_EQ(buffer.GetBufferSize(), 3);
     EXPECT_TRUE(buffer.SetDoubleAt(0, -2.6) && buffer.SetLongAt(1, 32767));
     EXPECT_FALSE(buffer.SetLongAt(2, 32768));
     for (const double bad : {32767.5, std::nan("")})
