@@ -21,12 +21,7 @@ protected:
         return BindTest(id.Get(), true);
     }
 
-    static LQChannelMapper* Mapper(VDTsAcc* acc)
-    {
-        LQChannelMapper* mapper = nullptr;
-        EXPECT_TRUE(TSAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
-        return mapper;
-    }
+    static LQChannelMapper* Mapper(VDTsAcc* acc) { return TestValue<TSAccGetMetaData>(acc); }
     static std::string Item(const LQChannelMapper* mapper, const char* name, int index = LQChannelMapper::GLOBAL)
     {
         VDString text;
@@ -78,8 +73,7 @@ TEST_F(HandOverTest, MetaDataGoThroughTheSidecar)
     }
     const VDTsAccHandle acc = Open(VTTsAccOpenRead);
     EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
-    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value)) << VFErrorGetText(VFGetBaseLibError()).Str();
-    EXPECT_EQ(value, StandValue<float>(0, 1) + 2.5F);
+    EXPECT_EQ(TestValue<TSAccGetData>(acc.Get(), 0, 1, 1, nullptr), StandValue<float>(0, 1) + 2.5F);
     LQChannelMapper* const mapper = Mapper(acc.Get());
     EXPECT_EQ(Mapper(acc.Get()), mapper);
     EXPECT_EQ(Item(mapper, "Driver"), "Jo");

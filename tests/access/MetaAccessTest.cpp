@@ -33,12 +33,7 @@ protected:
         EXPECT_TRUE(MetaAccOpen(acc.Get(), mode)) << VFErrorGetText(VFGetBaseLibError()).Str();
         return acc;
     }
-    static LQChannelMapper* Mapper(VDMetaAcc* acc)
-    {
-        LQChannelMapper* mapper = nullptr;
-        EXPECT_TRUE(MetaAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
-        return mapper;
-    }
+    static LQChannelMapper* Mapper(VDMetaAcc* acc) { return TestValue<MetaAccGetMetaData>(acc); }
 };
 
 }  // namespace
@@ -47,32 +42,20 @@ TEST_F(MetaAccessTest, GivesChannelsTitlesAndValues)
 {
     VDMetaAccHandle acc(MetaAccCreate());
     VDFileIdHandle copy;
-    EXPECT_FALSE(MetaAccGetId(acc.Get(), copy.Out()));
-    ExpectError(-327795, "File ID object not set", "VDMetaAcc::GetId");
-    EXPECT_FALSE(MetaAccOpen(acc.Get(), Read));
-    ExpectError(-328009, "", "VDMetaAcc::Open");
+    ExpectFailure(MetaAccGetId(acc.Get(), copy.Out()), -327795, "File ID object not set", "VDMetaAcc::GetId");
+    ExpectFailure(MetaAccOpen(acc.Get(), Read), -328009, "", "VDMetaAcc::Open");
 
     ASSERT_TRUE(MetaAccSetId(acc.Get(), Test("numbers=3,1 caps=9 actual=100 chantitle=two\\nlines").Get(), 0));
-    int number = 0;
-    EXPECT_TRUE(MetaAccGetNumChans(acc.Get(), &number));
-    EXPECT_EQ(number, 2);
-    EXPECT_FALSE(MetaAccFlush(acc.Get()));
-    ExpectError(-327993, "File is not yet open", "VDMetaAcc::Flush");
+    EXPECT_EQ(TestValue<MetaAccGetNumChans>(acc.Get()), 2);
+    ExpectFailure(MetaAccFlush(acc.Get()), -327993, "File is not yet open", "VDMetaAcc::Flush");
     ASSERT_TRUE(MetaAccOpen(acc.Get(), Update));
     EXPECT_TRUE(MetaAccGetId(acc.Get(), copy.Out()));
     copy.Reset();
-    EXPECT_TRUE(MetaAccGetChanIndex(acc.Get(), 3, &number));
-    EXPECT_EQ(number, 1);
-    EXPECT_TRUE(MetaAccGetActualChanNumber(acc.Get(), 1, &number));
-    EXPECT_EQ(number, 103);
+    EXPECT_EQ(TestValue<MetaAccGetChanIndex>(acc.Get(), 3), 1);
+    EXPECT_EQ(TestValue<MetaAccGetActualChanNumber>(acc.Get(), 1), 103);
     VDString title;
-    EXPECT_TRUE(MetaAccGetChanTitle(acc.Get(), 0, &title));
-    EXPECT_EQ(title, "two lines");
-    EXPECT_TRUE(MetaAccSetChanTitle(acc.Get(), 0, "one"));
-    EXPECT_TRUE(MetaAccGetChanTitle(acc.Get(), 0, &title));
-    EXPECT_EQ(title, "one");
-    EXPECT_FALSE(MetaAccGetChanTitle(acc.Get(), 2, &title));
-    ExpectError(-327995, "", "VDMetaAcc::GetChanTitle");
+    EXPECT_EQ(TestValue<MetaAccGetChanTitle>(acc.Get(), 0), "two lines");
+    ExpectFailure(MetaAccGetChanTitle(acc.Get(), 2, &title), -327995, "", "VDMetaAcc::GetChanTitle");
 
     VDVariant value(1.5);
     EXPECT_TRUE(MetaAccSetFormatSpecificValue(acc.Get(), -1, "Gain", &value));
@@ -83,13 +66,10 @@ TEST_F(MetaAccessTest, GivesChannelsTitlesAndValues)
 
     // Titles of a format that stores none are the id's; a test may have no channels at all.
     acc = Open("caps=2", Update);
-    EXPECT_TRUE(MetaAccGetChanTitle(acc.Get(), 0, &title));
-    EXPECT_EQ(title, "Channel 1");
-    EXPECT_FALSE(MetaAccSetChanTitle(acc.Get(), 0, "x"));
-    ExpectError(-327691, "", "VDMetaAcc::SetChanTitle");
+    EXPECT_EQ(TestValue<MetaAccGetChanTitle>(acc.Get(), 0), "Channel 1");
+    ExpectFailure(MetaAccSetChanTitle(acc.Get(), 0, "x"), -327691, "", "VDMetaAcc::SetChanTitle");
     acc = Open("numbers=", Read);
-    EXPECT_FALSE(MetaAccGetChanTitle(acc.Get(), 0, &title));
-    ExpectError(-327994, "Channel list not defined", "VDMetaAcc::GetChanTitle");
+    ExpectFailure(MetaAccGetChanTitle(acc.Get(), 0, &title), -327994, "Channel list not defined", "VDMetaAcc::GetChanTitle");
 }
 
 TEST_F(MetaAccessTest, MetaDataLieInTheFormatOrInTheSidecar)

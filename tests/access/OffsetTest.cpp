@@ -13,8 +13,7 @@ using OffsetTest = StandInTest;
 /// The item of the set "Offset" of channel index 0; a value that no test uses if there is none.
 double Item(VDTsAcc* acc, const char* name)
 {
-    LQChannelMapper* mapper = nullptr;
-    EXPECT_TRUE(TSAccGetMetaData(acc, &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    LQChannelMapper* const mapper = TestValue<TSAccGetMetaData>(acc);
     double value = -999;
     if (Z4PropertySet* set = mapper == nullptr ? nullptr : mapper->GetMetaDataSet("Offset", 0))
         set->GetDouble(name, &value);
@@ -22,18 +21,6 @@ double Item(VDTsAcc* acc, const char* name)
 }
 
 }  // namespace
-
-TEST_F(OffsetTest, MetaDataForReadingIsOnePrivateCopy)
-{
-    const VDTsAccHandle acc = OpenTest(Write("channels=1 caps=2,7 offset=2.5"));
-    LQChannelMapper* first = nullptr;
-    LQChannelMapper* second = nullptr;
-    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &first)) << VFErrorGetText(VFGetBaseLibError()).Str();
-    EXPECT_TRUE(TSAccGetMetaData(acc.Get(), &second));
-    EXPECT_EQ(first, second);
-    EXPECT_NE(first->GetMetaDataSet("InputTestInfo", LQChannelMapper::GLOBAL), nullptr);
-    EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 2.5);
-}
 
 TEST_F(OffsetTest, AddsMetaDataOffsetsToFloatAndDouble)
 {
@@ -45,11 +32,11 @@ TEST_F(OffsetTest, AddsMetaDataOffsetsToFloatAndDouble)
     double doubles[3] = {};
     ASSERT_TRUE(TSAccGetDataDoublePrecision(acc.Get(), 0, 1, 3, nullptr, doubles));
     EXPECT_EQ(doubles[0], StandValue<double>(0, 1) + 2.5);
-    std::uint32_t digital = 0;
-    ASSERT_TRUE(TSAccGetDataDigital32(acc.Get(), 0, 1, 1, nullptr, &digital));
-    EXPECT_EQ(digital, StandValue<std::uint32_t>(0, 1));
-    EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), 2.5);
+    EXPECT_EQ(TestValue<TSAccGetDataDigital32>(acc.Get(), 0, 1, 1, nullptr), StandValue<std::uint32_t>(0, 1));
     EXPECT_EQ(Item(acc.Get(), "OffsetValue"), -999);
+    // The private copy of the metadata stays the same.
+    EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), 2.5);
+    EXPECT_EQ(TestValue<TSAccGetMetaData>(acc.Get()), TestValue<TSAccGetMetaData>(acc.Get()));
 }
 
 TEST_F(OffsetTest, LeavesScheduleOffsetsToThePlugin)
@@ -58,9 +45,7 @@ TEST_F(OffsetTest, LeavesScheduleOffsetsToThePlugin)
     TakeLog();
     EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
     EXPECT_NE(TakeLog().find("PutValue22 -1 True"), std::string::npos);
-    float value = 0;
-    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
-    EXPECT_EQ(value, StandValue<float>(0, 1));
+    EXPECT_EQ(TestValue<TSAccGetData>(acc.Get(), 0, 1, 1, nullptr), StandValue<float>(0, 1));
     EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), 0.5);
     EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 0));
     EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 0.5);
@@ -75,8 +60,7 @@ TEST_F(OffsetTest, GoWithTheTest)
         // What the format keeps goes on to speak of the values as they are in the file.
         const VDTsAccHandle acc = OpenTest(name, VTTsAccOpenUpdate);
         EXPECT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
-        ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value));
-        EXPECT_EQ(value, StandValue<float>(0, 1) + 2.5F);
+        EXPECT_EQ(TestValue<TSAccGetData>(acc.Get(), 0, 1, 1, nullptr), StandValue<float>(0, 1) + 2.5F);
         EXPECT_EQ(Item(acc.Get(), "OffsetValue"), 2.5);
         EXPECT_EQ(Item(acc.Get(), "AppliedOffset"), -999);
     }
@@ -88,6 +72,5 @@ TEST_F(OffsetTest, GoWithTheTest)
     ASSERT_TRUE(TSAccSetId(acc.Get(), next.Get(), 0));
     EXPECT_NE(TakeLog().find("PutValue22 -1 True"), std::string::npos);
     ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
-    ASSERT_TRUE(TSAccGetData(acc.Get(), 0, 1, 1, nullptr, &value)) << VFErrorGetText(VFGetBaseLibError()).Str();
-    EXPECT_EQ(value, StandValue<float>(0, 1));
+    EXPECT_EQ(TestValue<TSAccGetData>(acc.Get(), 0, 1, 1, nullptr), StandValue<float>(0, 1));
 }

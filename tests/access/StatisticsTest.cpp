@@ -184,8 +184,7 @@ TEST_F(StatisticsTest, DataThatIsNotWatchedHasNoStatistics)
     EXPECT_FALSE(Reads(log));
     EXPECT_EQ(log.find("PutValue12"), std::string::npos);
     std::int64_t point = 0;
-    EXPECT_FALSE(TSAccGetPointStat(acc.Get(), 0, VTTsAccStatPointOfMax, &point));
-    ExpectError(-327987, "", "VDTsAcc::GetPointStat");
+    ExpectFailure(TSAccGetPointStat(acc.Get(), 0, VTTsAccStatPointOfMax, &point), -327987, "", "VDTsAcc::GetPointStat");
 }
 
 TEST_F(StatisticsTest, StoredOnesAreTakenWithoutReading)
@@ -203,13 +202,10 @@ TEST_F(StatisticsTest, StoredOnesAreTakenWithoutReading)
     EXPECT_FALSE(Reads(TakeLog()));
     float value = 0;
     for (const int id : {0, 6, 101}) {
-        EXPECT_FALSE(TSAccGetStat(acc.Get(), 0, id, &value));
-        ExpectError(-327987);
+        ExpectFailure(TSAccGetStat(acc.Get(), 0, id, &value), -327987);
     }
-    EXPECT_FALSE(TSAccSetStats(acc.Get(), 0, 1, 1, 1, 1, 1, 1, 1, 1));
-    ExpectError(-327998, "", "VDTsAcc::SetStats");
-    EXPECT_FALSE(TSAccSetStatsMonitor(acc.Get(), 1, 0));
-    ExpectError(-327998, "", "VDTsAcc::SetStatsMonitor");
+    ExpectFailure(TSAccSetStats(acc.Get(), 0, 1, 1, 1, 1, 1, 1, 1, 1), -327998, "", "VDTsAcc::SetStats");
+    ExpectFailure(TSAccSetStatsMonitor(acc.Get(), 1, 0), -327998, "", "VDTsAcc::SetStatsMonitor");
 
     EXPECT_EQ(Stats<double>(Open(floats + " statsdouble=1", VTTsAccOpenUpdate, DaxDataType::Double).Get(), 0).max, 8);
     // The low half of a type's id means the same.
@@ -231,8 +227,7 @@ TEST_F(StatisticsTest, OtherAnswersLeaveThemUndefined)
         double value = 0;
         EXPECT_FALSE(TSAccGetStatDoublePrecision(acc.Get(), 0, 1, &value)) << script;
         ExpectError(-327987, "", "VDTsAcc::GetStat");
-        EXPECT_FALSE(TSAccGetStatDoublePrecision(acc.Get(), 1, 1, &value));
-        ExpectError(-327995, "", "VDTsAcc::GetStatDouble");
+        ExpectFailure(TSAccGetStatDoublePrecision(acc.Get(), 1, 1, &value), -327995, "", "VDTsAcc::GetStatDouble");
     }
     // A format that fails to give them doesn't keep a host from the data.
     const VDTsAccHandle acc = Open("caps=2,6 tsfail=GetValue12", VTTsAccOpenUpdate);
@@ -243,6 +238,11 @@ TEST_F(StatisticsTest, OffsetsAreAddedWhenStatisticsAreRead)
     const std::string script = "caps=2,6,7 offset=10 stats=4,2,3,2,5,6,7,8 points=";
     const auto check = [&](const std::string& points, int type, double rms) {
         const VDTsAccHandle acc = Open(script + points, VTTsAccOpenUpdate, type);
+        float low = 0;
+        float high = 0;
+        ExpectFailure(TSAccGetFullScaleLimits(acc.Get(), 0, &low, &high), -328021, "Full scale limits unknown",
+                      "VDTsAcc::GetFullScaleLimits");
+        EXPECT_EQ(TestValue<TSAccGetFullScaleValid>(acc.Get(), 0), 0);
         ASSERT_TRUE(TSAccSetFullScaleLimits(acc.Get(), 0, 30, -20));
         ASSERT_TRUE(TSAccSetUseOffset(acc.Get(), 1));
         const AllStats<double> s = Stats<double>(acc.Get(), 0);
@@ -254,8 +254,7 @@ TEST_F(StatisticsTest, OffsetsAreAddedWhenStatisticsAreRead)
         EXPECT_EQ(f.sdev, 2);
         EXPECT_FLOAT_EQ(f.rms, static_cast<float>(rms));
         EXPECT_EQ(f.pointOfMax, 6);
-        float low = 0;
-        float high = 0;
+        EXPECT_EQ(TestValue<TSAccGetFullScaleValid>(acc.Get(), 0), 1);
         EXPECT_TRUE(TSAccGetFullScaleLimits(acc.Get(), 0, &low, &high));
         EXPECT_EQ(low, -10);
         EXPECT_EQ(high, 40);
@@ -326,35 +325,14 @@ TEST_F(StatisticsTest, CalculatesWithProgress)
     VFTraceSetSink(nullptr);
 }
 
-TEST_F(StatisticsTest, FullScaleLimitsAreKeptInOrder)
-{
-    const VDTsAccHandle acc = Open("", VTTsAccOpenUpdate);
-    float low = 0;
-    float high = 0;
-    char valid = 1;
-    EXPECT_FALSE(TSAccGetFullScaleLimits(acc.Get(), 0, &low, &high));
-    ExpectError(-328021, "Full scale limits unknown", "VDTsAcc::GetFullScaleLimits");
-    EXPECT_TRUE(TSAccGetFullScaleValid(acc.Get(), 0, &valid));
-    EXPECT_EQ(valid, 0);
-    ASSERT_TRUE(TSAccSetFullScaleLimits(acc.Get(), 0, 5, -3));
-    EXPECT_TRUE(TSAccGetFullScaleLimits(acc.Get(), 0, &low, &high));
-    EXPECT_EQ(low, -3);
-    EXPECT_EQ(high, 5);
-    EXPECT_TRUE(TSAccGetFullScaleValid(acc.Get(), 0, &valid));
-    EXPECT_EQ(valid, 1);
-}
-
 TEST_F(StatisticsTest, MetaDataGetsTheHeader)
 {
     const VDTsAccHandle acc =
         Open("fileid=700 subid=1 caps=2,6,7,9 rate=50 base=2 points=9 chantitle=T stats=4,2,3,2,5,6,7,8");
-    LQChannelMapper* mapper = nullptr;
-    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper)) << VFErrorGetText(VFGetBaseLibError()).Str();
-    VDString text;
-    EXPECT_TRUE(mapper->GetStringMetaDataItem("XUnits", &text, LQChannelMapper::GLOBAL));
-    EXPECT_STREQ(text, "s");
-    EXPECT_TRUE(mapper->GetStringMetaDataItem("ChanTitle", &text, 0));
-    EXPECT_STREQ(text, "T");
+    LQChannelMapper* const mapper = TestValue<TSAccGetMetaData>(acc.Get());
+    ASSERT_NE(mapper, nullptr);
+    EXPECT_EQ(mapper->GetMetaDataItem("XUnits", LQChannelMapper::GLOBAL)->ToString(), "s");
+    EXPECT_EQ(mapper->GetMetaDataItem("ChanTitle", 0)->ToString(), "T");
     std::string items;
     const Z4PropertySet* set = mapper->GetMetaDataSet(LQChannelMapper::ATTRIBUTES, 0);
     for (int item = 0; set != nullptr && item < 14; ++item)

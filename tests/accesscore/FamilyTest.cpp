@@ -143,8 +143,7 @@ TEST_F(FamilyTest, ValuesAreSelectedInThreeDimensions)
     EXPECT_EQ(TakeLog(), "get 7 at 1,1099511627776,7; put 7 at 0,2,3; ");
     // A put asks first, and any answer will do.
     plugin_.answers = false;
-    EXPECT_FALSE(core_.SetFormatSpecificValue({0, 2, 3}, "Gain", &value));
-    ExpectError(-327690, "", "VDMadeUp::GetCapability");
+    ExpectFailure(core_.SetFormatSpecificValue({0, 2, 3}, "Gain", &value), -327690, "", "VDMadeUp::GetCapability");
     EXPECT_EQ(TakeLog(), "");
 }
 
@@ -162,10 +161,8 @@ TEST_F(FamilyTest, EachTextHasItsCapabilityAndCode)
     VDString text;
     EXPECT_TRUE(core_.GetChanText(VVUnits, 1, &text, "GetChanUnits"));
     EXPECT_EQ(text, "kN");
-    EXPECT_FALSE(core_.SetChanText(VVUnits, 1, "N", "SetChanUnits"));
-    ExpectError(-327695, "", "VDMadeUp::SetChanUnits");
-    EXPECT_FALSE(core_.GetChanText(VVZTitle, 1, &text, "GetZTitle"));
-    ExpectError(-331590, "", "VDMadeUp::GetZTitle");
+    ExpectFailure(core_.SetChanText(VVUnits, 1, "N", "SetChanUnits"), -327695, "", "VDMadeUp::SetChanUnits");
+    ExpectFailure(core_.GetChanText(VVZTitle, 1, &text, "GetZTitle"), -331590, "", "VDMadeUp::GetZTitle");
     plugin_.capabilities = {Units};
     TakeLog();
     EXPECT_TRUE(core_.GetChanText(VVUnits, 1, &text, "GetChanUnits"));

@@ -57,10 +57,6 @@ TEST_F(CanDatabaseTest, ReadsFramesAndSignals)
              Signal("A x")));
     ASSERT_EQ(database_.GetFrameDefinitionCount(), 2);
     const VDCanFrameDefinition& motor = *database_.GetFrameDefinition(0);
-    EXPECT_EQ(motor.GetFrameId(), 2566834709u);
-    EXPECT_STREQ(motor.GetFrameName(), "Motor");
-    EXPECT_EQ(motor.GetNumBytes(), 8);
-    EXPECT_STREQ(motor.GetTransmitterName(), "Engine");
     ASSERT_EQ(motor.GetChanDefinitionCount(), 3);
     EXPECT_EQ(motor.GetChanDefinition(3), nullptr);
     EXPECT_EQ(motor.GetChanDefinition(-1), nullptr);

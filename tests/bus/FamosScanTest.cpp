@@ -187,8 +187,7 @@ TEST_F(FamosScanTest, CountsSwitchValuesWhileReading)
 
     chan.Init("Switch", 1, 0, 0, 0, 8, 1, 0, 1, 0, 0, 0, "", VDStringArray(), 600);
     frames.ResetRead();
-    EXPECT_FALSE(frames.ReadFrame(false, &end));
-    ExpectError(-332806);
+    ExpectFailure(frames.ReadFrame(false, &end), -332806);
 }
 
 TEST_F(FamosScanTest, DumpsTheScan)

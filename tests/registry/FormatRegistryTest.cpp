@@ -148,10 +148,7 @@ TEST_F(FormatRegistryTest, FileTypeQuestionsAreAnswered)
     EXPECT_TRUE(FINFGetAccessClass(Info(), nullptr, StandIn::HistFileId, 1, &number, &text));
     EXPECT_EQ(number, VTFileAccessHistogram);
     EXPECT_EQ(text, "STAND-HIST");
-    EXPECT_TRUE(FINFGetFileFormatKeyword(Info(), nullptr, StandIn::FileId, StandIn::SubRun, &text));
-    EXPECT_EQ(text, "StandRun");
-    EXPECT_TRUE(FINFGetNameForm(Info(), nullptr, StandIn::ChannelsFileId, 1, &number));
-    EXPECT_EQ(number, VTNameFormTestPlusChannels);
+    EXPECT_EQ(TestValue<FINFGetNameForm>(Info(), nullptr, StandIn::ChannelsFileId, 1), VTNameFormTestPlusChannels);
 
     // An id counts before the numbers.
     const VDFileIdHandle id(FIDCreate());
@@ -163,8 +160,7 @@ TEST_F(FormatRegistryTest, FileTypeQuestionsAreAnswered)
         names += text.Str() + std::to_string(number) + " ";
     EXPECT_EQ(names, "Readable1 Writable1 HasRun1 ");
     int negative = -1;
-    EXPECT_TRUE(FINFGetNextCapability(Info(), id.Get(), 0, 0, &negative, &text, &number, &found));
-    EXPECT_EQ(found, 0);
+    EXPECT_EQ(TestValue<FINFGetNextCapability>(Info(), id.Get(), 0, 0, &negative, &text, &number), 0);
     ExpectNoError();
 
     EXPECT_FALSE(FINFGetNameForm(Info(), nullptr, 1, 2, &number));
@@ -191,10 +187,8 @@ TEST_F(FormatRegistryTest, KeywordsAndDefaultExtensions)
     ExpectReport(-328699, "Invalid file format keyword : StandC", "VDFileInfo::GetFileIdFromKeyword");
 
     VDString extension;
-    EXPECT_TRUE(FINFGetDefaultExtension(Info(), nullptr, StandIn::FileId, 1, nullptr, &extension));
-    EXPECT_EQ(extension, "sta");
-    EXPECT_TRUE(FINFGetDefaultExtension(Info(), nullptr, StandIn::FileId, 1, "hint", &extension));
-    EXPECT_EQ(extension, "HINT");
+    EXPECT_EQ(TestValue<FINFGetDefaultExtension>(Info(), nullptr, StandIn::FileId, 1, nullptr), "sta");
+    EXPECT_EQ(TestValue<FINFGetDefaultExtension>(Info(), nullptr, StandIn::FileId, 1, "hint"), "HINT");
     EXPECT_FALSE(FINFGetDefaultExtension(Info(), nullptr, StandIn::FileId, 1, "bad", &extension));
     ExpectReport(-328695, "Plugin doesn't support GetValue for DefaultExtension\nPlugin description : Stand-in StandFF",
                  "VDFileInfo::GetDefaultExtension");
@@ -331,6 +325,5 @@ TEST_F(FormatRegistryTest, ProxyTakesOverTheSelection)
     EXPECT_FALSE(FINFGetProxyAccessFileId(failing.Get(), &given));
     ExpectReport(-328689, "No proxy", "VDFileInfo::GetProxyAccessFileId");
     FIDSetFileId(id.Get(), 1, 1);
-    EXPECT_FALSE(FINFGetProxyAccessFileId(id.Get(), &given));
-    ExpectError(-328692);
+    ExpectFailure(FINFGetProxyAccessFileId(id.Get(), &given), -328692);
 }

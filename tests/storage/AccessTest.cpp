@@ -30,17 +30,13 @@ class StorageAccessTest : public testing::Test
 protected:
     VDFileIdHandle NewId(int subId, const std::vector<NewChannel>& channels)
     {
-        VDFileIdHandle id(FIDCreate());
-        FIDSetFileId(id.Get(), DaxStorageFileId, subId);
-        FIDSetFilename(id.Get(), VTNameFormFile, name_.c_str(), "");
+        VDFileIdHandle id = NewTestId(name_, DaxStorageFileId, subId, {});
         for (const NewChannel& channel : channels) {
             int index = 0;
             FIDAddChannel(id.Get(), channel.number, &index);
             FIDSetChanType(id.Get(), index, channel.type);
             FIDSetChanTitle(id.Get(), index, ("Channel " + std::to_string(channel.number)).c_str());
         }
-        FIDSetIdentified(id.Get(), 1);
-        FIDSetInfoLoaded(id.Get(), 1);
         return id;
     }
     VDTsAccHandle Create(int subId, const std::vector<NewChannel>& channels)
@@ -101,10 +97,8 @@ TEST_F(StorageAccessTest, EveryDataTypeComesBack)
         EXPECT_TRUE(TSAccSetXTitle(acc.Get(), "Time"));
         // A double channel takes floats. What a channel can't hold as it is, it refuses.
         EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 70'001, 100, floats.data()));
-        EXPECT_FALSE(TSAccPutDataDigital32(acc.Get(), 1, 1, 4, digital32.data()));
-        ExpectError(-66564);
-        EXPECT_FALSE(TSAccPutDataDoublePrecision(acc.Get(), 1, 1, 4, doubles.data()));
-        ExpectError(-66564);
+        ExpectFailure(TSAccPutDataDigital32(acc.Get(), 1, 1, 4, digital32.data()), -66564);
+        ExpectFailure(TSAccPutDataDoublePrecision(acc.Get(), 1, 1, 4, doubles.data()), -66564);
         EXPECT_TRUE(TSAccClose(acc.Get())) << VFErrorGetText(VFGetBaseLibError()).Str();
     }
     doubles.insert(doubles.end(), floats.begin(), floats.end());
@@ -116,21 +110,13 @@ TEST_F(StorageAccessTest, EveryDataTypeComesBack)
     ExpectPoints(acc.Get(), 2, digital64, TSAccGetDataDigital64);
     ExpectPoints(acc.Get(), 3, otherFloats, TSAccGetData);
     ExpectPoints(acc.Get(), 4, digital32, TSAccGetDataDigital32);
-    double number = 0;
-    VDString text;
-    EXPECT_TRUE(TSAccGetSampleRate(acc.Get(), 0, &number));
-    EXPECT_EQ(number, 1000);
-    EXPECT_TRUE(TSAccGetBaseTime(acc.Get(), 0, &number));
-    EXPECT_EQ(number, -2.5);
-    EXPECT_TRUE(TSAccGetYUnits(acc.Get(), 3, &text));
-    EXPECT_EQ(text, "kN");
-    EXPECT_TRUE(TSAccGetXTitle(acc.Get(), &text));
-    EXPECT_EQ(text, "Time");
-    EXPECT_TRUE(TSAccGetChanTitle(acc.Get(), 0, &text));
-    EXPECT_EQ(text, "Channel 3");
+    EXPECT_EQ(TestValue<TSAccGetSampleRate>(acc.Get(), 0), 1000);
+    EXPECT_EQ(TestValue<TSAccGetBaseTime>(acc.Get(), 0), -2.5);
+    EXPECT_EQ(TestValue<TSAccGetYUnits>(acc.Get(), 3), "kN");
+    EXPECT_EQ(TestValue<TSAccGetXTitle>(acc.Get()), "Time");
+    EXPECT_EQ(TestValue<TSAccGetChanTitle>(acc.Get(), 0), "Channel 3");
 
-    LQChannelMapper* mapper = nullptr;
-    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
+    const LQChannelMapper* const mapper = TestValue<TSAccGetMetaData>(acc.Get());
     std::vector<long> order;
     for (int index = 0; index < mapper->GetChannelCount(); ++index)
         order.push_back(mapper->NumberFromIndex(index, false));
@@ -153,9 +139,7 @@ TEST_F(StorageAccessTest, TheOlderKindHoldsFloatsOnly)
     const VDTsAccHandle acc = BindTest(id.Get());
     ASSERT_TRUE(TSAccOpen(acc.Get(), VTTsAccOpenRead));
     ExpectPoints(acc.Get(), 1, floats, TSAccGetData);
-    float max = 0;
-    EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMax, &max));
-    EXPECT_EQ(max, 10);
+    EXPECT_EQ(TestValue<TSAccGetStat>(acc.Get(), 0, VTTsAccStatMax), 10);
     double value = 0;
     EXPECT_FALSE(TSAccGetDataDoublePrecision(acc.Get(), 1, 1, 1, nullptr, &value));
     ExpectError(-327690, "Unknown error in access plugin");
@@ -163,7 +147,6 @@ TEST_F(StorageAccessTest, TheOlderKindHoldsFloatsOnly)
 
 TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
 {
-    std::int64_t points = 0;
     const auto floats = Ramp<float>(100, 1);
     {
         const VDTsAccHandle acc = Create(11, {{1, DaxDataType::Float}});
@@ -172,8 +155,7 @@ TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
         // A reader sees the last commit, a second writer is turned away with the reason.
         EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 41, 1, floats.data()));
         const VDTsAccHandle reader = OpenTest(name_);
-        EXPECT_TRUE(TSAccGetNumPoints(reader.Get(), 0, &points));
-        EXPECT_EQ(points, 40);
+        EXPECT_EQ(TestValue<TSAccGetNumPoints>(reader.Get(), 0), 40);
         const VDTsAccHandle second = BindTest(IdentifyTest(name_).Get());
         EXPECT_FALSE(TSAccOpen(second.Get(), VTTsAccOpenUpdate));
         ExpectError(-329885, "Error opening / Creating Z4 file", "VDTsAccZ4::Open");
@@ -184,23 +166,12 @@ TEST_F(StorageAccessTest, AFileGrowsWhereItLeftOff)
         EXPECT_TRUE(TSAccPutData(acc.Get(), 0, 42, 59, floats.data() + 41));
         // A channel that has points keeps them.
         EXPECT_TRUE(TSAccSetNumPoints(acc.Get(), All, 7));
-        EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &points));
-        EXPECT_EQ(points, 100);
-        LQChannelMapper* mapper = nullptr;
-        ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
-        EXPECT_TRUE(mapper->SetStringAttribute("Sensor", "S 17", 0));
+        EXPECT_EQ(TestValue<TSAccGetNumPoints>(acc.Get(), 0), 100);
+        EXPECT_TRUE(TestValue<TSAccGetMetaData>(acc.Get())->SetStringAttribute("Sensor", "S 17", 0));
     }
     const VDTsAccHandle acc = OpenTest(name_);
-    EXPECT_TRUE(TSAccGetNumPoints(acc.Get(), 0, &points));
-    EXPECT_EQ(points, 100);
-    LQChannelMapper* mapper = nullptr;
-    LQChannelMapper* again = nullptr;
-    VDString text;
-    ASSERT_TRUE(TSAccGetMetaData(acc.Get(), &mapper));
-    EXPECT_TRUE(mapper->GetStringMetaDataItem("Sensor", &text, 0));
-    EXPECT_EQ(text, "S 17");
-    EXPECT_TRUE(TSAccGetMetaData(acc.Get(), &again));
-    EXPECT_EQ(again, mapper);
+    EXPECT_EQ(TestValue<TSAccGetNumPoints>(acc.Get(), 0), 100);
+    EXPECT_EQ(TestValue<TSAccGetMetaData>(acc.Get())->GetMetaDataItem("Sensor", 0)->ToString(), "S 17");
 }
 
 TEST_F(StorageAccessTest, AFlushIsOneVersionWithItsStatistics)
@@ -211,7 +182,6 @@ TEST_F(StorageAccessTest, AFlushIsOneVersionWithItsStatistics)
         return std::max(bytes[4096 + 8], bytes[8192 + 8]);
     };
     const auto floats = Ramp<float>(100, 1);
-    float mean = 0;
     {
         const VDTsAccHandle acc = Create(11, {{1, DaxDataType::Float}, {2, DaxDataType::Double}});
         for (const char version : {'\1', '\2'}) {
@@ -219,8 +189,7 @@ TEST_F(StorageAccessTest, AFlushIsOneVersionWithItsStatistics)
             EXPECT_TRUE(TSAccFlush(acc.Get()));
             EXPECT_EQ(versions(), version);
             const VDTsAccHandle reader = OpenTest(name_);
-            EXPECT_TRUE(TSAccGetStat(reader.Get(), 0, VTTsAccStatMean, &mean));
-            EXPECT_EQ(mean, version == 1 ? 25.5F : 50.5F);
+            EXPECT_EQ(TestValue<TSAccGetStat>(reader.Get(), 0, VTTsAccStatMean), version == 1 ? 25.5F : 50.5F);
         }
         EXPECT_TRUE(TSAccClose(acc.Get()));
     }
@@ -278,12 +247,10 @@ TEST_F(StorageAccessTest, BadIdsAndFilesAreRefused)
     const VDFileIdHandle id = NewId(11, {{1, DaxDataType::Float}});
     FIDSetFilename(id.Get(), VTNameFormTestPlusChannels, name_.c_str(), "z4t");
     const VDTsAccHandle acc(TSAccCreate());
-    EXPECT_FALSE(TSAccSetId(acc.Get(), id.Get(), 0));
-    ExpectError(-329881, "Invalid time series ID specified", "VDTsAccZ4::SetId");
+    ExpectFailure(TSAccSetId(acc.Get(), id.Get(), 0), -329881, "Invalid time series ID specified", "VDTsAccZ4::SetId");
 
     const VDTsAccHandle missing = BindTest(NewId(11, {{1, DaxDataType::Float}}).Get());
-    EXPECT_FALSE(TSAccOpen(missing.Get(), VTTsAccOpenRead));
-    ExpectError(-329885);
+    ExpectFailure(TSAccOpen(missing.Get(), VTTsAccOpenRead), -329885);
     Create(11, {{1, DaxDataType::Float}});
     const VDTsAccHandle other = BindTest(NewId(11, {{2, DaxDataType::Float}}).Get());
     EXPECT_FALSE(TSAccOpen(other.Get(), VTTsAccOpenRead));
@@ -326,9 +293,7 @@ TEST_F(StorageAccessTest, ThreadsWithAFileEachGoSideBySide)
         }
         const VDTsAccHandle acc = OpenTest(name);
         ExpectPoints(acc.Get(), 0, floats, TSAccGetData);
-        float max = 0;
-        EXPECT_TRUE(TSAccGetStat(acc.Get(), 0, VTTsAccStatMax, &max));
-        EXPECT_EQ(max, floats.back());
+        EXPECT_EQ(TestValue<TSAccGetStat>(acc.Get(), 0, VTTsAccStatMax), floats.back());
     };
     std::vector<std::thread> threads;
     for (int which = 0; which < 4; ++which)
@@ -388,8 +353,7 @@ TEST(StoragePluginTest, ObjectsAreKnownByTheFamilyOfTheirBase)
         EXPECT_TRUE(TSAccGenFlush(static_cast<VDCompBase*>(&plugin)));
         for (void* const other : std::initializer_list<void*>{&stranger, &likeness, id.Get(), nullptr}) {
             VFErrorClear();
-            EXPECT_FALSE(TSAccGenFlush(other));
-            ExpectError(-327682, "Invalid handle", "TSAccGenFlush");
+            ExpectFailure(TSAccGenFlush(other), -327682, "Invalid handle", "TSAccGenFlush");
         }
         char answer = 0;
         EXPECT_TRUE(TSAccGenGetCapability(own, 0, &answer));

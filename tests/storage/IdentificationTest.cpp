@@ -110,16 +110,10 @@ TEST(StorageIdentificationTest, LoadsTheChannelList)
 {
     const TestFolder folder;
     const VDFileIdHandle id = IdentifyTest(MakeFile(folder, 11, 2));
-    int number = 0;
-    VDString text;
-    EXPECT_TRUE(FIDGetChanNumber(id.Get(), 0, &number));
-    EXPECT_EQ(number, 10);
-    EXPECT_TRUE(FIDGetChanTitle(id.Get(), 0, &text));
-    EXPECT_EQ(text, "");
-    EXPECT_TRUE(FIDGetChanTitle(id.Get(), 1, &text));
-    EXPECT_EQ(text, "Force");
-    EXPECT_TRUE(FIDGetChanUnits(id.Get(), 1, &text));
-    EXPECT_EQ(text, "kN");
+    EXPECT_EQ(TestValue<FIDGetChanNumber>(id.Get(), 0), 10);
+    EXPECT_EQ(TestValue<FIDGetChanTitle>(id.Get(), 0), "");
+    EXPECT_EQ(TestValue<FIDGetChanTitle>(id.Get(), 1), "Force");
+    EXPECT_EQ(TestValue<FIDGetChanUnits>(id.Get(), 1), "kN");
 
     const auto load = [](const std::string& name) {
         const VDFileIdHandle other(FIDCreate());

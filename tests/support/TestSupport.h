@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 /// What the tests of all folders share. The test program's own main sets `DAX_HOME` and `DAX_SYS` to two empty folders of the
@@ -48,3 +50,31 @@ void ExpectError(int code, const std::string& textPart = {}, const std::string& 
 /// Expects the whole text of the last report.
 void ExpectErrorText(int code, const std::string& text);
 void ExpectNoError();
+
+/// Expects that a call failed, with this as the last report.
+template <class Result>
+void ExpectFailure(const Result& result, int code, const std::string& textPart = {}, const std::string& routine = {},
+                   const char* file = __builtin_FILE(), int line = __builtin_LINE())
+{
+    const testing::ScopedTrace trace(file, line, "called here");
+    EXPECT_FALSE(result);
+    ExpectError(code, textPart, routine);
+}
+
+template <class... Parameters>
+auto TestLastParameter(int (*)(Parameters...))
+    -> std::remove_pointer_t<std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>>;
+
+/// The value that a getter stores through its last parameter; it starts from one that no test expects.
+template <auto Getter, class... Arguments>
+auto TestValue(Arguments... arguments)
+{
+    using Value = decltype(TestLastParameter(Getter));
+    Value value{};
+    if constexpr (std::is_arithmetic_v<Value>)
+        value = 119;
+    else if constexpr (std::is_constructible_v<Value, const char*>)
+        value = "unset";
+    EXPECT_TRUE(Getter(arguments..., &value)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    return value;
+}

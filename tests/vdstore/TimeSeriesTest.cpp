@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -80,18 +79,15 @@ void MakeMixed(Store& store)
 
 void ExpectMixed(LQTimeSeries& series)
 {
-    std::vector<float> floats(20'000);
-    std::vector<double> doubles(20'000);
-    std::vector<std::uint32_t> words(20'000);
-    std::vector<std::uint64_t> longs(20'000);
-    std::int64_t count = 0;
-    EXPECT_TRUE(series.GetData(0, 20'000, &count, floats.data(), 0) && floats == Ramp<float>(20'000, 1));
-    EXPECT_TRUE(series.GetDataDoublePrecision(0, 20'000, &count, doubles.data(), series.MapperToDouble(1)) &&
-                doubles == Ramp<double>(20'000, 0.5));
-    EXPECT_TRUE(series.GetDataDigital32(0, 20'000, &count, words.data(), series.MapperToDigital32(2)) &&
-                words == Ramp<std::uint32_t>(20'000, 0xfffff000));
-    EXPECT_TRUE(series.GetDataDigital64(0, 20'000, &count, longs.data(), series.MapperToDigital64(3)) &&
-                longs == Ramp<std::uint64_t>(20'000, 0xfffffffffffff000));
+    const auto expect = [&series](auto get, int index, auto first) {
+        std::vector<decltype(first)> values(20'000);
+        std::int64_t count = 0;
+        EXPECT_TRUE((series.*get)(0, 20'000, &count, values.data(), index) && values == Ramp(20'000, first)) << index;
+    };
+    expect(&LQTimeSeries::GetData, 0, 1.0F);
+    expect(&LQTimeSeries::GetDataDoublePrecision, series.MapperToDouble(1), 0.5);
+    expect(&LQTimeSeries::GetDataDigital32, series.MapperToDigital32(2), std::uint32_t(0xfffff000));
+    expect(&LQTimeSeries::GetDataDigital64, series.MapperToDigital64(3), std::uint64_t(0xfffffffffffff000));
 }
 
 }  // namespace
@@ -118,15 +114,11 @@ TEST(TimeSeries, KeepsEachTypeAndRefusesTheOthers)
     EXPECT_TRUE(series->GetData(30'000, 10, &count, values, 0));
     EXPECT_EQ(count, 0);
     series->ResetError();
-    EXPECT_FALSE(series->GetData(0, 10, &count, values, 2));
-    ExpectError(VDStoreError::WrongDataType);
+    ExpectFailure(series->GetData(0, 10, &count, values, 2), VDStoreError::WrongDataType);
     EXPECT_EQ(series->GetError(), VDStoreError::WrongDataType);
-    EXPECT_FALSE(series->GetData(0, 10, &count, values, 4));
-    ExpectError(VDStoreError::NoChannelIndex);
-    EXPECT_FALSE(series->GetData(-1, 10, &count, values, 0));
-    ExpectError(VDStoreError::OutOfRange);
-    EXPECT_FALSE(series->SetData(0, 1, values, 0));
-    ExpectError(VDArchiveError::WrongUse, "open for reading");
+    ExpectFailure(series->GetData(0, 10, &count, values, 4), VDStoreError::NoChannelIndex);
+    ExpectFailure(series->GetData(-1, 10, &count, values, 0), VDStoreError::OutOfRange);
+    ExpectFailure(series->SetData(0, 1, values, 0), VDArchiveError::WrongUse, "open for reading");
 }
 
 TEST(TimeSeries, DataOfTheOtherByteOrderAreTurned)
@@ -184,11 +176,6 @@ TEST(TimeSeries, FactsStatisticsAndMetadataComeBack)
     series = store.Open(false);
     ASSERT_NE(series, nullptr);
     mapper = series->GetMapper();
-    double rate = 0;
-    VDString text;
-    EXPECT_TRUE(series->GetSampleRate(0, &rate) && series->GetYUnits(0, text));
-    EXPECT_EQ(rate, 200);
-    EXPECT_EQ(text, "kN");
     EXPECT_EQ(mapper->IndexFromNumber(3, false), 1);
     EXPECT_EQ(mapper->GetMetaDataSet("Sensor", 0)->GetProperty("Serial", false)->ToString(), "Undefined");
     EXPECT_EQ(mapper->GetMetaDataItem("Driver", LQChannelMapper::GLOBAL)->ToString(), "M\xc3\xbcller");
@@ -252,23 +239,6 @@ TEST(TimeSeries, AFlushStaysAndACloseWithoutSavingDropsTheRest)
     EXPECT_EQ(huge, 0xfffffffffffff000 + 19'999);
     VDStringArray findings;
     EXPECT_TRUE(LQGetDataManager()->GetFileManager()->CheckFile(folder.Name("flush.z4t").c_str(), &findings));
-}
-
-TEST(DataManager, ServesThreadsWithFilesOfTheirOwn)
-{
-    const TestFolder folder;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&folder, i] {
-            Store store(folder.Name("thread" + std::to_string(i) + ".z4t"));
-            MakeMixed(store);
-            EXPECT_TRUE(store.Close(true));
-            LQTimeSeries* const series = store.Open(false);
-            ASSERT_NE(series, nullptr);
-            ExpectMixed(*series);
-        });
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 TEST(DataManager, KeepsMetadataHostsAndTellsKindsApart)

@@ -104,28 +104,19 @@ TEST_F(WavTest, KeepsOnlyWhatTheHeaderHolds)
         ExpectError(-331900, "A WAV file holds sample rates of whole numbers from 1 to 2147483647, not ");
     }
     EXPECT_TRUE(TSAccSetBaseTime(acc, 0, 0.0));
-    EXPECT_FALSE(TSAccSetBaseTime(acc, 0, 2.5));
-    ExpectError(-331900, "can't hold a base time of 2.5.");
+    ExpectFailure(TSAccSetBaseTime(acc, 0, 2.5), -331900, "can't hold a base time of 2.5.");
 
-    long length = -1;
-    VDString text;
-    EXPECT_TRUE(TSAccGetMaxYTitleLength(acc, &length));
-    EXPECT_EQ(length, 0);
+    EXPECT_EQ(TestValue<TSAccGetMaxYTitleLength>(acc), 0);
     EXPECT_TRUE(TSAccSetYUnits(acc, 0, "kN"));
-    EXPECT_TRUE(TSAccGetYUnits(acc, 0, &text));
-    EXPECT_EQ(text, "");
-    EXPECT_FALSE(TSAccSetChanTitle(acc, 0, "Force"));
-    ExpectError(-327691);
+    EXPECT_EQ(TestValue<TSAccGetYUnits>(acc, 0), "");
+    ExpectFailure(TSAccSetChanTitle(acc, 0, "Force"), -327691);
 
-    EXPECT_FALSE(TSAccSetNumPoints(acc, 0, 1));
-    ExpectError(-331900, "The channels have 2 points already, more than 1.");
+    ExpectFailure(TSAccSetNumPoints(acc, 0, 1), -331900, "The channels have 2 points already, more than 1.");
     EXPECT_TRUE(TSAccSetNumPoints(acc, 0, 1000));
     EXPECT_TRUE(TSAccClose(acc));
     access = OpenFile(name);
     ASSERT_TRUE(access);
-    double rate = 0.0;
-    TSAccGetSampleRate(access.Get(), 1, &rate);
-    EXPECT_EQ(rate, 48000.0);
+    EXPECT_EQ(TestValue<TSAccGetSampleRate>(access.Get(), 1), 48000.0);
     EXPECT_EQ(NumPoints(access.Get()), 1000);
     EXPECT_EQ(Floats(access.Get(), 0, 2, 3), (std::vector{2.0F, 0.0F, 0.0F}));
     EXPECT_EQ(Floats(access.Get(), 1, 1000, 1), std::vector(1, 0.0F));
@@ -139,9 +130,7 @@ TEST_F(WavTest, StopsBeforeFourGiBWhereTheFormatDoes)
         const std::string name = folder_.Name("big" + std::to_string(subId));
         VDTsAccHandle access = Create(name, subId, 1);
         ASSERT_TRUE(access);
-        char large = 2;
-        EXPECT_TRUE(TSAccGetCapability(access.Get(), DaxTimeSeries::LargeFiles, &large));
-        EXPECT_EQ(large, subId != Wav);
+        EXPECT_EQ(TestValue<TSAccGetCapability>(access.Get(), DaxTimeSeries::LargeFiles), subId != Wav);
         EXPECT_TRUE(Put(access.Get(), 0, 1, {1.0F}));
         if (subId == Wav) {
             EXPECT_FALSE(Put(access.Get(), 0, points, {5.0F}));
@@ -218,8 +207,7 @@ TEST_F(WavTest, ChangesAForeignFileInPlace)
         ASSERT_TRUE(access);
         EXPECT_EQ(FormatText(access.Get(), "comment"), "cold");
         EXPECT_TRUE(Put(access.Get(), 0, 2, {0.25F, -1.0F, 0.5F}));
-        EXPECT_FALSE(Put(access.Get(), 0, 1, {0.0F, 0.1F}));
-        ExpectError(-331900, "Point 2 is 0.1000000014901161");
+        ExpectFailure(Put(access.Get(), 0, 1, {0.0F, 0.1F}), -331900, "Point 2 is 0.1000000014901161");
         EXPECT_EQ(FormatText(access.Get(), "Unfit"), "Encoding");
     }
     EXPECT_EQ(ReadSnd(name, info), (std::vector{0.0F, 0.5F, 0.25F, 32767.0F / 32768, -1.0F, 1.0F / 32768, 0.5F, 0.0F}));
@@ -311,8 +299,7 @@ TEST_F(WavTest, TextsAreMetaData)
 
 TEST_F(WavTest, ReportsAFileThatCannotBeWritten)
 {
-    EXPECT_FALSE(Create(folder_.Path() + "/none/a.wav", Wav, 1));
-    ExpectError(-331883, "Error opening WAV file");
+    ExpectFailure(Create(folder_.Path() + "/none/a.wav", Wav, 1), -331883, "Error opening WAV file");
 
     // A disk that is full: what was written before stays, and the failure isn't lost.
     const std::string name = folder_.Name("a.wav");
@@ -324,8 +311,7 @@ TEST_F(WavTest, ReportsAFileThatCannotBeWritten)
     const rlimit limit{10000, 10000};
     setrlimit(RLIMIT_FSIZE, &limit);
     EXPECT_TRUE(Put(access.Get(), 0, 1001, std::vector(5000, 2.0F)));  // still in memory
-    EXPECT_FALSE(TSAccClose(access.Get()));
-    ExpectError(-331900, "Error writing WAV file data");
+    ExpectFailure(TSAccClose(access.Get()), -331900, "Error writing WAV file data");
     access.Reset();
     access = OpenFile(name);
     ASSERT_TRUE(access);
