@@ -194,10 +194,7 @@ TEST_F(StatisticsTest, StoredOnesAreTakenWithoutReading)
     const VDTsAccHandle acc = Open(floats);
     EXPECT_EQ(TakeLog().find("GetValue12"), std::string::npos);
     const AllStats<float> s = Stats<float>(acc.Get(), 0);
-    EXPECT_EQ(s.min, -9);
-    EXPECT_EQ(s.rms, 3);
-    EXPECT_EQ(s.pointOfMax, 5);
-    EXPECT_EQ(s.pointOfAbs, 7);
+    EXPECT_EQ(std::tuple(s.min, s.rms, s.pointOfMax, s.pointOfAbs), std::tuple(-9, 3, 5, 7));
     EXPECT_EQ(Stats<double>(acc.Get(), 0).max, 0);
     EXPECT_FALSE(Reads(TakeLog()));
     float value = 0;
@@ -248,12 +245,8 @@ TEST_F(StatisticsTest, OffsetsAreAddedWhenStatisticsAreRead)
         const AllStats<double> s = Stats<double>(acc.Get(), 0);
         EXPECT_NEAR(s.rms, rms, 1e-7 * rms) << points;
         const AllStats<float> f = Stats<float>(acc.Get(), 0);
-        EXPECT_EQ(f.max, 14);
-        EXPECT_EQ(f.min, 12);
-        EXPECT_EQ(f.mean, 13);
-        EXPECT_EQ(f.sdev, 2);
+        EXPECT_EQ(std::tuple(f.max, f.min, f.mean, f.sdev, f.pointOfMax), std::tuple(14, 12, 13, 2, 6));
         EXPECT_FLOAT_EQ(f.rms, static_cast<float>(rms));
-        EXPECT_EQ(f.pointOfMax, 6);
         EXPECT_EQ(TestValue<TSAccGetFullScaleValid>(acc.Get(), 0), 1);
         EXPECT_TRUE(TSAccGetFullScaleLimits(acc.Get(), 0, &low, &high));
         EXPECT_EQ(low, -10);

@@ -199,7 +199,6 @@ TEST_F(FormatRegistryTest, AccessTypesAreNamed)
     TestWriteFile(TestSysFolder(), "LocalAccessTypes.sys", "2345\n2345,two,commas\nx,No number\n 2345,Local\n2345,Later\n");
     Configure({"OtherFF"});
     EXPECT_EQ(AccessName(Info(), VTFileAccessTimeSeries), "Time series");
-    EXPECT_EQ(AccessName(Info(), VTFileAccessCycles), "Cycles");
     EXPECT_EQ(AccessName(Info(), 2345), "Local");
     // No file type has this one.
     EXPECT_EQ(AccessName(Info(), VTFileAccessFEModels, false), "Unknown file type (7)");
