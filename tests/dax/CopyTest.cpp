@@ -2,6 +2,7 @@
 #include "plugins/StandIn.h"
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -185,6 +186,23 @@ TEST_F(DaxCopy, AFailureOnTheWayLeavesTheEarlierFile)
     dax_.ExpectFailure({"copy", broken, out_, "--overwrite"}, -328020);
     EXPECT_EQ(TestReadFile(out_), "earlier");
     EXPECT_EQ(CountLeftovers(), 0U);
+}
+
+TEST_F(DaxCopy, AFullDiskIsToldByTheNameOfTheOutput)
+{
+    const std::string large = folder_.Write("large.sta", "STAND points=100000 rate=100");
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small = {64 * 1024, before.rlim_max};
+    for (const char* name : {"full.z4t", "full.wav"}) {
+        setrlimit(RLIMIT_FSIZE, &small);
+        const DaxResult result = dax_.Run({"copy", large, folder_.Name(name)});
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_NE(result.err.find(folder_.Name(name)), std::string::npos) << result.err;
+        EXPECT_EQ(result.err.find(".dax-"), std::string::npos) << result.err;
+        EXPECT_EQ(CountLeftovers(), 0U);
+    }
 }
 
 TEST_F(DaxCopy, ASignalLeavesTheEarlierFile)

@@ -282,12 +282,18 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     const std::vector<std::string> names = VFGetTargetFiles(VFMakeTargetId(plan, name).Get());
     VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
     StagedCopy copy(registry, plan, output, name);
-    copy.ArrangeChannels(asked);
-    if (arguments_.strict)
-        CheckStrict(copy.Write(VVTrialPoints, true));
-    const std::vector<VDLoss> losses = copy.Write(std::numeric_limits<std::int64_t>::max(), quiet_ || context.IsJson());
-    CheckStrict(losses);
-    output.Publish();
+    std::vector<VDLoss> losses;
+    try {
+        copy.ArrangeChannels(asked);
+        if (arguments_.strict)
+            CheckStrict(copy.Write(VVTrialPoints, true));
+        losses = copy.Write(std::numeric_limits<std::int64_t>::max(), quiet_ || context.IsJson());
+        CheckStrict(losses);
+        output.Publish();
+    } catch (const VDFailure&) {
+        output.NameTargetsInErrors();
+        throw;
+    }
 
     if (context.IsJson())
         return MakeDocument(input, plan, names.front(), losses);

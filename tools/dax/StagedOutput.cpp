@@ -101,6 +101,19 @@ std::string VDStagedOutput::StagedName(const std::string& name) const
     return (staging_->GetPath() / fs::path(name).filename()).string();
 }
 
+void VDStagedOutput::NameTargetsInErrors() const
+{
+    const std::string staged = staging_->GetPath().string();
+    std::vector<VDErrorReport> reports = VFTakeErrors();
+    for (VDErrorReport& report : reports) {
+        std::string text = report.text.Str();
+        for (std::size_t at = text.find(staged); at != std::string::npos; at = text.find(staged, at))
+            text.replace(at, staged.size(), folder_.string());
+        report.text = text.c_str();
+    }
+    VFPutErrors(reports);
+}
+
 void VDStagedOutput::Publish()
 {
     const std::vector<fs::path> files = staging_->GetFiles();

@@ -30,6 +30,8 @@ public:
 
     /// Where to write the file that is to have this name.
     std::string StagedName(const std::string& name) const;
+    /// Puts the names that the files will have in the place of those under which they are written, in what is recorded.
+    void NameTargetsInErrors() const;
     /// Removes what is staged so far.
     void Discard() { staging_->Clear(); }
     /// Brings everything that is staged to the disk and under its name; files that the format added come along.
