@@ -36,7 +36,7 @@ void DecodeAll(const VDCanFrameDefinition& frame)
         if (chan.GetValueFromFrame(last, &value))
             chan.GetEnumText(value, &text);
         chan.DecodeMethod2(last, &value);
-        const VDCanFrames frames = {data.data(), frame.GetNumBytes(), Frames};
+        const VDCanFrames frames = {data.data(), static_cast<std::int64_t>(bytes), Frames};
         if (decoder.DecodeRaw(index, frames, column, present) >= 0 && present[Frames - 1] != 0 &&
             column[Frames - 1] != value)
             std::abort();

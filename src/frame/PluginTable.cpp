@@ -52,7 +52,7 @@ VDPluginSource VFGetPluginSource(const char* section, const VDString& name)
 {
     VDPluginSource source;
     int skip = 0;
-    source.configured = VFGetPlugInType(section, name, &skip, &source.libraryName, &source.prefix);
+    source.configured = VFGetPlugInType(section, name, &skip, &source.nameOfLibrary, &source.prefix);
     source.skip = skip != 0;
     return source;
 }

@@ -58,7 +58,7 @@ struct VDPluginSource
 {
     bool configured = false;
     bool skip = false;
-    VDString libraryName = {};
+    VDString nameOfLibrary = {};
     VDString prefix = {};
 };
 
@@ -117,7 +117,7 @@ bool VFLoadPluginTable(const char* section, VDPluginTable<Record>& table, const 
         const VDPluginSource source = VFGetPluginSource(section, record.name);
         record.switchedOff = source.skip;
         if (source.configured && !source.skip)
-            VFLoadPlugin(record, [&] { return load(record, source.libraryName, source.prefix); });
+            VFLoadPlugin(record, [&] { return load(record, source.nameOfLibrary, source.prefix); });
     }
     return true;
 }
