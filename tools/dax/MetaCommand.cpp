@@ -138,7 +138,7 @@ VDMetaEdits VDMetaCommand::MakeEdits(VDCommandContext& context, const VDInputTes
         LQChannelMapper mapper(nullptr);
         VFReadMetaDataXml(xmlFile_, numbers, mapper);
         edits.Take(mapper, merge_ == "keep");
-        for (const int number : edits.DropOtherChannels(*VFGetMetaData(input.GetTest().Get())))
+        for (const int number : edits.DropOtherChannels(VFNeedMetaData(input.GetTest().Get())))
             context.Warn({DaxToolError::ItemLeftOut,
                           "Channel " + std::to_string(number) + " is not in this test; its metadata were passed over",
                           "VDMetaCommand::MakeEdits"});
@@ -158,6 +158,8 @@ std::unique_ptr<LQChannelMapper> VDMetaCommand::ChooseMetaData(const VDInputTest
 {
     const LQChannelMapper* const all = VFGetMetaData(input.GetTest().Get());
     auto chosen = std::make_unique<LQChannelMapper>(nullptr);
+    if (all == nullptr)
+        return chosen;
     const auto take = [&](int from, int to) {
         VFForEachSet(*all, from, [&](const Z4PropertySet& set) {
             if (set_.empty() || set.GetName() == set_.c_str())

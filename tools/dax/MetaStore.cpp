@@ -14,7 +14,7 @@ VDMetaStored VFStoreInFile(const VDInputTest& input, const VDMetaEdits& edits)
     VFCheck(static_cast<bool>(acc));
     VFCheck(TSAccSetId(acc.Get(), input.GetId().Get(), 0));
     VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenUpdate));
-    LQChannelMapper* const mapper = VFGetMetaData(acc.Get());
+    LQChannelMapper* const mapper = &VFNeedMetaData(acc.Get());
     VFDropInputInfo(*mapper);
     edits.Check(*mapper);
     const int count = edits.Apply(*mapper);

@@ -22,7 +22,7 @@ std::string VFFillTemplate(const VDTimeSeriesTest& source, const std::string& te
     constexpr int allChannels = -1;
     VDString pattern(text);
     VDString name;
-    VFCheck(VFDaxEvaluateStringFromMeta(pattern, VFGetMetaData(source.Get()), allChannels, 1, &name, 0, nullptr, nullptr, 0));
+    VFCheck(VFDaxEvaluateStringFromMeta(pattern, &VFNeedMetaData(source.Get()), allChannels, 1, &name, 0, nullptr, nullptr, 0));
     return name.Str();
 }
 

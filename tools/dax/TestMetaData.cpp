@@ -41,6 +41,14 @@ LQChannelMapper* VFGetMetaData(VDTsAcc* acc)
     return nullptr;
 }
 
+LQChannelMapper& VFNeedMetaData(VDTsAcc* acc)
+{
+    LQChannelMapper* const mapper = VFGetMetaData(acc);
+    if (mapper == nullptr)
+        VFFail(DaxToolError::NoItem, "There are no metadata, and the format has no place for them", "VFNeedMetaData");
+    return *mapper;
+}
+
 void VFForEachSet(const LQChannelMapper& mapper, int slot, const std::function<void(const Z4PropertySet& set)>& visit)
 {
     for (int index = 0; index < mapper.GetMetaDataSetCount(slot); ++index)

@@ -12,6 +12,8 @@ class Z4PropertySet;
 /// The metadata of an open test, which stays the access object's; null where the format keeps none. Throws if it can't be
 /// read.
 LQChannelMapper* VFGetMetaData(VDTsAcc* acc);
+/// The same for work that can't be done without any; throws where the format keeps none.
+LQChannelMapper& VFNeedMetaData(VDTsAcc* acc);
 
 /// Calls back for each set of a slot.
 /// @param slot  index of a channel or `LQChannelMapper::GLOBAL`
