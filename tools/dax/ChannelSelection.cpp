@@ -78,7 +78,7 @@ void VDChannelSelection::Register(CLI::App& command)
         ->type_name("N");
 }
 
-std::vector<VDChannel> VDChannelSelection::Choose(const VDTimeSeriesTest& test) const
+std::vector<VDChannel> VDChannelSelection::Choose(const VDDataTest& test) const
 {
     const std::vector<VDChannel>& channels = test.GetChannels();
     if (texts.empty())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TimeSeriesTest.h"
+#include "DataTest.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,7 +12,7 @@ struct VDChannelSelection
     void Register(CLI::App& command);
     /// The chosen channels in the order in which they are asked for, each once; throws for a number that the test doesn't
     /// have.
-    std::vector<VDChannel> Choose(const VDTimeSeriesTest& test) const;
+    std::vector<VDChannel> Choose(const VDDataTest& test) const;
 };
 
 /// Makes "--chan 1 2 3" the same as "--chan 1,2,3", so that a file name may follow the numbers.

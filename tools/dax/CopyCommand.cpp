@@ -41,13 +41,13 @@ private:
 /// Points of each channel in the trial that shows what a format keeps.
 constexpr std::int64_t VVTrialPoints = 1024;
 
-/// Time-series formats that a copy of this type may have. A temporary one's files would be gone with the program, and the
+/// Formats of the same kind of data that a copy of this type may have. A temporary one's files would be gone with the program, and the
 /// older kind of storage file, which holds floats only, takes what comes from its own kind.
 std::vector<VDFileType> VFGetTargetTypes(const VDRegistry& registry, const VDFileType& source)
 {
     std::vector<VDFileType> types = registry.GetFileTypes();
     std::erase_if(types, [&](const VDFileType& type) {
-        return !type.writable || type.temporary || type.accessType != VTFileAccessTimeSeries ||
+        return !type.writable || type.temporary || type.accessType != source.accessType ||
                (type.IsFloatStorage() && !source.IsFloatStorage());
     });
     return types;
@@ -58,12 +58,12 @@ bool VFEqualNoCase(const std::string& left, const std::string& right)
     return VDString(left).CompareNoCase(right.c_str()) == 0;
 }
 
-/// Whether an output of this extension gets the format if none is asked for; without an extension it is the typed storage,
+/// Whether an output of this extension gets the format if none is asked for; without an extension it is the storage format,
 /// which has room for everything.
 bool VFHasExtension(const VDFileType& type, const std::string& extension)
 {
     if (extension.empty())
-        return type.IsTypedStorage();
+        return type.fileId == DaxStorageFileId && !type.IsFloatStorage();
     return !type.IsFloatStorage() && std::any_of(type.extensions.begin(), type.extensions.end(),
                                                  [&](const std::string& own) { return VFEqualNoCase(own, extension); });
 }
@@ -150,9 +150,9 @@ private:
         VDTestArguments arguments;
         arguments.file = written_;
         const VDFileIdHandle id = VFChooseTest(registry_, arguments);
-        const VDTimeSeriesTest trial(id);
+        const std::unique_ptr<VDDataTest> trial = VFOpenDataTest(id);
         std::vector<int> numbers;
-        for (const VDChannel& channel : trial.GetChannels())
+        for (const VDChannel& channel : trial->GetChannels())
             numbers.push_back(channel.number);
         return numbers == std::exchange(plan_.numbers, own);
     }
@@ -213,15 +213,15 @@ VDFileType VDCopyCommand::ChooseFormat(const VDRegistry& registry, const VDFileI
         int fileId = 0;
         int subId = 0;
         VFCheck(FINFGetFileIdFromKeyword(registry.Get(), keyword_.c_str(), VTFileAccessAll, &fileId, &subId));
-        const bool floats = registry.Describe(fileId, subId).IsFloatStorage();
-        VFFail(DaxToolError::NoFormat,
-               "The format " + keyword_ + (floats ? " is written from its own kind only" : " can't be written") +
-                   "; these can: " + writable,
-               routine);
+        const VDFileType& wanted = registry.Describe(fileId, subId);
+        const char* const reason = wanted.IsFloatStorage()               ? " is written from its own kind only"
+                                   : wanted.accessType != own.accessType ? " can't hold this kind of data"
+                                                                         : " can't be written";
+        VFFail(DaxToolError::NoFormat, "The format " + keyword_ + reason + "; these can: " + writable, routine);
     }
     if (fitting.empty())
         VFFail(DaxToolError::NoFormat,
-               "No format that can be written has the extension '" + extension.Str() +
+               "No format that can hold this kind of data and be written has the extension '" + extension.Str() +
                    "'; choose one with --format: " + writable,
                routine);
     for (const VDFileType& type : fitting)
@@ -271,15 +271,15 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
 {
     const VDRegistry& registry = context.Registry();
     const VDInputTest input(context, arguments_);
-    const VDTimeSeriesTest& source = input.GetTest();
+    const VDDataTest& source = input.GetTest();
     const std::vector<VDChannel> asked = selection_.Choose(source);
     const VDFileType format = ChooseFormat(registry, input.GetId());
     VDCopyPlan plan{source, VFSortByNumber(asked), {}, format, VFGetValuesToKeep(source, !noMeta_), !noMeta_};
     for (const VDChannel& channel : plan.channels)
         plan.numbers.push_back(channel.number);
     const std::string name = VDStagedOutput::ResolveName(
-        template_.empty() ? out_ : VFMakeOutputName(context, source, template_, out_, format));
-    const std::vector<std::string> names = VFGetTargetFiles(VFMakeTargetId(plan, name).Get());
+        template_.empty() ? out_ : VFMakeOutputName(context, input.Access(), template_, out_, format));
+    const std::vector<std::string> names = VFGetTargetFiles(format, VFMakeTargetId(plan, name).Get());
     VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
     StagedCopy copy(registry, plan, output, name);
     std::vector<VDLoss> losses;

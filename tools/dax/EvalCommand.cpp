@@ -58,7 +58,7 @@ VDJson VDEvalCommand::Run(VDCommandContext& context)
     if (text_.empty() && expression_.empty())
         VFFail(DaxToolError::Usage, "There is nothing to evaluate; give a text or --value", "dax");
     const VDInputTest input(context, arguments_);
-    LQChannelMapper* const mapper = &VFNeedMetaData(input.GetTest().Get());
+    LQChannelMapper* const mapper = &VFNeedMetaData(input.Access());
     const int channel = VFChannelOf(*mapper, channel_);
     VDString result;
     if (expression_.empty()) {

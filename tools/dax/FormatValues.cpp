@@ -4,10 +4,10 @@
 
 namespace {
 
-VDVariant VFGetValue(VDTsAcc* acc, const char* name)
+VDVariant VFGetValue(const VDTestAccess& test, const char* name)
 {
     VDVariant value;
-    VFCheck(TSAccGetFormatSpecificValue(acc, static_cast<int>(DaxChannel::WholeFile), name, &value));
+    VFCheck(test.GetFormatValue(name, &value));
     return value;
 }
 
@@ -19,22 +19,22 @@ std::string VDFormatValue::Text() const
     return value.ConvertToString(&text) ? text.Str() : std::string();
 }
 
-std::vector<VDFormatValue> VFGetFormatValues(VDTsAcc* acc)
+std::vector<VDFormatValue> VFGetFormatValues(const VDTestAccess& test)
 {
-    const VDVariant names = VFGetValue(acc, DaxFormatValue::Names);
+    const VDVariant names = VFGetValue(test, DaxFormatValue::Names);
     std::vector<VDFormatValue> values;
     for (int index = 0; index < names.GetNumItems(); ++index) {
         VDString name;
         if (!names[index].GetString(&name) || name.CompareNoCase(DaxFormatValue::Damage) == 0)
             continue;
-        VDFormatValue value{name.Str(), VFGetValue(acc, name)};
+        VDFormatValue value{name.Str(), VFGetValue(test, name)};
         if (!value.Text().empty())
             values.push_back(std::move(value));
     }
     return values;
 }
 
-std::string VFGetFormatText(VDTsAcc* acc, const char* name)
+std::string VFGetFormatText(const VDTestAccess& test, const char* name)
 {
-    return VDFormatValue{name, VFGetValue(acc, name)}.Text();
+    return VDFormatValue{name, VFGetValue(test, name)}.Text();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "daxlib/DaxHandle.h"
-#include "vdbase/VDVariant.h"
+#include "TestAccess.h"
 
 #include <string>
 #include <vector>
@@ -23,6 +22,6 @@ constexpr const char* VVEncoding = "Encoding";
 
 /// What the file has of them; a format that doesn't list them has none. What tells of the file's state, such as its damage,
 /// isn't among them.
-std::vector<VDFormatValue> VFGetFormatValues(VDTsAcc* acc);
+std::vector<VDFormatValue> VFGetFormatValues(const VDTestAccess& test);
 /// The text under one name, without regard to case; empty if there is none.
-std::string VFGetFormatText(VDTsAcc* acc, const char* name);
+std::string VFGetFormatText(const VDTestAccess& test, const char* name);

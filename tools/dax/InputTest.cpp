@@ -1,8 +1,7 @@
 #include "InputTest.h"
 
+#include "FormatValues.h"
 #include "ToolError.h"
-
-#include "daxlib/TimeSeriesPlugin.h"
 
 #include <filesystem>
 
@@ -12,12 +11,39 @@ VDInputTest::VDInputTest(VDCommandContext& context, const VDTestArguments& argum
 }
 
 VDInputTest::VDInputTest(VDCommandContext& context, const VDTestArguments& arguments, VDFileIdHandle id)
-    : id_(std::move(id)), test_(id_)
+    : id_(std::move(id)), test_(VFOpenDataTest(id_))
 {
-    const std::string damage = VFGetFormatText(test_.Get(), DaxFormatValue::Damage);
+    if (test_->Access() == nullptr)
+        return;
+    const std::string damage = VFGetFormatText(Access(), DaxFormatValue::Damage);
     if (!damage.empty())
         Tell(context, arguments, DaxToolError::Damaged, "The file " + GetPath() + " is damaged. " + damage);
     TellOfSidecar(context, arguments);
+}
+
+const VDTimeSeriesTest& VDInputTest::GetTimeSeries() const
+{
+    if (const auto* const series = dynamic_cast<const VDTimeSeriesTest*>(test_.get()))
+        return *series;
+    VFFail(DaxToolError::NotTimeSeries, "The test holds no time series but " + DescribeFormat() + ": " + GetPath(),
+           "VDInputTest::GetTimeSeries");
+}
+
+VDTestAccess& VDInputTest::Access() const
+{
+    if (VDTestAccess* const access = test_->Access())
+        return *access;
+    VFFail(DaxToolError::NotTimeSeries, "Nothing reads the data of " + DescribeFormat() + ": " + GetPath(),
+           "VDInputTest::Access");
+}
+
+std::string VDInputTest::DescribeFormat() const
+{
+    int accessType = 0;
+    VDString accessClass;
+    VDString description;
+    VFCheck(FIDGetAccessInfo(id_.Get(), &accessType, &accessClass, &description));
+    return description.Str();
 }
 
 void VDInputTest::Tell(VDCommandContext& context, const VDTestArguments& arguments, int code, const std::string& text) const
@@ -31,10 +57,8 @@ void VDInputTest::Tell(VDCommandContext& context, const VDTestArguments& argumen
 void VDInputTest::TellOfSidecar(VDCommandContext& context, const VDTestArguments& arguments) const
 {
     VDString name;
-    char keeps = 0;
-    VFCheck(TSAccGetCapability(test_.Get(), DaxTimeSeries::KeepsMetaData, &keeps));
     std::error_code none;
-    if (keeps != 0 || VMDCreateFilenameFromFileId(id_.Get(), &name) == 0 || !std::filesystem::exists(name.Str(), none))
+    if (Access().KeepsMetaData() || VMDCreateFilenameFromFileId(id_.Get(), &name) == 0 || !std::filesystem::exists(name.Str(), none))
         return;
     const VDVmdFileHandle sidecar(VMDCreate());
     if (sidecar && VMDAdoptTestVmd(sidecar.Get(), id_.Get(), true))

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Command.h"
-#include "FormatValues.h"
 #include "Identification.h"
 #include "TimeSeriesTest.h"
 
@@ -17,13 +16,18 @@ public:
     VDInputTest(VDCommandContext& context, const VDTestArguments& arguments, VDFileIdHandle id);
 
     const VDFileIdHandle& GetId() const { return id_; }
-    const VDTimeSeriesTest& GetTest() const { return test_; }
+    const VDDataTest& GetTest() const { return *test_; }
+    /// Throws for a test of another kind of data.
+    const VDTimeSeriesTest& GetTimeSeries() const;
+    /// Throws for a kind of data that no family of the library serves.
+    VDTestAccess& Access() const;
     std::string GetPath() const { return VFGetTestFiles(id_.Get()).front(); }
 
 private:
+    std::string DescribeFormat() const;
     void Tell(VDCommandContext& context, const VDTestArguments& arguments, int code, const std::string& text) const;
     void TellOfSidecar(VDCommandContext& context, const VDTestArguments& arguments) const;
 
     VDFileIdHandle id_;
-    VDTimeSeriesTest test_;
+    std::unique_ptr<VDDataTest> test_;
 };

@@ -138,7 +138,7 @@ VDMetaEdits VDMetaCommand::MakeEdits(VDCommandContext& context, const VDInputTes
         LQChannelMapper mapper(nullptr);
         VFReadMetaDataXml(xmlFile_, numbers, mapper);
         edits.Take(mapper, merge_ == "keep");
-        for (const int number : edits.DropOtherChannels(VFNeedMetaData(input.GetTest().Get())))
+        for (const int number : edits.DropOtherChannels(VFNeedMetaData(input.Access())))
             context.Warn({DaxToolError::ItemLeftOut,
                           "Channel " + std::to_string(number) + " is not in this test; its metadata were passed over",
                           "VDMetaCommand::MakeEdits"});
@@ -156,7 +156,7 @@ VDMetaEdits VDMetaCommand::MakeEdits(VDCommandContext& context, const VDInputTes
 /// What was asked for of the metadata, as a copy.
 std::unique_ptr<LQChannelMapper> VDMetaCommand::ChooseMetaData(const VDInputTest& input) const
 {
-    const LQChannelMapper* const all = VFGetMetaData(input.GetTest().Get());
+    const LQChannelMapper* const all = VFGetMetaData(input.Access());
     auto chosen = std::make_unique<LQChannelMapper>(nullptr);
     if (all == nullptr)
         return chosen;

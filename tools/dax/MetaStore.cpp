@@ -3,22 +3,22 @@
 #include "TestMetaData.h"
 #include "ToolError.h"
 
-#include "daxlib/TimeSeriesPlugin.h"
 #include "vdstore/LQChannelMapper.h"
 
 namespace {
 
 VDMetaStored VFStoreInFile(const VDInputTest& input, const VDMetaEdits& edits)
 {
-    const VDTsAccHandle acc(TSAccCreate());
-    VFCheck(static_cast<bool>(acc));
-    VFCheck(TSAccSetId(acc.Get(), input.GetId().Get(), 0));
-    VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenUpdate));
-    LQChannelMapper* const mapper = &VFNeedMetaData(acc.Get());
+    int accessType = 0;
+    VFCheck(FIDGetAccessInfo(input.GetId().Get(), &accessType, nullptr, nullptr));
+    const std::unique_ptr<VDTestAccess> access = VFMakeTestAccess(accessType);
+    VFCheck(access->SetId(input.GetId().Get(), false));
+    VFCheck(access->Open(VTTestOpen::Update));
+    LQChannelMapper* const mapper = &VFNeedMetaData(*access);
     VFDropInputInfo(*mapper);
     edits.Check(*mapper);
     const int count = edits.Apply(*mapper);
-    VFCheck(TSAccClose(acc.Get()));
+    VFCheck(access->Close());
     return {input.GetPath(), count};
 }
 
@@ -51,7 +51,5 @@ VDMetaStored VFStoreInSidecar(const VDInputTest& input, const VDMetaEdits& edits
 
 VDMetaStored VFStoreMetaData(const VDInputTest& input, const VDMetaEdits& edits)
 {
-    char keeps = 0;
-    VFCheck(TSAccGetCapability(input.GetTest().Get(), DaxTimeSeries::KeepsMetaData, &keeps));
-    return keeps != 0 ? VFStoreInFile(input, edits) : VFStoreInSidecar(input, edits);
+    return input.Access().KeepsMetaData() ? VFStoreInFile(input, edits) : VFStoreInSidecar(input, edits);
 }

@@ -17,12 +17,12 @@ namespace {
 constexpr const char* VVRoutine = "VFMakeOutputName";
 constexpr std::size_t VVLongestName = 255;
 
-std::string VFFillTemplate(const VDTimeSeriesTest& source, const std::string& text)
+std::string VFFillTemplate(const VDTestAccess& source, const std::string& text)
 {
     constexpr int allChannels = -1;
     VDString pattern(text);
     VDString name;
-    VFCheck(VFDaxEvaluateStringFromMeta(pattern, &VFNeedMetaData(source.Get()), allChannels, 1, &name, 0, nullptr, nullptr, 0));
+    VFCheck(VFDaxEvaluateStringFromMeta(pattern, &VFNeedMetaData(source), allChannels, 1, &name, 0, nullptr, nullptr, 0));
     return name.Str();
 }
 
@@ -51,7 +51,7 @@ bool VFHasExtension(const std::string& name, const VDFileType& format)
 
 }  // namespace
 
-std::string VFMakeOutputName(VDCommandContext& context, const VDTimeSeriesTest& source, const std::string& text,
+std::string VFMakeOutputName(VDCommandContext& context, const VDTestAccess& source, const std::string& text,
                              const std::string& folder, const VDFileType& format)
 {
     const std::string filled = VFFillTemplate(source, text);

@@ -77,7 +77,7 @@ CLI::App* VDReadCommand::Register(CLI::App& program)
 VDJson VDReadCommand::Run(VDCommandContext& context)
 {
     const VDInputTest input(context, arguments_);
-    const VDTimeSeriesTest& test = input.GetTest();
+    const VDTimeSeriesTest& test = input.GetTimeSeries();
     const std::vector<VDChannel> channels = selection_.Choose(test);
     CheckFirst(channels);
     const std::vector<VDChannelGroup> groups = VFGroupByTime(channels);

@@ -1,11 +1,14 @@
 #include "Registry.h"
 
+#include "TestAccess.h"
 #include "ToolError.h"
 
-#include "daxlib/TimeSeriesPlugin.h"
 #include "daxlib/VDGeneralFiles.h"
 #include "vdbase/VFFilename.h"
 #include "vdbase/VFPlugIn.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -30,34 +33,40 @@ bool VFIsTemporary(int fileId, int subId)
     return temporary != 0;
 }
 
-/// Whether the library finds an access plug-in for a time-series type, and one that writes where that is asked for. It is
-/// asked to serve a test that isn't there: what it says about that test itself doesn't count.
-bool VFIsServedTimeSeries(const VDFileType& type, bool writes)
+/// Whether the library finds an access plug-in for a type, and one that writes where that is asked for. It is asked to serve
+/// a test that isn't there: what it says about that test itself doesn't count.
+bool VFFindsAccess(const VDFileType& type, bool writes)
 {
-    constexpr int notSupported = -328008;
     constexpr int disabled = -327698;
+    constexpr int notSupported[] = {-328008, -327802, -328988, -331585};
     constexpr const char* nowhere = "/dev/null/test";
+    const std::unique_ptr<VDTestAccess> access = VFMakeTestAccess(type.accessType);
+    if (access == nullptr)
+        return false;
     const VDFileIdHandle id(FIDCreate());
-    const VDTsAccHandle acc(TSAccCreate());
     int index = 0;
-    VFCheck(id && acc);
+    VFCheck(static_cast<bool>(id));
     VFCheck(FIDSetFileId(id.Get(), type.fileId, type.subId));
     VFCheck(FIDSetFilename(id.Get(), VTNameFormFile, nowhere, ""));
     VFCheck(FIDAddChannel(id.Get(), 1, &index));
     VFCheck(FIDSetInfoLoaded(id.Get(), 1));
     VFErrorClear();
-    const bool bound = TSAccSetId(acc.Get(), id.Get(), writes ? 1 : 0) != 0;
+    const bool bound = access->SetId(id.Get(), writes) != 0;
     const int code = VFErrorGetCode(VFGetBaseLibError());
-    char writable = 0;
-    if (bound && writes && TSAccGetCapability(acc.Get(), DaxTimeSeries::Writable, &writable) != 0)
-        return writable != 0;
-    return bound || (code != notSupported && code != disabled);
+    if (bound && writes)
+        return access->IsWritable();
+    return bound || (code != disabled && std::find(std::begin(notSupported), std::end(notSupported), code) ==
+                                             std::end(notSupported));
 }
 
 /// Whether something is there that opens tests of the type's kind.
 bool VFIsServed(const VDFileType& type, bool writes)
 {
-    const bool served = type.accessType == VTFileAccessTimeSeries && VFIsServedTimeSeries(type, writes);
+    bool served = false;
+    try {
+        served = VFFindsAccess(type, writes);
+    } catch (const VDFailure&) {  // it doesn't even say what it can do
+    }
     VFErrorClear();
     return served;
 }

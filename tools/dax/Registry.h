@@ -22,8 +22,6 @@ struct VDFileType
     bool temporary = false;  ///< its files go with the last id of the test
     std::vector<std::string> extensions;
 
-    /// The built-in storage of time series whose channels have a type each, to which the extension "z4t" leads.
-    bool IsTypedStorage() const { return fileId == DaxStorageFileId && subId == 11; }
     /// The older kind of the same, which holds floats only.
     bool IsFloatStorage() const { return fileId == DaxStorageFileId && subId == 4; }
     /// Known by its extension alone, through the configuration.

@@ -68,7 +68,7 @@ CLI::App* VDStatsCommand::Register(CLI::App& program)
 VDJson VDStatsCommand::Run(VDCommandContext& context)
 {
     const VDInputTest input(context, arguments_);
-    const VDTimeSeriesTest& test = input.GetTest();
+    const VDTimeSeriesTest& test = input.GetTimeSeries();
     const std::vector<VDChannel> channels = selection_.Choose(test);
     if (calculate_)
         VFCalculateStats(test, channels, quiet_ || context.IsJson());

@@ -1,74 +1,17 @@
 #include "TestCopy.h"
 
+#include "DataWriter.h"
 #include "Identification.h"
-#include "Interrupt.h"
 #include "TestMetaData.h"
 #include "ToolError.h"
 #include "Values.h"
 
-#include "daxlib/TimeSeriesPlugin.h"
 #include "daxlib/VMD.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <algorithm>
 
 namespace {
-
-/// One channel on its way.
-struct Stream
-{
-    VDChannel channel;
-    VDValues values;
-    int target = 0;  ///< its index in the target
-    VTValueForm form;
-    bool formKnown = false;
-
-    Stream(const VDChannel& source, std::int64_t block, int index)
-        : channel(source), values(VFValueForm(source.type), block), target(index), form(values.GetForm())
-    {
-    }
-};
-
-/// A target whose channels share one header holds channels that agree only: anything else would put values at wrong times.
-void VFCheckCommonHeader(const VDCopyPlan& plan)
-{
-    const VDChannel& first = plan.channels.front();
-    for (const VDChannel& channel : plan.channels)
-        if (channel.sampleRate != first.sampleRate || channel.baseTime != first.baseTime || channel.points != first.points)
-            VFFail(DaxToolError::CommonHeader,
-                   "All channels of a " + plan.format.keyword +
-                       " file have the same sample rate, base time and length, but channels " +
-                       std::to_string(first.number) + " and " + std::to_string(channel.number) +
-                       " differ; copy them apart with --chan",
-                   "VFWriteTest");
-}
-
-bool VFCan(VDTsAcc* acc, int capability)
-{
-    char answer = 0;
-    VFCheck(TSAccGetCapability(acc, capability, &answer));
-    return answer != 0;
-}
-
-/// Writes all that stands in front of the values. Texts and base time may be more than the format can hold: what it kept is
-/// read back later. A sample rate or a length that it refuses ends the copy.
-void VFWriteHeader(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t limit)
-{
-    const bool growing = VFCan(acc, DaxTimeSeries::Extendable);
-    const bool titled = VFCan(acc, DaxTimeSeries::ChannelTitles);
-    TSAccSetXTitle(acc, plan.source.GetXTitle().c_str());
-    TSAccSetXUnits(acc, plan.source.GetXUnits().c_str());
-    for (int index = 0; index < static_cast<int>(plan.channels.size()); ++index) {
-        const VDChannel& channel = plan.channels[static_cast<std::size_t>(index)];
-        VFCheck(TSAccSetSampleRate(acc, index, channel.sampleRate));
-        if (!growing)
-            VFCheck(TSAccSetNumPoints(acc, index, std::min(channel.points, limit)));
-        TSAccSetBaseTime(acc, index, channel.baseTime);
-        TSAccSetYTitle(acc, index, (titled ? channel.yTitle : channel.title).c_str());
-        TSAccSetYUnits(acc, index, channel.units.c_str());
-    }
-    VFErrorClear();
-}
 
 void VFCopyMetaData(const VDCopyPlan& plan, const LQChannelMapper& from, LQChannelMapper& to)
 {
@@ -83,11 +26,11 @@ void VFCopyMetaData(const VDCopyPlan& plan, const LQChannelMapper& from, LQChann
 }
 
 /// Gives the format what it is asked to keep. What it doesn't take is found by a comparison later.
-void VFPutValues(const VDCopyPlan& plan, VDTsAcc* acc)
+void VFPutValues(const VDCopyPlan& plan, VDTestAccess& target)
 {
     for (const VDValueToKeep& value : plan.values) {
         VDVariant copy = value.value;
-        TSAccSetFormatSpecificValue(acc, static_cast<int>(DaxChannel::WholeFile), value.name.c_str(), &copy);
+        target.SetFormatValue(value.name.c_str(), &copy);
     }
     VFErrorClear();
 }
@@ -115,19 +58,19 @@ bool VFHasOwnItems(const VDCopyPlan& plan, const LQChannelMapper& from)
 }
 
 /// Hands the metadata over. A format that keeps none gets a file beside it only if there is anything to put into that.
-void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
+void VFWriteMetaData(const VDCopyPlan& plan, VDTestAccess& target)
 {
     if (!plan.metaData)
         return;
-    const LQChannelMapper* const from = VFGetMetaData(plan.source.Get());
+    const LQChannelMapper* const from = VFGetMetaData(*plan.source.Access());
     std::vector<const VDValueToKeep*> values;
     for (const VDValueToKeep& value : plan.values)
-        if (VFGetFormatText(acc, value.name.c_str()).empty())
+        if (VFGetFormatText(target, value.name.c_str()).empty())
             values.push_back(&value);
     const bool hasItems = from != nullptr && VFHasOwnItems(plan, *from);
-    if (values.empty() && !hasItems && !VFCan(acc, DaxTimeSeries::KeepsMetaData))
+    if (values.empty() && !hasItems && !target.KeepsMetaData())
         return;
-    LQChannelMapper* const to = VFGetMetaData(acc);
+    LQChannelMapper* const to = VFGetMetaData(target);
     if (to == nullptr)
         return;
     if (from != nullptr)
@@ -135,53 +78,28 @@ void VFWriteMetaData(const VDCopyPlan& plan, VDTsAcc* acc)
     VFKeepValues(values, *to);
 }
 
-/// Writes the first block in the most exact form that the target takes, which is then the form of the whole channel.
-void VFWriteFirstBlock(Stream& stream, VDTsAcc* acc, std::int64_t point)
+std::unique_ptr<VDDataWriter> VFMakeDataWriter(const VDCopyPlan& plan)
 {
-    if (stream.values.Write(acc, stream.target, point, stream.form)) {
-        stream.formKnown = true;
-        return;
+    switch (plan.format.accessType) {
+    case VTFileAccessTimeSeries:
+        return VFMakeTimeSeriesWriter(plan);
+    default:
+        VFFail(DaxToolError::NoFormat, "Tests of this kind can't be written: " + plan.format.description, "VFWriteTest");
     }
-    const std::vector<VDErrorReport> reports = VFTakeErrors();
-    const VTValueForm others[] = {VTValueForm::Digital64, VTValueForm::Double, VTValueForm::Float};
-    for (const VTValueForm form : others) {
-        const bool toInteger = form == VTValueForm::Digital64;
-        if (form == stream.form || (toInteger ? stream.form != VTValueForm::Digital32 : form < stream.form))
-            continue;
-        if (stream.values.Write(acc, stream.target, point, form)) {
-            stream.form = form;
-            stream.formKnown = true;
-            return;
-        }
-    }
-    // None fits, so the first refusal is what has to be said.
-    VFPutErrors(reports);
-    throw VDFailure();
 }
 
-void VFCopyValues(const VDCopyPlan& plan, VDTsAcc* acc, std::int64_t block, std::int64_t limit, VDProgressBar& progress)
+/// Writes the values; where the format takes them only without one of the values of its own, that one is thrown.
+void VFWriteData(VDDataWriter& writer, std::int64_t limit, VDProgressBar& progress)
 {
-    std::int64_t last = 0;
-    std::vector<Stream> streams;
-    for (const VDChannel& channel : plan.channels) {
-        streams.emplace_back(channel, block, static_cast<int>(streams.size()));
-        last = std::max(last, std::min(channel.points, limit));
-    }
-    // Block by block over all channels, which suits files that hold their channels side by side.
-    for (std::int64_t point = 1; point <= last; point += block) {
-        for (Stream& stream : streams) {
-            VDInterruptGuard::Check();
-            const std::int64_t count = std::min(block, std::min(stream.channel.points, limit) - point + 1);
-            if (count < 1)
-                continue;
-            if (stream.values.Read(plan.source.Get(), stream.channel.index, point, count) != count)
-                VFFail(DaxToolError::Incomplete, "The file ends before the points that it states", "VFWriteTest");
-            if (!stream.formKnown)
-                VFWriteFirstBlock(stream, acc, point);
-            else if (!stream.values.Write(acc, stream.target, point, stream.form))
-                throw VDFailure();
-            progress.Advance(count);
-        }
+    try {
+        writer.WriteData(limit, progress);
+    } catch (const VDFailure&) {
+        const std::vector<VDErrorReport> reports = VFTakeErrors();
+        const std::string unfit = VFGetFormatText(writer.Access(), DaxFormatValue::Unfit);
+        if (!unfit.empty())
+            throw VDUnfit{unfit};
+        VFPutErrors(reports);
+        throw;
     }
 }
 
@@ -224,7 +142,7 @@ std::string VFOwnTitle(VDFileId* id)
     return derived ? std::string() : title.Str();
 }
 
-std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source, bool metaData)
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDDataTest& source, bool metaData)
 {
     std::vector<VDValueToKeep> values;
     const auto add = [&values](const VDFormatValue& found, const std::string& what) {
@@ -235,28 +153,27 @@ std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source, boo
             values.push_back({found, what});
     };
     if (!metaData) {
-        add({VVEncoding, VDVariant(VFGetFormatText(source.Get(), VVEncoding).c_str())}, VVEncoding);
+        add({VVEncoding, VDVariant(VFGetFormatText(*source.Access(), VVEncoding).c_str())}, VVEncoding);
         return values;
     }
-    const LQChannelMapper* const mapper = VFGetMetaData(source.Get());
+    const LQChannelMapper* const mapper = VFGetMetaData(*source.Access());
     const Z4PropertySet* const details =
         mapper != nullptr ? mapper->GetMetaDataSet(VVExtraDetails, LQChannelMapper::GLOBAL) : nullptr;
     for (int index = 0; details != nullptr && index < details->GetSize(); ++index)
         if (const Z4Property& item = *details->GetProperty(index); item.IsDefined())
             add({item.GetName().Str(), VDVariant(item.ToString())}, VFItemName(VVExtraDetails, item));
-    for (const VDFormatValue& value : VFGetFormatValues(source.Get()))
+    for (const VDFormatValue& value : VFGetFormatValues(*source.Access()))
         add(value, "format value " + value.name);
     add({VVTitle, VDVariant(VFOwnTitle(source.GetId()).c_str())}, "testTitle");
     return values;
 }
 
-std::vector<std::string> VFGetTargetFiles(VDFileId* target)
+std::vector<std::string> VFGetTargetFiles(const VDFileType& format, VDFileId* target)
 {
     std::vector<std::string> files = VFGetTestFiles(target);
-    const VDTsAccHandle acc(TSAccCreate());
-    VFCheck(static_cast<bool>(acc));
-    VFCheck(TSAccSetId(acc.Get(), target, 1));
-    if (!VFCan(acc.Get(), DaxTimeSeries::KeepsMetaData)) {
+    const std::unique_ptr<VDTestAccess> access = VFMakeTestAccess(format.accessType);
+    VFCheck(access->SetId(target, true));
+    if (!access->KeepsMetaData()) {
         VDString sidecar;
         VFCheck(VMDCreateFilenameFromFileId(target, &sidecar));
         files.push_back(sidecar.Str());
@@ -266,31 +183,13 @@ std::vector<std::string> VFGetTargetFiles(VDFileId* target)
 
 void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress)
 {
-    const VDTsAccHandle acc(TSAccCreate());
-    VFCheck(static_cast<bool>(acc));
-    VFCheck(TSAccSetId(acc.Get(), target, 1));
-    if (VFCan(acc.Get(), DaxTimeSeries::CommonHeader))
-        VFCheckCommonHeader(plan);
-    VFPutValues(plan, acc.Get());
-    VFCheck(TSAccOpen(acc.Get(), VTTsAccOpenCreate));
-    VFWriteHeader(plan, acc.Get(), limit);
-    VFWriteMetaData(plan, acc.Get());
-    // The larger of the two sides' blocks, as far as the channels' buffers together stay small.
-    constexpr auto memory = std::int64_t{16} << 20;
-    long targetBlock = 0;
-    VFCheck(TSAccGetBufferSize(acc.Get(), &targetBlock));
-    const auto wanted = std::max<std::int64_t>(targetBlock, plan.source.GetBlockSize());
-    const auto room = memory / (static_cast<std::int64_t>(plan.channels.size() * sizeof(double)));
-    const auto block = std::clamp<std::int64_t>(wanted, 1, std::max<std::int64_t>(room, 1));
-    try {
-        VFCopyValues(plan, acc.Get(), block, limit, progress);
-    } catch (const VDFailure&) {
-        const std::vector<VDErrorReport> reports = VFTakeErrors();
-        const std::string unfit = VFGetFormatText(acc.Get(), DaxFormatValue::Unfit);
-        if (!unfit.empty())
-            throw VDUnfit{unfit};
-        VFPutErrors(reports);
-        throw;
-    }
-    VFCheck(TSAccClose(acc.Get()));
+    const std::unique_ptr<VDDataWriter> writer = VFMakeDataWriter(plan);
+    VFCheck(writer->Access().SetId(target, true));
+    writer->CheckFits();
+    VFPutValues(plan, writer->Access());
+    VFCheck(writer->Access().Open(VTTestOpen::Create));
+    writer->WriteHeader(limit);
+    VFWriteMetaData(plan, writer->Access());
+    VFWriteData(*writer, limit, progress);
+    VFCheck(writer->Access().Close());
 }

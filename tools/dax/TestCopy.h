@@ -1,9 +1,9 @@
 #pragma once
 
+#include "DataTest.h"
 #include "FormatValues.h"
 #include "ProgressBar.h"
 #include "Registry.h"
-#include "TimeSeriesTest.h"
 
 /// Something that a copy is to keep under a name of its own.
 struct VDValueToKeep : VDFormatValue
@@ -14,7 +14,7 @@ struct VDValueToKeep : VDFormatValue
 /// What is copied, and into which format.
 struct VDCopyPlan
 {
-    const VDTimeSeriesTest& source;
+    const VDDataTest& source;
     std::vector<VDChannel> channels;  ///< in the order of the copy
     std::vector<int> numbers;         ///< of the copy's channels, ascending
     VDFileType format;
@@ -35,14 +35,14 @@ std::string VFOwnTitle(VDFileId* id);
 /// What a copy of the test is to keep under names of its own: what the metadata tell, be it from an earlier copy, what the
 /// format has besides, and the title.
 /// @param metaData  false leaves out what tells of the test, so that only the encoding is left
-std::vector<VDValueToKeep> VFGetValuesToKeep(const VDTimeSeriesTest& source, bool metaData);
+std::vector<VDValueToKeep> VFGetValuesToKeep(const VDDataTest& source, bool metaData);
 
 /// An id for a test of the plan's format under this name, with the plan's channels.
 VDFileIdHandle VFMakeTargetId(const VDCopyPlan& plan, const std::string& name);
 
 /// The files of such a test: its own and, for a format that keeps no metadata, the one beside it that does.
-std::vector<std::string> VFGetTargetFiles(VDFileId* target);
+std::vector<std::string> VFGetTargetFiles(const VDFileType& format, VDFileId* target);
 
 /// Writes the plan's channels into a new test; throws on failure.
-/// @param limit  at most so many points of each channel
+/// @param limit  at most so many points of each channel, rows of a table or spectra
 void VFWriteTest(const VDCopyPlan& plan, VDFileId* target, std::int64_t limit, VDProgressBar& progress);

@@ -30,10 +30,10 @@ bool VFIsDerived(const VDString& set, const char* name)
 
 }  // namespace
 
-LQChannelMapper* VFGetMetaData(VDTsAcc* acc)
+LQChannelMapper* VFGetMetaData(const VDTestAccess& test)
 {
     LQChannelMapper* mapper = nullptr;
-    if (TSAccGetMetaData(acc, &mapper) != 0)
+    if (test.GetMetaData(&mapper) != 0)
         return mapper;
     if (VFErrorGetCode(VFGetBaseLibError()) != VVKeepsNone)
         throw VDFailure();
@@ -41,9 +41,9 @@ LQChannelMapper* VFGetMetaData(VDTsAcc* acc)
     return nullptr;
 }
 
-LQChannelMapper& VFNeedMetaData(VDTsAcc* acc)
+LQChannelMapper& VFNeedMetaData(const VDTestAccess& test)
 {
-    LQChannelMapper* const mapper = VFGetMetaData(acc);
+    LQChannelMapper* const mapper = VFGetMetaData(test);
     if (mapper == nullptr)
         VFFail(DaxToolError::NoItem, "There are no metadata, and the format has no place for them", "VFNeedMetaData");
     return *mapper;

@@ -1,19 +1,18 @@
 #pragma once
 
-#include "daxlib/DaxHandle.h"
+#include "TestAccess.h"
 
 #include <functional>
 #include <string>
 
-class LQChannelMapper;
 class Z4Property;
 class Z4PropertySet;
 
 /// The metadata of an open test, which stays the access object's; null where the format keeps none. Throws if it can't be
 /// read.
-LQChannelMapper* VFGetMetaData(VDTsAcc* acc);
+LQChannelMapper* VFGetMetaData(const VDTestAccess& test);
 /// The same for work that can't be done without any; throws where the format keeps none.
-LQChannelMapper& VFNeedMetaData(VDTsAcc* acc);
+LQChannelMapper& VFNeedMetaData(const VDTestAccess& test);
 
 /// Calls back for each set of a slot.
 /// @param slot  index of a channel or `LQChannelMapper::GLOBAL`

@@ -1,5 +1,6 @@
 #include "TimeSeriesTest.h"
 
+#include "NumberText.h"
 #include "ToolError.h"
 
 #include <algorithm>
@@ -20,44 +21,9 @@ int VFIdIndex(VDFileId* id, int index, int number)
 
 }  // namespace
 
-std::string VFTypeWord(int type)
+VDTimeSeriesTest::VDTimeSeriesTest(const VDFileIdHandle& id) : VDDataTest(id.Get())
 {
-    switch (type & 0xffff) {  // older formats give the low half alone
-    case 4200:
-        return "short";
-    case DaxDataType::Long & 0xffff:
-        return "long";
-    case DaxDataType::Huge & 0xffff:
-        return "int64";
-    case DaxDataType::Float & 0xffff:
-        return "float";
-    case DaxDataType::Double & 0xffff:
-        return "double";
-    case DaxDataType::Digital32 & 0xffff:
-        return "digital32";
-    case DaxDataType::Digital64 & 0xffff:
-        return "digital64";
-    default:
-        return "type" + std::to_string(type & 0xffff);
-    }
-}
-
-VDTimeSeriesTest::VDTimeSeriesTest(const VDFileIdHandle& id) : id_(id.Get()), acc_(TSAccCreate())
-{
-    VFCheck(static_cast<bool>(acc_));
-    int accessType = 0;
-    VDString accessClass;
-    VDString description;
-    VFCheck(FIDGetAccessInfo(id_, &accessType, &accessClass, &description));
-    if (accessType != VTFileAccessTimeSeries) {
-        VDString filename;
-        VDString extension;
-        FIDGetFilename(id_, &filename, &extension);
-        VFFail(DaxToolError::NotTimeSeries, "The test holds no time series but " + description.Str() + ": " + filename.Str(),
-               "VDTimeSeriesTest");
-    }
-    VFCheck(TSAccSetId(Get(), id_, 0));
-    VFCheck(TSAccOpen(Get(), VTTsAccOpenRead));
+    Open(access_);
     long block = 0;
     VFCheck(TSAccGetBufferSize(Get(), &block));
     blockSize_ = std::clamp<std::int64_t>(block, 1, VVMaxBlockSize);
@@ -85,16 +51,48 @@ VDChannel VDTimeSeriesTest::ReadChannel(int index, int number) const
     VFCheck(TSAccGetChanTitle(Get(), index, &text));
     channel.title = text.IsEmpty() ? channel.yTitle : text.Str();
     VFCheck(TSAccGetYUnits(Get(), index, &text));
-    const int idIndex = VFIdIndex(id_, index, number);
+    const int idIndex = VFIdIndex(GetId(), index, number);
     if (text.IsEmpty() && idIndex >= 0)
-        FIDGetChanUnits(id_, idIndex, &text);
+        FIDGetChanUnits(GetId(), idIndex, &text);
     channel.units = text.Str();
     channel.type = DaxDataType::Float;
     if (idIndex >= 0)
-        VFCheck(FIDGetChanType(id_, idIndex, &channel.type));
+        VFCheck(FIDGetChanType(GetId(), idIndex, &channel.type));
     VFCheck(TSAccGetSampleRate(Get(), index, &channel.sampleRate));
     VFCheck(TSAccGetBaseTime(Get(), index, &channel.baseTime));
     VFCheck(TSAccGetNumPoints(Get(), index, &channel.points));
     channel.points = std::max<std::int64_t>(channel.points, 0);
     return channel;
+}
+
+void VDTimeSeriesTest::DescribeTest(VDJson& document) const
+{
+    document["xTitle"] = xTitle_;
+    document["xUnits"] = xUnits_;
+}
+
+void VDTimeSeriesTest::DescribeTest(VDTextTable& table) const
+{
+    if (!xTitle_.empty() || !xUnits_.empty())
+        table.Add({"X axis", xTitle_ + (xUnits_.empty() ? "" : " [" + xUnits_ + "]")});
+}
+
+VDJson VDTimeSeriesTest::DescribeChannel(const VDChannel& channel) const
+{
+    VDJson json = VDDataTest::DescribeChannel(channel);
+    json["sampleRate"] = channel.sampleRate;
+    json["baseTime"] = channel.baseTime;
+    json["points"] = channel.points;
+    return json;
+}
+
+void VDTimeSeriesTest::PrintChannels(VDTextSink& out) const
+{
+    VDTextTable table("rrlllrrr");
+    table.Add({"INDEX", "NUMBER", "TITLE", "UNITS", "TYPE", "SAMPLE RATE", "BASE TIME", "POINTS"});
+    for (const VDChannel& channel : GetChannels())
+        table.Add({std::to_string(channel.index), std::to_string(channel.number), channel.title, channel.units,
+                   VFTypeWord(channel.type), VFNumberText(channel.sampleRate), VFNumberText(channel.baseTime),
+                   VFNumberText(channel.points)});
+    table.Print(out);
 }

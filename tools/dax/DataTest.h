@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Json.h"
+#include "TestAccess.h"
+#include "TextTable.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// One channel of a test, of whatever kind of data.
+struct VDChannel
+{
+    int index = 0;  ///< position in the list sorted by number
+    int number = 0;
+    std::string title;  ///< of a time series the channel's, or else its y title
+    std::string units;
+    int type = 0;  ///< see `DaxDataType`
+
+    /// @name Of a time series
+    /// @{
+    std::string yTitle;  ///< what the y axis is labelled with
+    double sampleRate = 1.0;
+    double baseTime = 0.0;
+    std::int64_t points = 0;
+    /// @}
+};
+
+/// A data type as a word: "float", "double", "digital32", ...
+std::string VFTypeWord(int type);
+
+/// A test that is open for reading.
+class VDDataTest
+{
+public:
+    virtual ~VDDataTest() = default;
+
+    VDFileId* GetId() const { return id_; }
+    /// Sorted by number.
+    const std::vector<VDChannel>& GetChannels() const { return channels_; }
+    /// Null for a kind that no family of the library serves: nothing but the channels is known then.
+    virtual VDTestAccess* Access() const { return nullptr; }
+
+    /// @name What `dax info` tells of it
+    /// @{
+    /// Adds keys or rows of the test as a whole.
+    virtual void DescribeTest(VDJson&) const {}
+    virtual void DescribeTest(VDTextTable&) const {}
+    /// A channel, with all that belongs to it.
+    virtual VDJson DescribeChannel(const VDChannel& channel) const;
+    virtual void PrintChannels(VDTextSink& out) const;
+    /// @}
+
+protected:
+    explicit VDDataTest(VDFileId* id) : id_(id) {}
+
+    /// Binds the access object to the test and opens it; throws if that fails.
+    void Open(VDTestAccess& access) const;
+    /// The channels as the id has them.
+    static std::vector<VDChannel> ListChannels(VDFileId* id);
+
+    std::vector<VDChannel> channels_;
+
+private:
+    VDFileId* id_;
+};
+
+/// Opens a test of any kind of data; throws if that fails.
+/// @param id  with its channels sorted by number; it must outlive the result
+std::unique_ptr<VDDataTest> VFOpenDataTest(const VDFileIdHandle& id);
