@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
+#include <span>
 #include <variant>
 #include <vector>
 
@@ -94,9 +94,11 @@ public:
     /// Buffer form: allocates `count` zero elements of the type (short, long, huge, float, double or string buffer).
     /// False for another type, a negative count or when memory is short; the variant is then null.
     bool SetBufferSizeAndAllocate(int bufferType, std::int64_t count);
+    /// The same, but a buffer that has the type already is used again, with what its elements hold.
+    bool FitBuffer(int bufferType, std::int64_t count);
     /// Number of buffer elements; 0 if the variant is no buffer.
     std::int64_t GetBufferSize() const noexcept;
-    /// Short, long and huge buffers; false also for a value that an element can't hold.
+    /// Short, long (32 bits) and huge (64 bits) buffers; false also for a value that an element can't hold.
     bool GetLongAt(std::int64_t index, long* out) const;
     bool SetLongAt(std::int64_t index, long value);
     /// Numeric buffers only; the value is converted, to a whole number by rounding. False if an element can't hold it.
@@ -105,6 +107,20 @@ public:
     bool SetDoubleAt(std::int64_t index, double value);
     bool GetStringAt(std::int64_t index, VDString* out) const;
     bool SetStringAt(std::int64_t index, const char* value);
+    /// All elements as they lie in memory, for work in bulk; valid until the variant changes. `Element` is short, std::int32_t
+    /// (long buffer), std::int64_t (huge buffer), float, double or VDString; empty if the buffer is of another type.
+    template <class Element>
+    std::span<Element> GetBuffer() noexcept
+    {
+        auto* const buffer = std::get_if<std::vector<Element>>(&value_);
+        return buffer == nullptr ? std::span<Element>() : std::span<Element>(*buffer);
+    }
+    template <class Element>
+    std::span<const Element> GetBuffer() const noexcept
+    {
+        const auto* const buffer = std::get_if<std::vector<Element>>(&value_);
+        return buffer == nullptr ? std::span<const Element>() : std::span<const Element>(*buffer);
+    }
 
     /// Numbers of any type compare by value; anything else is equal only to the same type and value.
     bool operator==(const VDVariant& other) const;
@@ -120,11 +136,13 @@ private:
     };
     using List = std::vector<VDVariant>;
     using Value = std::variant<std::monostate, bool, signed char, short, unsigned short, long, unsigned long, float, double,
-                               VDString, void*, NamedPointer, List, std::vector<short>, std::vector<long>, std::vector<float>,
-                               std::vector<double>, std::vector<VDString>>;
+                               VDString, void*, NamedPointer, List, std::vector<short>, std::vector<std::int32_t>,
+                               std::vector<std::int64_t>, std::vector<float>, std::vector<double>, std::vector<VDString>>;
 
     template <class T>
     void Assign(int type, T value);
+    template <class Element>
+    void Resize(std::size_t count);
     template <class T>
     bool Fetch(int type, T* out) const;
 

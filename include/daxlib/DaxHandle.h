@@ -6,6 +6,7 @@
 #include "daxlib/MetaAcc.h"
 #include "daxlib/TSAcc.h"
 #include "daxlib/VMD.h"
+#include "daxlib/XYAcc.h"
 
 #include <utility>
 
@@ -53,3 +54,4 @@ using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;
 using VDTsAccHandle = VDDaxHandle<VDTsAcc, TSAccRelease>;
 using VDMetaAccHandle = VDDaxHandle<VDMetaAcc, MetaAccRelease>;
 using VDVmdFileHandle = VDDaxHandle<VDVmdFile, VMDRelease>;
+using VDXYAccHandle = VDDaxHandle<VDXYAcc, XYAccRelease>;

@@ -17,6 +17,7 @@ class VDFileInfo;
 class VDMetaAcc;
 class VDTsAcc;
 class VDVmdFile;
+class VDXYAcc;
 
 /// What `GetID` gives for the objects behind handles.
 namespace DaxHandleId {
@@ -24,6 +25,7 @@ constexpr std::int32_t TsAcc = static_cast<std::int32_t>(0xa04f0005);
 constexpr std::int32_t FileId = static_cast<std::int32_t>(0xa04f000d);
 constexpr std::int32_t FileIdArray = static_cast<std::int32_t>(0xa04f0052);
 constexpr std::int32_t FileInfo = static_cast<std::int32_t>(0xa04f0057);
+constexpr std::int32_t XyAcc = static_cast<std::int32_t>(0xa04f0110);
 constexpr std::int32_t VmdFile = static_cast<std::int32_t>(0xa04f0156);
 constexpr std::int32_t MetaAcc = static_cast<std::int32_t>(0xa04f0203);
 constexpr std::int32_t MetaDataReader = static_cast<std::int32_t>(0xa04f0244);

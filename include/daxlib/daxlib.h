@@ -11,6 +11,7 @@
 #include "daxlib/FileFormatPlugin.h"
 #include "daxlib/MetaAcc.h"
 #include "daxlib/MetaDataPlugin.h"
+#include "daxlib/MultiColumnPlugin.h"
 #include "daxlib/TSAcc.h"
 #include "daxlib/TSAccGen.h"
 #include "daxlib/TimeSeriesPlugin.h"
@@ -30,6 +31,7 @@
 #include "daxlib/VFDaxMetaData.h"
 #include "daxlib/VFDaxMetaDataExpression.h"
 #include "daxlib/VMD.h"
+#include "daxlib/XYAcc.h"
 #include "daxlib/Z4FF.h"
 
 // Failures are recorded in the error system of `vdbase`, which every host reads.

@@ -62,28 +62,51 @@ bool AtNumber(Value& value, std::int64_t index, Use use)
 bool VDVariant::SetBufferSizeAndAllocate(int bufferType, std::int64_t count)
 {
     Clear();
-    if (count < 0)
+    return FitBuffer(bufferType, count);
+}
+
+template <class Element>
+void VDVariant::Resize(std::size_t count)
+{
+    if (auto* const buffer = std::get_if<std::vector<Element>>(&value_)) {
+        // A larger one is made anew: what the elements held isn't worth a copy.
+        if (count > buffer->capacity())
+            std::vector<Element>().swap(*buffer);
+        buffer->resize(count);
+    } else {
+        value_.emplace<std::vector<Element>>(count);
+    }
+}
+
+bool VDVariant::FitBuffer(int bufferType, std::int64_t count)
+{
+    if (count < 0) {
+        Clear();
         return false;
+    }
     const auto size = static_cast<std::size_t>(count);
     try {
         switch (bufferType) {
         case VTVariantShortBuffer:
-            value_.emplace<std::vector<short>>(size);
+            Resize<short>(size);
             break;
         case VTVariantLongBuffer:
+            Resize<std::int32_t>(size);
+            break;
         case VTVariantHugeBuffer:
-            value_.emplace<std::vector<long>>(size);
+            Resize<std::int64_t>(size);
             break;
         case VTVariantFloatBuffer:
-            value_.emplace<std::vector<float>>(size);
+            Resize<float>(size);
             break;
         case VTVariantDoubleBuffer:
-            value_.emplace<std::vector<double>>(size);
+            Resize<double>(size);
             break;
         case VTVariantStringBuffer:
-            value_.emplace<std::vector<VDString>>(size);
+            Resize<VDString>(size);
             break;
         default:
+            Clear();
             return false;
         }
     } catch (const std::bad_alloc&) {
