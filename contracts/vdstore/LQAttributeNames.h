@@ -6,6 +6,8 @@ namespace LQAttribute {
 // Of the test as a whole
 constexpr const char* XTitle = "XTitle";
 constexpr const char* XUnits = "XUnits";
+constexpr const char* NumSpectra = "NumSpectra";
+constexpr const char* NumLines = "NumLines";
 
 // Of each channel
 constexpr const char* ChanTitle = "ChanTitle";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "daxlib/CFAcc.h"
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
@@ -52,6 +53,7 @@ using VDFileIdHandle = VDDaxHandle<VDFileId, FIDRelease>;
 using VDFileIdArrayHandle = VDDaxHandle<VDFileIdArray, FIARelease>;
 using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;
 using VDTsAccHandle = VDDaxHandle<VDTsAcc, TSAccRelease>;
+using VDCFAccHandle = VDDaxHandle<VDCFAcc, CFAccRelease>;
 using VDMetaAccHandle = VDDaxHandle<VDMetaAcc, MetaAccRelease>;
 using VDVmdFileHandle = VDDaxHandle<VDVmdFile, VMDRelease>;
 using VDXYAccHandle = VDDaxHandle<VDXYAcc, XYAccRelease>;

@@ -11,6 +11,7 @@
 /// error system of `vdbase` on the calling thread. Out arguments come last; an out text is assigned, never appended to. No
 /// exception crosses the interface. One thread uses an object at a time.
 
+class VDCFAcc;
 class VDFileId;
 class VDFileIdArray;
 class VDFileInfo;
@@ -28,6 +29,7 @@ constexpr std::int32_t FileInfo = static_cast<std::int32_t>(0xa04f0057);
 constexpr std::int32_t XyAcc = static_cast<std::int32_t>(0xa04f0110);
 constexpr std::int32_t VmdFile = static_cast<std::int32_t>(0xa04f0156);
 constexpr std::int32_t MetaAcc = static_cast<std::int32_t>(0xa04f0203);
+constexpr std::int32_t CFAcc = static_cast<std::int32_t>(0xa04f020f);
 constexpr std::int32_t MetaDataReader = static_cast<std::int32_t>(0xa04f0244);
 }  // namespace DaxHandleId
 

@@ -2,6 +2,8 @@
 
 /// The whole exported interface of daxlib.
 
+#include "daxlib/CFAcc.h"
+#include "daxlib/ComplexFrequencyPlugin.h"
 #include "daxlib/DaxApi.h"
 #include "daxlib/DaxHandle.h"
 #include "daxlib/DaxTypes.h"

@@ -12,6 +12,7 @@ constexpr int CreateObject = -327687;
 constexpr int CleanUpObject = -327688;
 constexpr int UnknownAccessFailure = -327690;
 constexpr int NoChannelTitle = -327691;
+constexpr int NoChannelUnits = -327695;
 constexpr int MetaDataItemMissing = -327696;
 constexpr int MetaDataExpression = -327697;
 constexpr int PluginDisabled = -327698;
@@ -136,7 +137,17 @@ constexpr int XmlRead = -331505;
 constexpr int XmlChannel = -331506;
 
 // Block 39: complex frequency access
+constexpr int NoSpectra = -331581;
+constexpr int SpectrumRange = -331582;
+constexpr int NoLines = -331583;
+constexpr int LineRange = -331584;
 constexpr int CfNotSupported = -331585;
+constexpr int NoXTitle = -331586;
+constexpr int NoXUnits = -331587;
+constexpr int NoYTitle = -331588;
+constexpr int NoYUnits = -331589;
+constexpr int NoZTitle = -331590;
+constexpr int NoZUnits = -331591;
 
 // Block 51: Famos files
 constexpr int FamosOpen = -332781;

@@ -46,7 +46,7 @@ constexpr std::array VVFamilies = {
     VDReaderFamily{.type = VTFileAccessMultiColumn, .notSupported = DaxError::XyNotSupported},
     MakeFamily<MetaAccCreate, MetaAccSetId, MetaAccOpen, MetaAccGetMetaData, MetaAccClose, MetaAccRelease>(VTFileAccessMetaData,
                                                                                                            1),
-    VDReaderFamily{.type = VTFileAccessComplexFrequency, .notSupported = DaxError::CfNotSupported},
+    MakeFamily<CFAccCreate, CFAccSetId, CFAccOpen, CFAccGetMetaData, CFAccClose, CFAccRelease>(VTFileAccessComplexFrequency, 1),
 };
 
 }  // namespace
