@@ -6,6 +6,7 @@
 #include "daxlib/FINF.h"
 #include "daxlib/MetaAcc.h"
 #include "daxlib/TSAcc.h"
+#include "daxlib/VFDirList.h"
 #include "daxlib/VMD.h"
 #include "daxlib/XYAcc.h"
 
@@ -49,6 +50,7 @@ private:
     Class* handle_ = nullptr;
 };
 
+using VDDirListHandle = VDDaxHandle<VDDirList, VFDirListRelease>;
 using VDFileIdHandle = VDDaxHandle<VDFileId, FIDRelease>;
 using VDFileIdArrayHandle = VDDaxHandle<VDFileIdArray, FIARelease>;
 using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;

@@ -12,6 +12,7 @@
 /// exception crosses the interface. One thread uses an object at a time.
 
 class VDCFAcc;
+class VDDirList;
 class VDFileId;
 class VDFileIdArray;
 class VDFileInfo;
@@ -26,6 +27,7 @@ constexpr std::int32_t TsAcc = static_cast<std::int32_t>(0xa04f0005);
 constexpr std::int32_t FileId = static_cast<std::int32_t>(0xa04f000d);
 constexpr std::int32_t FileIdArray = static_cast<std::int32_t>(0xa04f0052);
 constexpr std::int32_t FileInfo = static_cast<std::int32_t>(0xa04f0057);
+constexpr std::int32_t DirList = static_cast<std::int32_t>(0xa04f0102);
 constexpr std::int32_t XyAcc = static_cast<std::int32_t>(0xa04f0110);
 constexpr std::int32_t VmdFile = static_cast<std::int32_t>(0xa04f0156);
 constexpr std::int32_t MetaAcc = static_cast<std::int32_t>(0xa04f0203);

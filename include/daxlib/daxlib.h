@@ -32,6 +32,7 @@
 #include "daxlib/VFDax.h"
 #include "daxlib/VFDaxMetaData.h"
 #include "daxlib/VFDaxMetaDataExpression.h"
+#include "daxlib/VFDirList.h"
 #include "daxlib/VMD.h"
 #include "daxlib/XYAcc.h"
 #include "daxlib/Z4FF.h"
