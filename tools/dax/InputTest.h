@@ -21,10 +21,11 @@ public:
     const VDTimeSeriesTest& GetTimeSeries() const;
     /// Throws for a kind of data that no family of the library serves.
     VDTestAccess& Access() const;
+    /// Of the format, for reports.
+    std::string DescribeFormat() const;
     std::string GetPath() const { return VFGetTestFiles(id_.Get()).front(); }
 
 private:
-    std::string DescribeFormat() const;
     void Tell(VDCommandContext& context, const VDTestArguments& arguments, int code, const std::string& text) const;
     void TellOfSidecar(VDCommandContext& context, const VDTestArguments& arguments) const;
 

@@ -136,3 +136,8 @@ std::size_t VFTextWidth(std::string_view printable)
     return static_cast<std::size_t>(
         std::count_if(printable.begin(), printable.end(), [](char byte) { return (byte & 0xc0) != 0x80; }));
 }
+
+std::string VFWithUnits(const std::string& title, const std::string& units)
+{
+    return units.empty() ? title : title + " [" + units + "]";
+}

@@ -25,3 +25,6 @@ std::string VFEscapeXml(std::string_view document);
 
 /// Characters that a text of `VFPrintable` takes on a terminal.
 std::size_t VFTextWidth(std::string_view printable);
+
+/// A title with its units behind it, as tables are headed: "Force [kN]".
+std::string VFWithUnits(const std::string& title, const std::string& units);

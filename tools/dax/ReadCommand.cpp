@@ -1,12 +1,9 @@
-#include "ChannelExport.h"
-#include "ChannelSelection.h"
 #include "Commands.h"
-#include "InputTest.h"
 #include "StagedOutput.h"
+#include "TestExport.h"
 #include "ToolError.h"
 
-#include <algorithm>
-#include <limits>
+#include <filesystem>
 
 namespace fs = std::filesystem;
 
@@ -20,52 +17,29 @@ public:
     VDJson Run(VDCommandContext& context) override;
 
 private:
-    VDJson WriteFiles(VDCommandContext& context, const VDTimeSeriesTest& test,
-                      const std::vector<VDChannelGroup>& groups) const;
-    void CheckFirst(const std::vector<VDChannel>& channels) const;
+    VDJson WriteFiles(VDCommandContext& context, const VDInputTest& input, const std::vector<VDCsvPart>& parts) const;
 
     VDTestArguments arguments_;
-    VDChannelSelection selection_;
-    VDPointRange range_;
+    VDReadSelection selection_;
     std::string out_;
     bool overwrite_ = false;
 };
 
-constexpr std::int64_t VVMaxPoint = std::numeric_limits<std::int64_t>::max() / 2;
-
-/// A longer list of channels in a file name is cut; the first number alone tells the groups apart.
-constexpr std::size_t VVMaxListLength = 60;
-
-/// The file of one of several groups: "run.csv" becomes "run_ch1-3_7.csv".
-std::string VFGroupName(const std::string& name, const VDChannelGroup& group)
+/// The file of one of several parts: "run.csv" becomes "run_ch1-3_7.csv".
+std::string VFPartName(const std::string& name, const VDCsvPart& part)
 {
     const fs::path path = name;
-    const std::string list = VFChannelListText(group, '_').substr(0, VVMaxListLength);
-    return (path.parent_path() / (path.stem().string() + "_ch" + list + path.extension().string())).string();
-}
-
-std::int64_t VFWriteCsvFile(const std::string& name, const VDTimeSeriesTest& test, const VDChannelGroup& group,
-                            const VDPointRange& range)
-{
-    std::int64_t rows = 0;
-    VFWriteNewFile(name, [&](VDTextSink& out) { rows = VFWriteCsv(test, group, range, out); });
-    return rows;
+    return (path.parent_path() / (path.stem().string() + part.suffix + path.extension().string())).string();
 }
 
 CLI::App* VDReadCommand::Register(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("read", "Print times and values as CSV");
+    CLI::App* command = program.add_subcommand("read", "Print the data as CSV");
     arguments_.Register(*command, "FILE");
     selection_.Register(*command);
-    command->add_option("--first", range_.first, "First point, from 1 (default: 1)")
-        ->check(CLI::Range(std::int64_t{1}, VVMaxPoint).description(""))
-        ->type_name("P");
-    command->add_option("--count", range_.count, "Number of points (default: up to the end)")
-        ->check(CLI::Range(std::int64_t{0}, VVMaxPoint).description(""))
-        ->type_name("C");
     command
         ->add_option("--out", out_,
-                     "CSV file to write; channels of different times go to a file each, named after it; - is the standard "
+                     "CSV file to write; what can't share one goes to a file each, named after it; - is the standard "
                      "output")
         ->type_name("FILE.csv");
     command->add_flag("--overwrite", overwrite_, "Replace existing output files");
@@ -77,63 +51,44 @@ CLI::App* VDReadCommand::Register(CLI::App& program)
 VDJson VDReadCommand::Run(VDCommandContext& context)
 {
     const VDInputTest input(context, arguments_);
-    const VDTimeSeriesTest& test = input.GetTimeSeries();
-    const std::vector<VDChannel> channels = selection_.Choose(test);
-    CheckFirst(channels);
-    const std::vector<VDChannelGroup> groups = VFGroupByTime(channels);
-    if (!out_.empty() && out_ != VVStandardOutput)
-        return WriteFiles(context, test, groups);
-    if (context.IsJson()) {
+    const std::unique_ptr<VDTestExport> data = VFMakeTestExport(input, selection_);
+    const bool toFiles = !out_.empty() && out_ != VVStandardOutput;
+    if (context.IsJson() && !toFiles) {
         context.document = VTDocument::Begun;
-        VFWriteJson(test, channels, range_, context.Out());
+        data->WriteJson(context.Out());
         return {};
     }
-    if (groups.size() > 1)
-        VFFail(
-            DaxToolError::DifferentTimes,
-            "The channels have " + std::to_string(groups.size()) +
-                " different sample rates or base times and can't share one CSV; write them to files with --out, or choose "
-                "channels with --chan: " +
-                VFChannelListText(groups.front(), ','),
-            "VDReadCommand::Run");
-    VFWriteCsv(test, groups.front(), range_, context.Out());
+    const std::vector<VDCsvPart> parts = data->MakeParts();
+    if (toFiles)
+        return WriteFiles(context, input, parts);
+    if (parts.size() > 1)
+        VFFail(DaxToolError::DifferentTimes, data->WhyParts(parts), "VDReadCommand::Run");
+    parts.front().write(context.Out());
     return {};
 }
 
-void VDReadCommand::CheckFirst(const std::vector<VDChannel>& channels) const
-{
-    std::int64_t points = 0;
-    for (const VDChannel& channel : channels)
-        points = std::max(points, channel.points);
-    if (range_.first > std::max<std::int64_t>(points, 1))
-        VFFail(DaxToolError::FirstPoint,
-               "Point " + std::to_string(range_.first) + " lies behind the end; there are " + std::to_string(points) +
-                   " points",
-               "VDReadCommand::Run");
-}
-
-VDJson VDReadCommand::WriteFiles(VDCommandContext& context, const VDTimeSeriesTest& test,
-                                 const std::vector<VDChannelGroup>& groups) const
+VDJson VDReadCommand::WriteFiles(VDCommandContext& context, const VDInputTest& input,
+                                 const std::vector<VDCsvPart>& parts) const
 {
     const std::string name = VDStagedOutput::ResolveName(out_);
     std::vector<std::string> names;
-    for (const VDChannelGroup& group : groups)
-        names.push_back(groups.size() == 1 ? name : VFGroupName(name, group));
-    VDStagedOutput output(names, VFGetTestFiles(test.GetId()), overwrite_);
+    for (const VDCsvPart& part : parts)
+        names.push_back(parts.size() == 1 ? name : VFPartName(name, part));
+    VDStagedOutput output(names, VFGetTestFiles(input.GetId().Get()), overwrite_);
     VDJson files = VDJson::array();
-    for (std::size_t index = 0; index < groups.size(); ++index) {
-        const std::int64_t rows = VFWriteCsvFile(output.StagedName(names[index]), test, groups[index], range_);
-        VDJson numbers = VDJson::array();
-        for (const VDChannel& channel : groups[index])
-            numbers.push_back(channel.number);
-        files.push_back({{"path", names[index]}, {"channels", numbers}, {"rows", rows}});
+    for (std::size_t index = 0; index < parts.size(); ++index) {
+        std::int64_t rows = 0;
+        VFWriteNewFile(output.StagedName(names[index]), [&](VDTextSink& out) { rows = parts[index].write(out); });
+        VDJson& file = files.emplace_back(VDJson{{"path", names[index]}});
+        file.update(parts[index].facts);
+        file["rows"] = rows;
     }
     output.Publish();
     if (context.IsJson())
         return {{"files", files}};
-    for (std::size_t index = 0; index < groups.size(); ++index)
-        context.Out().PutLine(names[index] + ": " + std::to_string(files[index]["rows"].get<std::int64_t>()) +
-                              " rows of channels " + VFChannelListText(groups[index], ','));
+    for (std::size_t index = 0; index < parts.size(); ++index)
+        context.Out().PutLine(names[index] + ": " + std::to_string(files[index]["rows"].get<std::int64_t>()) + " rows of " +
+                              parts[index].name);
     return {};
 }
 

@@ -1,9 +1,9 @@
-#include "ChannelExport.h"
-
 #include "Interrupt.h"
-#include "Json.h"
 #include "Printable.h"
+#include "TestExport.h"
+#include "TimeSeriesTest.h"
 #include "ToolError.h"
+#include "Values.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,11 +13,6 @@ namespace {
 
 /// Memory for the blocks of all columns together.
 constexpr std::int64_t VVBlockMemory = std::int64_t{16} << 20;
-
-std::string VFWithUnits(const std::string& title, const std::string& units)
-{
-    return units.empty() ? title : title + " [" + units + "]";
-}
 
 std::string VFColumnTitle(const VDChannel& channel)
 {
@@ -43,14 +38,8 @@ void VFWriteJsonValues(const VDTimeSeriesTest& test, const VDChannel& channel, c
     }
 }
 
-}  // namespace
-
-std::int64_t VDPointRange::Last(const VDChannel& channel) const
-{
-    if (count < 0 || count > channel.points - first)
-        return channel.points;
-    return first + count - 1;
-}
+/// Channels that have the same sample rate and base time, so that one time column serves all of them.
+using VDChannelGroup = std::vector<VDChannel>;
 
 std::vector<VDChannelGroup> VFGroupByTime(const std::vector<VDChannel>& channels)
 {
@@ -67,6 +56,8 @@ std::vector<VDChannelGroup> VFGroupByTime(const std::vector<VDChannel>& channels
     return groups;
 }
 
+/// Writes a group as CSV: a header line, then a row for each point with its time and the value of each channel; a cell is
+/// empty where a channel has ended. Values have the fewest digits that read back the same.
 std::int64_t VFWriteCsv(const VDTimeSeriesTest& test, const VDChannelGroup& channels, const VDPointRange& range,
                         VDTextSink& out)
 {
@@ -108,26 +99,77 @@ std::int64_t VFWriteCsv(const VDTimeSeriesTest& test, const VDChannelGroup& chan
     return std::max<std::int64_t>(last - range.first + 1, 0);
 }
 
-void VFWriteJson(const VDTimeSeriesTest& test, const std::vector<VDChannel>& channels, const VDPointRange& range,
-                 VDTextSink& out)
+/// A longer list of channels in a file name is cut; the first number alone tells the groups apart.
+constexpr std::size_t VVMaxListLength = 60;
+
+class TimeSeriesExport : public VDTestExport
+{
+public:
+    TimeSeriesExport(const VDTimeSeriesTest& test, const VDReadSelection& selection)
+        : test_(test), channels_(selection.channels.Choose(test)), range_(selection.points)
+    {
+        std::int64_t points = 0;
+        for (const VDChannel& channel : channels_)
+            points = std::max(points, channel.points);
+        if (range_.first > std::max<std::int64_t>(points, 1))
+            VFFail(DaxToolError::FirstPoint,
+                   "Point " + std::to_string(range_.first) + " lies behind the end; there are " + std::to_string(points) +
+                       " points",
+                   "VFMakeTimeSeriesExport");
+    }
+
+    std::vector<VDCsvPart> MakeParts() const override
+    {
+        std::vector<VDCsvPart> parts;
+        for (const VDChannelGroup& group : VFGroupByTime(channels_)) {
+            VDJson numbers = VDJson::array();
+            for (const VDChannel& channel : group)
+                numbers.push_back(channel.number);
+            parts.push_back({"channels " + VFChannelListText(group, ','),
+                             "_ch" + VFChannelListText(group, '_').substr(0, VVMaxListLength),
+                             {{"channels", numbers}},
+                             [this, group](VDTextSink& out) { return VFWriteCsv(test_, group, range_, out); }});
+        }
+        return parts;
+    }
+
+    std::string WhyParts(const std::vector<VDCsvPart>& parts) const override
+    {
+        return "The channels have " + std::to_string(parts.size()) +
+               " different sample rates or base times and can't share one CSV; write them to files with --out, or choose "
+               "channels with --chan: " +
+               parts.front().name.substr(parts.front().name.find(' ') + 1);
+    }
+
+    void WriteJson(VDTextSink& out) const override;
+
+private:
+    const VDTimeSeriesTest& test_;
+    std::vector<VDChannel> channels_;
+    VDPointRange range_;
+};
+
+/// Channel behind channel: {"path": ..., "channels": [{"index", "number", ..., "first", "values": [...]}, ...]. NaN and the
+/// infinities are texts.
+void TimeSeriesExport::WriteJson(VDTextSink& out) const
 {
     VDString filename;
     VDString extension;
-    VFCheck(FIDGetFilename(test.GetId(), &filename, &extension));
-    out.Write("{\"path\":" + VFJsonText(filename.Str(), -1) + ",\"xUnits\":" + VFJsonText(test.GetXUnits(), -1) +
+    VFCheck(FIDGetFilename(test_.GetId(), &filename, &extension));
+    out.Write("{\"path\":" + VFJsonText(filename.Str(), -1) + ",\"xUnits\":" + VFJsonText(test_.GetXUnits(), -1) +
               ",\"channels\":[");
     const char* separator = "\n";
-    for (const VDChannel& channel : channels) {
+    for (const VDChannel& channel : channels_) {
         VDJson head = {{"index", channel.index},           {"number", channel.number},
                        {"title", channel.title},           {"units", channel.units},
                        {"type", VFTypeWord(channel.type)}, {"sampleRate", channel.sampleRate},
-                       {"baseTime", channel.baseTime},     {"first", range.first}};
+                       {"baseTime", channel.baseTime},     {"first", range_.first}};
         std::string text = VFJsonText(head, -1);
         text.pop_back();  // its closing brace: the values belong inside
         out.Write(separator + text + ",\"values\":[");
         separator = ",\n";
         try {
-            VFWriteJsonValues(test, channel, range, out);
+            VFWriteJsonValues(test_, channel, range_, out);
         } catch (const VDFailure&) {
             out.Write("]}]");
             throw;
@@ -135,4 +177,11 @@ void VFWriteJson(const VDTimeSeriesTest& test, const std::vector<VDChannel>& cha
         out.Write("]}");
     }
     out.Write("]");
+}
+
+}  // namespace
+
+std::unique_ptr<VDTestExport> VFMakeTimeSeriesExport(const VDDataTest& test, const VDReadSelection& selection)
+{
+    return std::make_unique<TimeSeriesExport>(static_cast<const VDTimeSeriesTest&>(test), selection);
 }
