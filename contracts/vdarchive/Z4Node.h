@@ -26,6 +26,9 @@ public:
     /// The streams' data have the other byte order than this machine.
     bool NeedsSwap() const;
 
+    /// Where the last data of the file end: nothing that was written wholly is longer than that.
+    std::int64_t GetFileEnd() const;
+
     const std::string& GetContent() const { return content_; }
     void SetContent(std::string content);
 

@@ -14,4 +14,7 @@ constexpr int XmlParse = -65621;         ///< an XML text can't be parsed
 constexpr int XmlWrite = -65622;         ///< an XML text can't be formed
 constexpr int ExpressionText = -65631;   ///< an expression can't be read
 constexpr int ExpressionValue = -65632;  ///< an expression can't be evaluated
+constexpr int HistHandle = -65641;       ///< a handle is no histogram's
+constexpr int HistValue = -65642;        ///< a histogram can't have this value
+constexpr int HistMemory = -65643;       ///< memory is too short for a histogram
 }  // namespace VDBaseError

@@ -3,6 +3,7 @@
 #include "vdarchive/Z4Manager.h"
 #include "vdarchive/Z4Size.h"
 #include "vdstore/LQFlexTimeSeries.h"
+#include "vdstore/LQHistogram.h"
 #include "vdstore/LQMetaDataHost.h"
 #include "vdstore/LQMode.h"
 #include "vdstore/LQTimeSeries.h"
@@ -18,13 +19,16 @@ public:
 
     Z4Manager* GetFileManager() { return &files_; }
 
-    /// An existing time series of either kind.
+    /// An existing object; a time series of either kind.
     LQTimeSeries* OpenTimeSeries(Z4Storage* storage, const char* node);
+    LQHistogram* OpenHistogram(Z4Storage* storage, const char* node);
     /// Open the object or make it.
     /// @param created     whether it was made; may be null
     /// @param recordSize  of new channels, one of `Z4Size`
     LQTimeSeries* AdoptTimeSeries(Z4Storage* storage, const char* node, bool* created, int recordSize);
     LQFlexTimeSeries* AdoptFlexTimeSeries(Z4Storage* storage, const char* node, bool* created, int recordSize);
+    /// @param tuner  null for the usual layout
+    LQHistogram* AdoptHistogram(Z4Storage* storage, const char* node, bool* created, const LQTuner* tuner);
     LQMetaDataHost* AdoptMetaDataHost(Z4Storage* storage, const char* node, bool* created);
 
     /// Commits the object: from then on it survives whatever happens. Nothing happens to an object of a file that is only

@@ -54,7 +54,7 @@ public:
     /// @}
 
     /// What kind of object a node holds; the values stand in files.
-    enum Kind : std::uint32_t { KindTimeSeries = 1, KindMetaData = 2 };
+    enum Kind : std::uint32_t { KindTimeSeries = 1, KindMetaData = 2, KindHistogram = 3 };
 
 protected:
     LQObject();
@@ -65,6 +65,9 @@ protected:
     bool Fail() const;
     /// Records a report of this object; gives false.
     bool Report(int code, const char* text) const;
+
+    /// A part that was to be replaced is half written: from now on the object can't be saved.
+    void Break() { broken_ = true; }
 
     /// Null in memory.
     Z4Node* GetNode() const { return node_; }
@@ -82,6 +85,7 @@ private:
 
     LQChannelMapper mapper_;
     mutable int error_ = 0;
+    bool broken_ = false;
     std::shared_ptr<Z4Storage> storage_;
     Z4Node* node_ = nullptr;
 };

@@ -8,4 +8,5 @@ constexpr int NoObject = -66563;         ///< a storage has no data object of th
 constexpr int WrongDataType = -66564;    ///< a channel's data have another type than the call's
 constexpr int OutOfRange = -66565;       ///< a point or a count that can't be
 constexpr int ContentDamaged = -66566;   ///< the stored description of a data object contradicts itself
+constexpr int HalfWritten = -66567;      ///< a data object can't be saved, since it holds what is half written
 }  // namespace VDStoreError

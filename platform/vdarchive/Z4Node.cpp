@@ -6,6 +6,8 @@
 #include "vdarchive/Z4Size.h"
 #include "vdarchive/Z4Storage.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::size_t SmallestStreamBytes = 16;
@@ -27,6 +29,11 @@ bool Z4Node::IsWritable() const
 bool Z4Node::NeedsSwap() const
 {
     return file_->NeedsSwap();
+}
+
+std::int64_t Z4Node::GetFileEnd() const
+{
+    return std::max(file_->GetSlot().fileEnd, file_->Space().GetEnd());
 }
 
 void Z4Node::SetContent(std::string content)

@@ -22,21 +22,28 @@ Z4Node* AdoptNode(Z4Storage* storage, const char* name, LQObject::Kind kind, boo
     return isOther ? nullptr : node;
 }
 
+/// Whether a node is there and can be read; records the failure.
+bool FindNode(Z4Storage* storage, const char* name)
+{
+    if (storage != nullptr && storage->GetNode(name) != nullptr)
+        return true;
+    // A node that is there and can't be read has been reported already.
+    bool isThere = false;
+    for (int i = 0; storage != nullptr && i < storage->GetNodeCount(); ++i)
+        isThere = isThere || storage->GetNodeName(i) == name;
+    return isThere ? false : ReportNoObject(name);
+}
+
 }  // namespace
 
 LQTimeSeries* LQDataManager::OpenTimeSeries(Z4Storage* storage, const char* node)
 {
-    Z4Node* const found = storage == nullptr ? nullptr : storage->GetNode(node);
-    if (found == nullptr) {
-        // A node that is there and can't be read has been reported already.
-        bool isThere = false;
-        for (int i = 0; storage != nullptr && i < storage->GetNodeCount(); ++i)
-            isThere = isThere || storage->GetNodeName(i) == node;
-        if (!isThere)
-            ReportNoObject(node);
-        return nullptr;
-    }
-    return AdoptTimeSeries(storage, node, nullptr, Z4Size::Record32K);
+    return FindNode(storage, node) ? AdoptTimeSeries(storage, node, nullptr, Z4Size::Record32K) : nullptr;
+}
+
+LQHistogram* LQDataManager::OpenHistogram(Z4Storage* storage, const char* node)
+{
+    return FindNode(storage, node) ? AdoptHistogram(storage, node, nullptr, nullptr) : nullptr;
 }
 
 template <class Object>
@@ -63,6 +70,14 @@ LQFlexTimeSeries* LQDataManager::AdoptFlexTimeSeries(Z4Storage* storage, const c
     LQFlexTimeSeries* const object = Adopt<LQFlexTimeSeries>(storage, node, LQObject::KindTimeSeries, created);
     if (object != nullptr)
         object->recordSize_ = recordSize;
+    return object;
+}
+
+LQHistogram* LQDataManager::AdoptHistogram(Z4Storage* storage, const char* node, bool* created, const LQTuner* tuner)
+{
+    LQHistogram* const object = Adopt<LQHistogram>(storage, node, LQObject::KindHistogram, created);
+    if (object != nullptr && tuner != nullptr)
+        object->recordSize_ = tuner->recordSize;
     return object;
 }
 

@@ -116,6 +116,8 @@ bool LQObject::Save()
 {
     if (node_ == nullptr || !node_->IsWritable())
         return true;
+    if (broken_)
+        return Report(VDStoreError::HalfWritten, "A data object can't be saved, since writing to it failed before");
     Z4ByteWriter writer;
     WriteContent(writer);
     VFPutMapper(writer, mapper_);

@@ -1,10 +1,10 @@
 #include "vdstore/LQTimeChannels.h"
 
+#include "SwapValues.h"
 #include "vdarchive/Z4Size.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
 #include <algorithm>
-#include <bit>
 #include <type_traits>
 
 namespace {
@@ -25,28 +25,6 @@ int PointSize(std::int32_t type)
         return 8;
     default:
         return 0;
-    }
-}
-
-void Swap(std::uint32_t& bits)
-{
-    bits = __builtin_bswap32(bits);
-}
-
-void Swap(std::uint64_t& bits)
-{
-    bits = __builtin_bswap64(bits);
-}
-
-/// Turns points of the other byte order.
-template <class T>
-void SwapPoints(T* values, std::int64_t count)
-{
-    using Bits = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
-    for (std::int64_t i = 0; i < count; ++i) {
-        auto bits = std::bit_cast<Bits>(values[i]);
-        Swap(bits);
-        values[i] = std::bit_cast<T>(bits);
     }
 }
 
@@ -177,7 +155,7 @@ bool LQTimeChannels::ReadPoints(std::int32_t type, std::int64_t first, std::int6
     if (there > 0 && !found->stream->Read(first * Size, there * Size, values))
         return Fail();
     if (GetNode()->NeedsSwap())
-        SwapPoints(values, there);
+        SwapValues(values, there * Size, static_cast<int>(Size));
     if (numRead != nullptr)
         *numRead = there;
     return true;
