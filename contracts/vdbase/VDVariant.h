@@ -61,6 +61,7 @@ public:
     void SetByte(signed char value);
     void SetShort(short value);
     void SetLong(long value);
+    void SetUnsignedLong(unsigned long value);
     void SetHuge(std::int64_t value);
     void SetFloat(float value);
     void SetDouble(double value);
@@ -73,6 +74,7 @@ public:
     bool GetByte(signed char* out) const;
     bool GetShort(short* out) const;
     bool GetLong(long* out) const;
+    bool GetUnsignedLong(unsigned long* out) const;
     bool GetHuge(std::int64_t* out) const;
     bool GetFloat(float* out) const;
     bool GetDouble(double* out) const;

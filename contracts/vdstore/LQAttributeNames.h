@@ -16,6 +16,9 @@ constexpr const char* YUnits = "YUnits";
 constexpr const char* SampleRate = "SampleRate";
 constexpr const char* BaseTime = "BaseTime";
 constexpr const char* NumPoints = "NumPoints";
+constexpr const char* NumCols = "NumCols";
+constexpr const char* NumDataSets = "NumDataSets";
+constexpr const char* NumRowsOfDataSet = "NumRowsDataSet%d";  ///< with the data set's number, from 1
 constexpr const char* Stats[] = {"Max", "Min", "Mean", "SDev", "RMS"};
 /// Points, from 1, of max, min and largest absolute value, and their x values.
 constexpr const char* StatPoints[] = {"PMax", "PMin", "PAbs"};

@@ -69,6 +69,11 @@ void VDVariant::SetLong(long value)
     Assign(VTVariantLong, value);
 }
 
+void VDVariant::SetUnsignedLong(unsigned long value)
+{
+    Assign(VTVariantUnsignedLong, value);
+}
+
 void VDVariant::SetHuge(std::int64_t value)
 {
     Assign<long>(VTVariantHuge, value);
@@ -126,6 +131,11 @@ bool VDVariant::GetShort(short* out) const
 bool VDVariant::GetLong(long* out) const
 {
     return Fetch(VTVariantLong, out);
+}
+
+bool VDVariant::GetUnsignedLong(unsigned long* out) const
+{
+    return Fetch(VTVariantUnsignedLong, out);
 }
 
 bool VDVariant::GetHuge(std::int64_t* out) const

@@ -109,6 +109,11 @@ public:
     /// none, and a result of 0 or any exception ends in the plug-in failure report.
     template <class Function>
     bool Call(const char* routine, Function&& function);
+    /// Keeps other threads' calls out from between several of one operation, unless the instance needs no serialisation.
+    std::unique_lock<VDThreadSync> LockInstance() const
+    {
+        return noSerialisation_ ? std::unique_lock<VDThreadSync>() : std::unique_lock(VDDaxLib::Get().GetLock());
+    }
     /// One of the capabilities that all families have; the question must succeed too.
     bool HasCapability(int capability);
     bool KeepsMetaData() { return HasCapability(family_.capabilities.keepsMetaData); }
@@ -176,9 +181,7 @@ template <class Function>
 bool VDAccessCore::Call(const char* routine, Function&& function)
 {
     VFErrorClear();
-    std::unique_lock lock(VDDaxLib::Get().GetLock(), std::defer_lock);
-    if (!noSerialisation_)
-        lock.lock();
+    const auto lock = LockInstance();
     bool done = false;
     try {
         done = function() != 0;

@@ -95,7 +95,18 @@ constexpr int RecursiveIdent = -328700;
 constexpr int FormatPluginNotLoaded = -328702;
 
 // Block 13: multi-column access
+constexpr int NoDataSets = -328981;
+constexpr int DataSetIndexRange = -328982;
+constexpr int NoColumns = -328983;
+constexpr int ColumnIndexRange = -328984;
 constexpr int XyNotSupported = -328988;
+constexpr int XyRead = -328989;
+constexpr int VariantData = -328992;
+constexpr int VariantBuffer = -328993;
+constexpr int NoStatusWords = -328996;
+constexpr int NotNumericColumn = -328997;
+constexpr int NoEnumColumns = -329001;
+constexpr int EnumOptions = -329002;
 
 // Block 16: identification of storage files
 constexpr int StorageType = -329281;
@@ -214,6 +225,7 @@ constexpr int CalculatingStatistics = 1401;
 constexpr int Filename = 1601;
 constexpr int TestName = 1602;
 constexpr int Extension = 1603;
+constexpr int CalculatingLimits = 1702;
 constexpr int UnexpectedError = 4304;
 constexpr int AccessTypeUnknown = 9001;  ///< the name of access type n (1 to 7) is this id + n
 

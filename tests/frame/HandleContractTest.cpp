@@ -91,17 +91,30 @@ const Row VVRows[] = {
     ROW(MetaAccGetMetaData), ROW(MetaAccGetNumChans), ROW(MetaAccIsValidChan), ROW(MetaAccOpen), ROW(MetaAccRelease),
     ROW(MetaAccSetChanTitle), ROW(MetaAccSetFormatSpecificValue), ROW(MetaAccSetId),
 
-    ROW(CFAccRelease), {"CFAccSetId", Call<CFAccSetId>, "CFAcc"}, ROW(CFAccOpen), ROW(CFAccClose), ROW(CFAccFlush),
     ROW(CFAccGetCapability), ROW(CFAccGetBufferSize), ROW(CFAccSetProgressObject), ROW(CFAccGetNumChans), ROW(CFAccGetChans),
     ROW(CFAccGetChanIndex), ROW(CFAccIsValidChan), ROW(CFAccGetActualChanNumber), ROW(CFAccGetChanTitle),
-    ROW(CFAccSetChanTitle), ROW(CFAccGetChanUnits), ROW(CFAccSetChanUnits), ROW(CFAccGetXTitle), ROW(CFAccSetXTitle),
-    ROW(CFAccGetXUnits), ROW(CFAccSetXUnits), ROW(CFAccGetYTitle), ROW(CFAccSetYTitle), ROW(CFAccGetYUnits),
-    ROW(CFAccSetYUnits), ROW(CFAccGetZTitle), ROW(CFAccSetZTitle), ROW(CFAccGetZUnits), ROW(CFAccSetZUnits),
+    ROW(CFAccGetFormatSpecificValue), ROW(CFAccSetFormatSpecificValue), ROW(CFAccGetMetaData),
+    ROW(CFAccGetLineAxisData), ROW(CFAccPutLineAxisData), ROW(CFAccGetSpectrumAxisData), ROW(CFAccPutSpectrumAxisData),
     ROW(CFAccGetMaxTitleLength), ROW(CFAccGetMaxUnitsLength), ROW(CFAccGetType), ROW(CFAccGetSubType),
     ROW(CFAccGetNumSpectra), ROW(CFAccGetNumLines), ROW(CFAccGetComplex), ROW(CFAccSetType), ROW(CFAccSetSubType),
+    ROW(CFAccGetXUnits), ROW(CFAccSetXUnits), ROW(CFAccGetYTitle), ROW(CFAccSetYTitle), ROW(CFAccGetYUnits),
+    ROW(CFAccRelease), {"CFAccSetId", Call<CFAccSetId>, "CFAcc"}, ROW(CFAccOpen), ROW(CFAccClose), ROW(CFAccFlush),
+    ROW(CFAccSetChanTitle), ROW(CFAccGetChanUnits), ROW(CFAccSetChanUnits), ROW(CFAccGetXTitle), ROW(CFAccSetXTitle),
     ROW(CFAccSetNumSpectra), ROW(CFAccSetNumLines), ROW(CFAccSetComplex), ROW(CFAccGetData), ROW(CFAccPutData),
-    ROW(CFAccGetLineAxisData), ROW(CFAccPutLineAxisData), ROW(CFAccGetSpectrumAxisData), ROW(CFAccPutSpectrumAxisData),
-    ROW(CFAccGetFormatSpecificValue), ROW(CFAccSetFormatSpecificValue), ROW(CFAccGetMetaData),
+    ROW(CFAccSetYUnits), ROW(CFAccGetZTitle), ROW(CFAccSetZTitle), ROW(CFAccGetZUnits), ROW(CFAccSetZUnits),
+    ROW(XYAccGetBufferSize), ROW(XYAccSetProgressObject), ROW(XYAccGetNumChans), ROW(XYAccGetChans),
+    ROW(XYAccGetChanIndex), ROW(XYAccIsValidChan), ROW(XYAccGetActualChanNumber), ROW(XYAccGetChanTitle),
+    ROW(XYAccGetColEnumOptions), ROW(XYAccSetColEnumOptions), ROW(XYAccAppendCol), ROW(XYAccAppendColWithStatus),
+    ROW(XYAccGetColType), ROW(XYAccGetColTitle), ROW(XYAccGetColUnits), ROW(XYAccGetColKeyword), ROW(XYAccSetColTitle),
+    ROW(XYAccGetDataF), ROW(XYAccGetData), ROW(XYAccGetDataElement), ROW(XYAccPutDataF), ROW(XYAccPutData),
+    ROW(XYAccGetDataValidData), ROW(XYAccPutStatusWordData), ROW(XYAccGetStatusElement),
+    ROW(XYAccGetFormatSpecificValue), ROW(XYAccSetFormatSpecificValue), ROW(XYAccGetMetaData),
+    ROW(XYAccPutDataElement), ROW(XYAccGetColLimits), ROW(XYAccGetStatusWordEnabled), ROW(XYAccGetStatusWordBitText),
+    ROW(XYAccRelease), ROW(XYAccSetId), ROW(XYAccOpen), ROW(XYAccClose), ROW(XYAccFlush), ROW(XYAccGetCapability),
+    ROW(XYAccSetChanTitle), ROW(XYAccGetNumDataSets), ROW(XYAccGetNumRows), ROW(XYAccGetDataSetTitle),
+    ROW(XYAccSetColUnits), ROW(XYAccSetColKeyword), ROW(XYAccGetMaxTitleLength), ROW(XYAccGetMaxUnitsLength),
+    ROW(XYAccSetDataSetTitle), ROW(XYAccAppendDataSet), ROW(XYAccSetNumRows), ROW(XYAccGetNumCols),
+    ROW(XYAccSetStatusWordBitText), ROW(XYAccGetStatusWordBitData), ROW(XYAccGetStatusWordData),
 
     // The instance of a plug-in is its handle.
     ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
@@ -118,6 +131,7 @@ const Row VVRows[] = {
 const std::set<std::string> VVWithoutHandle = {
     "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
     "CFAccCreate", "CFAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
+    "XYAccCreate", "XYAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "FINFAddPlugin", "FINFGetValidAccessTypes",
     "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
     // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
@@ -148,6 +162,7 @@ TEST(HandleContractTest, EveryExportedFunctionHasItsRow)
         rows.insert(row.name);
     for (const std::string& name : ReadExportedNames())
         for (const char* family : {"FID", "FIA", "FINF", "TSAcc", "MetaAcc", "CFAcc", "VMD"}) {
+        for (const char* family : {"FID", "FIA", "FINF", "TSAcc", "MetaAcc", "VMD", "XYAcc"}) {
             if (name.starts_with(family)) {
                 EXPECT_EQ(rows.count(name), 1U) << name;
             }
