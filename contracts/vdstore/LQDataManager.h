@@ -6,6 +6,7 @@
 #include "vdstore/LQHistogram.h"
 #include "vdstore/LQMetaDataHost.h"
 #include "vdstore/LQMode.h"
+#include "vdstore/LQSpectra.h"
 #include "vdstore/LQTimeSeries.h"
 
 /// Makes, opens, saves and ends the data objects in storage files. It keeps no state of its own. Whatever fails gives null
@@ -22,6 +23,7 @@ public:
     /// An existing object; a time series of either kind.
     LQTimeSeries* OpenTimeSeries(Z4Storage* storage, const char* node);
     LQHistogram* OpenHistogram(Z4Storage* storage, const char* node);
+    LQSpectra* OpenSpectra(Z4Storage* storage, const char* node);
     /// Open the object or make it.
     /// @param created     whether it was made; may be null
     /// @param recordSize  of new channels, one of `Z4Size`
@@ -29,6 +31,7 @@ public:
     LQFlexTimeSeries* AdoptFlexTimeSeries(Z4Storage* storage, const char* node, bool* created, int recordSize);
     /// @param tuner  null for the usual layout
     LQHistogram* AdoptHistogram(Z4Storage* storage, const char* node, bool* created, const LQTuner* tuner);
+    LQSpectra* AdoptSpectra(Z4Storage* storage, const char* node, bool* created, int recordSize);
     LQMetaDataHost* AdoptMetaDataHost(Z4Storage* storage, const char* node, bool* created);
 
     /// Commits the object: from then on it survives whatever happens. Nothing happens to an object of a file that is only

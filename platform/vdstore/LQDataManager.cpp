@@ -46,6 +46,11 @@ LQHistogram* LQDataManager::OpenHistogram(Z4Storage* storage, const char* node)
     return FindNode(storage, node) ? AdoptHistogram(storage, node, nullptr, nullptr) : nullptr;
 }
 
+LQSpectra* LQDataManager::OpenSpectra(Z4Storage* storage, const char* node)
+{
+    return FindNode(storage, node) ? AdoptSpectra(storage, node, nullptr, Z4Size::Record32K) : nullptr;
+}
+
 template <class Object>
 Object* LQDataManager::Adopt(Z4Storage* storage, const char* node, LQObject::Kind kind, bool* created)
 {
@@ -79,6 +84,15 @@ LQHistogram* LQDataManager::AdoptHistogram(Z4Storage* storage, const char* node,
     if (object != nullptr && tuner != nullptr)
         object->recordSize_ = tuner->recordSize;
     return object;
+}
+
+LQSpectra* LQDataManager::AdoptSpectra(Z4Storage* storage, const char* node, bool* created, int recordSize)
+{
+    LQSpectra* const object = Adopt<LQSpectra>(storage, node, LQObject::KindSpectra, created);
+    if (object == nullptr || object->Begin(recordSize))
+        return object;
+    Close(object, false);
+    return nullptr;
 }
 
 LQMetaDataHost* LQDataManager::AdoptMetaDataHost(Z4Storage* storage, const char* node, bool* created)

@@ -1,7 +1,7 @@
 #include "vdstore/LQHistogram.h"
 
 #include "HistogramCodec.h"
-#include "SwapValues.h"
+#include "ValueSwap.h"
 #include "vdarchive/Z4Size.h"
 #include "vdbase/VFChecksum.h"
 #include "vdbase/VFError.h"
@@ -183,7 +183,7 @@ bool LQHistogram::ReadBins(const Channel& channel, VDHist* histogram)
     if (!VFHistPrepareRawBins(histogram, &room, &bins) || !channel.stream->Read(0, bytes, bins))
         return Fail();
     if (GetNode()->NeedsSwap())
-        SwapValues(bins, bytes, VFHistGetBinBytes(description.format));
+        VFSwapValues(bins, bytes, VFHistGetBinBytes(description.format));
     return true;
 }
 

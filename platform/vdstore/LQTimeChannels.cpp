@@ -1,6 +1,6 @@
 #include "vdstore/LQTimeChannels.h"
 
-#include "SwapValues.h"
+#include "ValueSwap.h"
 #include "vdarchive/Z4Size.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
@@ -155,7 +155,7 @@ bool LQTimeChannels::ReadPoints(std::int32_t type, std::int64_t first, std::int6
     if (there > 0 && !found->stream->Read(first * Size, there * Size, values))
         return Fail();
     if (GetNode()->NeedsSwap())
-        SwapValues(values, there * Size, static_cast<int>(Size));
+        VFSwapValues(values, there);
     if (numRead != nullptr)
         *numRead = there;
     return true;
