@@ -48,9 +48,42 @@ public:
     /// Size in bytes now; -1, recorded, if it can't be told.
     std::int64_t GetFileSize() const;
 
+    /// @name Objects
+    /// Values in frames that tell what they are and how long; objects may lie in objects. Each start has its finish, whatever
+    /// failed in between. What is put may wait in memory until the outermost object is finished, so nothing else is done with
+    /// the file until then. An object that wasn't finished is one that no reader takes.
+    /// @{
+    /// Begins an object at the current position.
+    bool StartWriteObject(int id, int version, int extra);
+    /// False if anything since the start has failed: the object then counts as unfinished.
+    /// @param context  gets the position of the object in the file; may be null
+    bool FinishWriteObject(std::int64_t* context);
+    bool Put(long value);  ///< 32 bits; a value that they don't hold fails
+    bool Put(char value);
+    bool Put(const VDString& value);
+
+    /// Enters the object at the current position; each out argument may be null. A frame that is none, or that isn't whole
+    /// within the file and the object around it, fails.
+    /// @param context  gets the position of the object
+    bool StartReadObject(std::int64_t* context, int* id, int* version, int* extra);
+    /// Leaves the object; the position is then behind it, whatever of it was read. False if there is none to leave.
+    bool FinishReadObject();
+    /// Values never come from behind the end of the object, and a length is checked before memory is asked for.
+    bool Get(long* value);
+    bool Get(char* value);
+    bool Get(VDString* value);
+    /// @}
+
 private:
+    struct Objects;
+
     void ReserveReadAhead(std::int64_t size);
     bool FillReadAhead(std::int64_t offset);
+    Objects& NeedObjects();
+    bool PutBytes(const void* bytes, std::size_t count);
+    bool FlushObjects();
+    bool GetBytes(void* bytes, std::int64_t count);
+    std::int64_t FindReadEnd() const;
 
     VDString filename_;
     int handle_ = -1;
@@ -60,4 +93,5 @@ private:
     std::int64_t readAheadOffset_ = 0;
     std::int64_t readAheadCount_ = 0;
     std::int64_t lastReadEnd_ = -1;
+    std::unique_ptr<Objects> objects_;  ///< while there are any
 };

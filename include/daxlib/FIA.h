@@ -2,6 +2,10 @@
 
 #include "daxlib/DaxTypes.h"
 
+#include <cstdint>
+
+class VDIo;
+
 /// Ordered lists of tests. An array holds one reference on each entry; entries may be shared with other arrays and callers.
 /// An index outside the array fails with -328595 "Index out of range  (%d)".
 
@@ -41,5 +45,8 @@ DAX_API int FIARemoveSelected(VDFileIdArray* array, char selected);
 DAX_API int FIAFind(VDFileIdArray* array, VDFileId* id, int* index);
 /// @param flags  bits of `VTFileIdArraySort`. Tests sort by base name, run, burst and mode; channels by number
 DAX_API int FIASort(VDFileIdArray* array, int flags);
+/// Writes the entries as an object into an open file or, with `reading` set, replaces them by what the object at the file's
+/// current position holds; see `FIDSerialise`. After a failure the array has the entries up to there.
+DAX_API int FIASerialise(VDFileIdArray* array, VDIo* io, char reading, std::int64_t* context);
 
 }  // extern "C"

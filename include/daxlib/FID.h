@@ -7,6 +7,7 @@
 
 class VDChanSep;
 class VDFileIdPreferences;
+class VDIo;
 class VDStringArray;
 class VDVariant;
 
@@ -215,6 +216,25 @@ DAX_API int FIDLoadMetadata(VDFileId* id);
 DAX_API int FIDGetMetadata(VDFileId* id, int channel, const char* keyword, VDVariant* value);
 /// @param keepKeywords  drops the values alone
 DAX_API int FIDClearMetadata(VDFileId* id, char keepKeywords);
+/// @}
+
+/// @name Stored forms
+/// @{
+/// Writes all that the id says of its test as one XML element, "FileId", but for channel file names, metadata values and the
+/// host's object. No lazy step is made.
+/// @param xml  in UTF-8. A name that isn't, or a text or key that XML can't hold, fails with -331501
+DAX_API int FIDToXml(VDFileId* id, VDString* xml);
+/// Becomes what the XML says; the format and the channels are taken on trust. Fails with -328617 on top of the reason; the id
+/// is then no longer what it was.
+DAX_API int FIDFromXml(VDFileId* id, const VDString* xml);
+/// Writes the id as an object into an open file, or reads it from the file's current position. The object doesn't say
+/// whether the test is identified and its channels are known, nor the type, file number and file name of a channel. No lazy
+/// step is made.
+/// @param io       open; another object than an id's fails with -327684, one of another version is reported with -327685
+///                 and read all the same
+/// @param reading  0 writes
+/// @param context  gets the position of the object in the file; may be null
+DAX_API int FIDSerialise(VDFileId* id, VDIo* io, char reading, std::int64_t* context);
 /// @}
 
 /// @name The test on disk

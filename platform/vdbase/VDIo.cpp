@@ -1,6 +1,7 @@
 #include "vdbase/VDIo.h"
 
 #include "FileReport.h"
+#include "VDIoObjects.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -123,6 +124,7 @@ bool VDIo::Close()
     const int handle = handle_;
     handle_ = -1;
     position_ = 0;
+    objects_.reset();
     readAhead_.reset();
     readAheadSize_ = 0;
     readAheadCount_ = 0;

@@ -7,6 +7,8 @@ namespace DaxError {
 // Block 0: general
 constexpr int OutOfMemory = -327681;
 constexpr int InvalidHandle = -327682;
+constexpr int SerialisedId = -327684;
+constexpr int SerialisedVersion = -327685;
 constexpr int EndOfFile = -327686;
 constexpr int CreateObject = -327687;
 constexpr int CleanUpObject = -327688;
@@ -62,16 +64,30 @@ constexpr int InvalidNameForm = -328582;
 constexpr int BlankFilename = -328583;
 constexpr int InvalidOpSys = -328584;
 constexpr int ChannelNotAvailable = -328587;
+constexpr int OutputExtension = -328591;
+constexpr int OutputSuffix = -328592;
+constexpr int OutputFolder = -328593;
+constexpr int OutputNameForm = -328594;
 constexpr int IndexOutOfRange = -328595;
+constexpr int OutputPrefix = -328596;
 constexpr int FilenameNotSet = -328597;
 constexpr int NoChannelsConfigured = -328598;
+constexpr int TestFileSize = -328600;
 constexpr int SetFileIdFirst = -328601;
+constexpr int OutputName = -328602;
 constexpr int DeleteTest = -328603;
+constexpr int SeveralTestsMatch = -328604;
+constexpr int NoTestMatches = -328605;
 constexpr int InvalidNumChanDigits = -328607;
 constexpr int InvalidDescriptorType = -328608;
 constexpr int InvalidDataSource = -328610;
 constexpr int NonDiskDelete = -328611;
 constexpr int IdentByExtension = -328612;
+constexpr int DecodeDescriptor = -328614;
+constexpr int NotOneTest = -328615;
+constexpr int DescriptorAccessType = -328616;
+constexpr int XmlFormat = -328617;
+constexpr int XmlVersionUnknown = -328618;
 
 // Block 10: FileFormat plug-ins and file identification
 constexpr int PluginList = -328681;

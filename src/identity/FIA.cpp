@@ -84,3 +84,8 @@ int FIASort(VDFileIdArray* array, int flags)
 {
     return VFForward<&VDFileIdArray::Sort>(array, __func__, flags);
 }
+
+int FIASerialise(VDFileIdArray* array, VDIo* io, char reading, std::int64_t* context)
+{
+    return VFForward<&VDFileIdArray::Serialise>(array, __func__, io, reading, context);
+}

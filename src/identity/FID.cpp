@@ -491,6 +491,21 @@ int FIDClearMetadata(VDFileId* id, char keepKeywords)
     return VFForward<&VDFileId::ClearMetadata>(id, __func__, keepKeywords);
 }
 
+int FIDToXml(VDFileId* id, VDString* xml)
+{
+    return VFForward<&VDFileId::ToXml>(id, __func__, xml);
+}
+
+int FIDFromXml(VDFileId* id, const VDString* xml)
+{
+    return VFForward<&VDFileId::FromXml>(id, __func__, xml);
+}
+
+int FIDSerialise(VDFileId* id, VDIo* io, char reading, std::int64_t* context)
+{
+    return VFForward<&VDFileId::Serialise>(id, __func__, io, reading, context);
+}
+
 int FIDCompareTestNames(VDFileId* left, VDFileId* right, char* same)
 {
     return VFForwardPair<&VDFileId::CompareTestNames>(left, right, __func__, same);

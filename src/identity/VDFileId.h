@@ -167,6 +167,13 @@ public:
     int DeleteTest();
     /// @}
 
+    /// @name Stored forms (VDFileIdXml.cpp, VDFileIdSerialise.cpp)
+    /// @{
+    int ToXml(VDString* xml) const;
+    int FromXml(const VDString* xml);
+    int Serialise(VDIo* io, char reading, std::int64_t* context);
+    /// @}
+
     /// @name Lists of ids (VDFileId.cpp)
     /// @{
     /// Is told of each entry of a list that refers to this id.
@@ -221,6 +228,8 @@ private:
 
     bool WriteDescriptor(int type, VDString& text);
     bool FindOriginalExtension(const VDFileIdChanInfo& channel);
+    bool ReadXml(const VDString& xml);
+    bool ReadFields(VDIo& io);
 
     /// Tells the lists that refer to an id if the full path name is another one at the end of the scope.
     class NameWatch;

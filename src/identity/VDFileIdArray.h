@@ -51,6 +51,7 @@ public:
     int RemoveSelected(char selected);
     int Find(VDFileId* id, int* index);
     int Sort(int flags);
+    int Serialise(VDIo* io, char reading, std::int64_t* context);
 
 private:
     using Entries = Z4SlotList<VDListedId>;
@@ -59,6 +60,7 @@ private:
     /// The entry of this index; null, recorded, if there is none.
     VDFileId* GetEntry(int index) const;
     void Take(VDFileIdHandle id);
+    bool ReadEntries(VDIo& io);
     void Replace(Entries entries);
     void SortTests(bool descending);
     /// Index of the first entry that means the same test; -1 if there is none.

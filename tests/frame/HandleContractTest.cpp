@@ -53,11 +53,12 @@ const Row VVRows[] = {
     ROW(FIDGetChanSelText), ROW(FIDSortChans), ROW(FIDRemoveChan), ROW(FIDRemoveAllChans), ROW(FIDClearAllChans),
     ROW(FIDRemoveAllSelectedChans), ROW(FIDSetExtraDataObject), ROW(FIDGetExtraDataObject), ROW(FIDGetPreferences),
     ROW(FIDSetMetadataKeywords), ROW(FIDHasMetadata), ROW(FIDGetMetadataKeywords), ROW(FIDLoadMetadata), ROW(FIDGetMetadata),
-    ROW(FIDClearMetadata), ROW(FIDCompareTestNames), ROW(FIDDeleteTest),
+    ROW(FIDClearMetadata), ROW(FIDCompareTestNames), ROW(FIDDeleteTest), ROW(FIDToXml),
+    ROW(FIDFromXml), ROW(FIDSerialise),
 
     ROW(FIAAddRef), ROW(FIARelease), ROW(FIACopy), ROW(FIAGetSize), ROW(FIAClear), ROW(FIAAppendItem), ROW(FIAAppend),
     ROW(FIAGetAt), ROW(FIARemoveAt), ROW(FIASelectAt), ROW(FIAGetSelectAt), ROW(FIASelectAll), ROW(FIARemoveSelected),
-    ROW(FIAFind), ROW(FIASort),
+    ROW(FIAFind), ROW(FIASort), ROW(FIASerialise),
 
     ROW(FINFAddRef), ROW(FINFRelease), ROW(FINFIdentifyFile), ROW(FINFIdentifyFiles), ROW(FINFIdentifyFileByExtension),
     ROW(FINFLoadInfo), ROW(FINFLoadInfoForFiles), ROW(FINFGetNextFileType), ROW(FINFGetAccessClass),
