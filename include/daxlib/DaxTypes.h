@@ -142,6 +142,16 @@ enum VTTestDescriptorType : int {
     VTTestDescBaseTitle = 8,  ///< display title with the base name only
 };
 
+/// How `FIDCreateOutputFromId` forms a name from that of the source, and what its text is.
+enum VTOutputNameForm : int {
+    VTOutputSameName = 0,      ///< not used
+    VTOutputNewExtension = 1,  ///< the extension; empty for the format's default
+    VTOutputPrefix = 2,        ///< stands in front of the base name
+    VTOutputSuffix = 3,        ///< stands behind the base name
+    VTOutputNewFolder = 4,     ///< the folder
+    VTOutputNewName = 5,       ///< the base name
+};
+
 /// How a file's base name is split into test stem and channel number.
 enum VTChanSepMethod : int {
     VTChanSepFixedDigits = 1,

@@ -30,6 +30,16 @@ DAX_API int FIDRelease(VDFileId* id);
 /// Copies what the mask of `VTFileIdCopyFlag` bits says; 0 stands for `VTFileIdCopyDefault`. An id copied onto itself stays.
 DAX_API int FIDCopy(VDFileId* target, VDFileId* source, std::uint32_t mask);
 DAX_API int FIDClear(VDFileId* id);
+/// Makes the target the description of a test that is to be written, named after the source: its folder, its base name with
+/// "_r02_", "_b02_" and "_m02_" for the run, burst and mode that it has, and the extension, which is the format's default
+/// where the target's file type isn't the source's. Each is changed as the form says. The format says the name form; a test
+/// of several files gets a "_" at the end of its stem.
+/// @param mask      as for `FIDCopy`, which comes first. The file type of the output is the target's own unless the mask
+///                  copies it
+/// @param nameForm  a `VTOutputNameForm`, else -328594
+/// @param text      empty fails with -328596, -328592, -328593 and -328602 for the forms 2 to 5. The extension of form 1 must
+///                  differ from the source's, else -328591
+DAX_API int FIDCreateOutputFromId(VDFileId* target, VDFileId* source, std::uint32_t mask, int nameForm, const char* text);
 /// @}
 
 /// @name Name
@@ -154,7 +164,7 @@ DAX_API int FIDSetChanTitle(VDFileId* id, int index, const char* title);
 DAX_API int FIDGetChanUnits(VDFileId* id, int index, VDString* units);
 DAX_API int FIDSetChanUnits(VDFileId* id, int index, const char* units);
 /// Name of the channel's file. Form 0: the test's file, whatever the index. Form 1 needs a channel in the list, else
-/// -328598.
+/// -328598. A channel of a folder test whose name would lead out of the folder, or has control characters, fails with -327704.
 DAX_API int FIDGetChanFilename(VDFileId* id, int index, VDString* filename);
 /// Name of the channel's file in a folder test where it differs from the title.
 DAX_API int FIDSetChanFilename(VDFileId* id, int index, const char* filename);
@@ -241,6 +251,12 @@ DAX_API int FIDSerialise(VDFileId* id, VDIo* io, char reading, std::int64_t* con
 /// @{
 /// Whether two ids mean the same test.
 DAX_API int FIDCompareTestNames(VDFileId* left, VDFileId* right, char* same);
+/// Bytes on disk of the test's files; -328600 for a file whose size can't be told.
+DAX_API int FIDGetTestFileSize(VDFileId* id, std::uint64_t* size);
+/// Whether the test's file is there or, of several, one of those of the channels in the list. A test that isn't on disk is
+/// always there.
+/// @param selectedOnly  looks at the selected channels only
+DAX_API int FIDDoesTestExist(VDFileId* id, char selectedOnly, char* exists);
 /// Deletes the files of the test; the id keeps its names. -328603 if a file stays, -328611 for a test that isn't on disk.
 DAX_API int FIDDeleteTest(VDFileId* id);
 /// @}

@@ -24,6 +24,11 @@ int FIDCopy(VDFileId* target, VDFileId* source, std::uint32_t mask)
     return VFForwardPair<&VDFileId::Copy>(target, source, __func__, mask);
 }
 
+int FIDCreateOutputFromId(VDFileId* target, VDFileId* source, std::uint32_t mask, int nameForm, const char* text)
+{
+    return VFForwardPair<&VDFileId::CreateOutputFromId>(target, source, __func__, mask, nameForm, text);
+}
+
 int FIDClear(VDFileId* id)
 {
     return VFForward<&VDFileId::Clear>(id, __func__);
@@ -509,6 +514,16 @@ int FIDSerialise(VDFileId* id, VDIo* io, char reading, std::int64_t* context)
 int FIDCompareTestNames(VDFileId* left, VDFileId* right, char* same)
 {
     return VFForwardPair<&VDFileId::CompareTestNames>(left, right, __func__, same);
+}
+
+int FIDGetTestFileSize(VDFileId* id, std::uint64_t* size)
+{
+    return VFForward<&VDFileId::GetTestFileSize>(id, __func__, size);
+}
+
+int FIDDoesTestExist(VDFileId* id, char selectedOnly, char* exists)
+{
+    return VFForward<&VDFileId::DoesTestExist>(id, __func__, selectedOnly, exists);
 }
 
 int FIDDeleteTest(VDFileId* id)

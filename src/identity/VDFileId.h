@@ -164,7 +164,14 @@ public:
     /// @{
     int GetChanFilename(int index, VDString* filename);
     int CompareTestNames(VDFileId* other, char* same);
+    int GetTestFileSize(std::uint64_t* size);
+    int DoesTestExist(char selectedOnly, char* exists);
     int DeleteTest();
+    /// @}
+
+    /// @name Output names (VDFileIdOutput.cpp)
+    /// @{
+    int CreateOutputFromId(VDFileId* source, std::uint32_t mask, int nameForm, const char* text);
     /// @}
 
     /// @name Stored forms (VDFileIdXml.cpp, VDFileIdSerialise.cpp)

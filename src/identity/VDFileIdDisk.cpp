@@ -8,6 +8,7 @@
 #include "vdbase/VDFileSystem.h"
 #include "vdbase/VFFilename.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -20,6 +21,17 @@ VDString ChannelName(const VDFileIdChanInfo& channel)
     if (name.IsEmpty())
         name.Format("Channel_%d", channel.number);
     return name;
+}
+
+/// Whether a name, as the last element of a path, stays in its folder. Titles come from files.
+bool StaysInFolder(const VDString& name)
+{
+    if (name == "." || name == "..")
+        return false;
+    return std::none_of(name.View().begin(), name.View().end(), [](char byte) {
+        const auto code = static_cast<unsigned char>(byte);
+        return code < 0x20 || code == 0x7f || byte == '/';
+    });
 }
 
 bool AreTypesAlike(const VDFileIdRecord& left, const VDFileIdRecord& right)
@@ -57,15 +69,25 @@ int VDFileId::GetChanFilename(int index, VDString* filename)
     int number = 0;
     if (GetChanNumber(index, &number) == 0)
         return 0;
+    const auto report = [number] {
+        VDString detail;
+        detail.Format(" The file name of channel %d leads out of its folder", number);
+        return VFDaxReport(DaxError::InvalidArguments, "VDFileId::GetChanFilename", {.appended = detail});
+    };
     if (!record_.folderTest) {
         VDString name;
         name.Format("%s%0*d.%s", record_.filename.c_str(), record_.chanDigits, number, record_.extension.c_str());
-        return VFGive(filename, VFBuildFilename("", name));
+        return StaysInFolder(record_.extension) ? VFGive(filename, VFBuildFilename("", name)) : report();
     }
     const VDFileIdChanInfo& channel = record_.channels[index];
+    const VDString name = ChannelName(channel);
+    if (!StaysInFolder(name))
+        return report();
     if (record_.originalExtension.IsEmpty() && !FindOriginalExtension(channel))
         return 0;
-    return VFGive(filename, VFBuildFilename(record_.filename, ChannelName(channel), record_.originalExtension));
+    if (!StaysInFolder(record_.originalExtension))
+        return report();
+    return VFGive(filename, VFBuildFilename(record_.filename, name, record_.originalExtension));
 }
 
 bool VDFileId::FindOriginalExtension(const VDFileIdChanInfo& channel)
@@ -90,6 +112,44 @@ bool VDFileId::FindOriginalExtension(const VDFileIdChanInfo& channel)
 int VDFileId::CompareTestNames(VDFileId* other, char* same)
 {
     return VFGive(same, AreSameTest(record_, other->record_));
+}
+
+int VDFileId::GetTestFileSize(std::uint64_t* size)
+{
+    if (VFGive(size, std::uint64_t{0}) == 0)
+        return 0;
+    const auto add = [&](const VDString& filename) {
+        std::int64_t bytes = 0;
+        if (!VDFileSystem::GetFileSize(filename, &bytes))
+            return VFDaxReport(DaxError::TestFileSize, "VDFileId::GetTestFileSize", {.appended = filename, .chain = 1});
+        *size += static_cast<std::uint64_t>(bytes);
+        return 1;
+    };
+    if (record_.nameForm == VTNameFormFile)
+        return add(record_.filename);
+    for (int index = 0; index < record_.channels.GetSize(); ++index)
+        if (VDString filename; GetChanFilename(index, &filename) == 0 || add(filename) == 0)
+            return 0;
+    return 1;
+}
+
+int VDFileId::DoesTestExist(char selectedOnly, char* exists)
+{
+    if (record_.dataSource != VTDataSourceDisk || record_.nameForm == VTNameFormFile)
+        return VFGive(exists, record_.dataSource != VTDataSourceDisk || VDFileSystem::FileExists(record_.filename));
+    if (VFGive(exists, false) == 0)
+        return 0;
+    bool allNamed = true;
+    for (int index = 0; index < record_.channels.GetSize(); ++index) {
+        VDString filename;
+        if (selectedOnly != 0 && !record_.channels[index].selected)
+            continue;
+        if (GetChanFilename(index, &filename) == 0)
+            allNamed = false;
+        else if (VDFileSystem::FileExists(filename))
+            return VFGive(exists, true);
+    }
+    return allNamed;
 }
 
 int VDFileId::DeleteTest()

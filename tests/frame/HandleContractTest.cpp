@@ -55,6 +55,7 @@ const Row VVRows[] = {
     ROW(FIDSetMetadataKeywords), ROW(FIDHasMetadata), ROW(FIDGetMetadataKeywords), ROW(FIDLoadMetadata), ROW(FIDGetMetadata),
     ROW(FIDClearMetadata), ROW(FIDCompareTestNames), ROW(FIDDeleteTest), ROW(FIDToXml),
     ROW(FIDFromXml), ROW(FIDSerialise),
+    ROW(FIDCreateOutputFromId), ROW(FIDGetTestFileSize), ROW(FIDDoesTestExist),
 
     ROW(FIAAddRef), ROW(FIARelease), ROW(FIACopy), ROW(FIAGetSize), ROW(FIAClear), ROW(FIAAppendItem), ROW(FIAAppend),
     ROW(FIAGetAt), ROW(FIARemoveAt), ROW(FIASelectAt), ROW(FIAGetSelectAt), ROW(FIASelectAll), ROW(FIARemoveSelected),
