@@ -15,12 +15,14 @@ void ReadValues(const char* filename, const VDFamosHeader& header)
     VDIo io(filename);
     if (!io.Open(VTOpenRead))
         return;
-    VDFamosValues values(io, header);
+    VDFamosValues values;
+    VDFamosLayout layout;
+    const VDFamosPlacement placement(header, io.GetFileSize());
     for (std::size_t group = 0; group < header.groups.size(); ++group)
         for (std::size_t index = 0; index < header.groups[group].components.size(); ++index)
-            if (values.SetComponent(group, index)) {
-                values.Read(0, std::min(values.GetCount(), most), points);
-                values.Read(values.GetCount() - 1, 1, points);
+            if (placement.Find(group, index, &layout)) {
+                values.Read(io, layout, 0, std::min(layout.count, most), points);
+                values.Read(io, layout, layout.count - 1, 1, points);
             }
 }
 

@@ -1,11 +1,10 @@
 #include "CanKernels.h"
 
+#include "WideVectors.h"
+
 #include <algorithm>
 #include <bit>
 #include <type_traits>
-
-// What is inlined without fail is compiled anew for each kind of processor that calls it.
-#define DAX_INLINE __attribute__((always_inline)) inline
 
 namespace {
 
@@ -142,42 +141,16 @@ DAX_INLINE void PhysicalFrame(const VDCanWordPlans& plans, std::uint64_t word, d
         Frame<Wanted::Physical>(plans, word, physical);
 }
 
-#if defined(__x86_64__)
-const bool VVHasWideVectors = __builtin_cpu_supports("avx2") != 0;
-
-template <class Work>
-__attribute__((target("avx2"))) void RunWide(const Work& work)
-{
-    work();
-}
-#else
-constexpr bool VVHasWideVectors = false;
-
-template <class Work>
-void RunWide(const Work&)
-{
-}
-#endif
-
-template <class Work>
-void Run(const Work& work)
-{
-    if (VVHasWideVectors)
-        RunWide(work);
-    else
-        work();
-}
-
 }  // namespace
 
 void VFCanRawColumn(const Plan& plan, const VDCanFrames& frames, std::int64_t* raw)
 {
-    Run([&]() __attribute__((always_inline)) { Column(plan, frames, RawValue(), raw); });
+    VFRunVectorised([&]() __attribute__((always_inline)) { Column(plan, frames, RawValue(), raw); });
 }
 
 void VFCanPhysicalColumn(const Plan& plan, const VDCanScaling& scaling, const VDCanFrames& frames, double* physical)
 {
-    Run([&]() __attribute__((always_inline)) { PhysicalColumn(plan, scaling, frames, physical); });
+    VFRunVectorised([&]() __attribute__((always_inline)) { PhysicalColumn(plan, scaling, frames, physical); });
 }
 
 void VDCanWordPlans::Append(const Plan& plan, const VDCanScaling& scaling)
@@ -197,10 +170,10 @@ void VDCanWordPlans::Append(const Plan& plan, const VDCanScaling& scaling)
 
 void VFCanRawFrame(const VDCanWordPlans& plans, std::uint64_t word, std::int64_t* raw)
 {
-    Run([&]() __attribute__((always_inline)) { Frame<Wanted::Raw>(plans, word, raw); });
+    VFRunVectorised([&]() __attribute__((always_inline)) { Frame<Wanted::Raw>(plans, word, raw); });
 }
 
 void VFCanPhysicalFrame(const VDCanWordPlans& plans, std::uint64_t word, double* physical)
 {
-    Run([&]() __attribute__((always_inline)) { PhysicalFrame(plans, word, physical); });
+    VFRunVectorised([&]() __attribute__((always_inline)) { PhysicalFrame(plans, word, physical); });
 }

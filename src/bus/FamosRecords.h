@@ -86,8 +86,10 @@ struct VDFamosGroup
 /// bytes that are filled.
 struct VDFamosBuffer
 {
-    int integers[6] = {-1, -1, -1, -1, -1, -1};
+    std::int64_t integers[6] = {-1, -1, -1, -1, -1, -1};
     double times[2] = {0, 0};
+    double x0 = 0;       ///< of the first value, on the axis of its component
+    double addTime = 0;  ///< seconds from the trigger time to where that axis is 0
 };
 
 struct VDFamosBufferDescription

@@ -236,29 +236,53 @@ int VDFamosKeyParser::ReadPacket(const Key&)
     return 0;
 }
 
-int VDFamosKeyParser::ReadBufferDescription(const Key&)
+// Recorders write nine fields a buffer: a number that nobody needs comes between the integers and the times. Which it is
+// shows in where the key ends.
+int VDFamosKeyParser::ReadBufferDescription(const Key& key)
 {
     VDFamosBufferDescription description;
-    bool good = ReadIntegers({&description.bufferCount, &description.userInfoBytes}) && description.userInfoBytes >= 0;
-    for (int index = 0; good && index < description.bufferCount; ++index)
-        good = ReadBuffer(&description);
-    if (!good)
+    bool good = false;
+    for (const int numTimes : {2, 3}) {
+        const VDErrorMute mute;
+        good = good || (ReadBuffers(key, numTimes, &description) && fields_.GetPosition() >= key.dataStart + key.length &&
+                        fields_.GetPosition() <= key.dataStart + key.length + 1);
+    }
+    if (!good && !ReadBuffers(key, 2, &description))
         return DaxError::FamosBufferKey;
     description.numGroups = header_.groups.size();
     header_.bufferDescriptions.push_back(std::move(description));
     return 0;
 }
 
-bool VDFamosKeyParser::ReadBuffer(VDFamosBufferDescription* description)
+bool VDFamosKeyParser::ReadBuffers(const Key& key, int numTimes, VDFamosBufferDescription* description)
+{
+    *description = {};
+    fields_.SetPosition(key.dataStart);
+    bool good = ReadIntegers({&description->bufferCount, &description->userInfoBytes}) && description->userInfoBytes >= 0;
+    for (int index = 0; good && index < description->bufferCount; ++index)
+        good = ReadBuffer(numTimes, description);
+    return good;
+}
+
+bool VDFamosKeyParser::ReadBuffer(int numTimes, VDFamosBufferDescription* description)
 {
     VDFamosBuffer buffer;
-    for (int& value : buffer.integers)
+    for (std::int64_t& value : buffer.integers)
         if (!fields_.ReadInteger(&value))
             return false;
-    for (double& value : buffer.times)
-        if (!fields_.ReadDouble(&value))
+    double times[3];
+    for (int index = 0; index < numTimes; ++index)
+        if (!fields_.ReadDouble(&times[index]))
             return false;
-    fields_.SetPosition(fields_.GetPosition() + description->userInfoBytes + 1);
+    buffer.times[0] = times[0];
+    buffer.times[1] = times[1];
+    buffer.x0 = times[numTimes - 2];
+    buffer.addTime = times[numTimes - 1];
+    fields_.SetPosition(fields_.GetPosition() + description->userInfoBytes);
+    char mark = 0;
+    const std::int64_t behind = fields_.GetPosition();
+    if (numTimes == 2 || !fields_.ReadByte(&mark) || mark != ',')
+        fields_.SetPosition(behind + (numTimes == 2 ? 1 : 0));
     description->buffers.push_back(buffer);
     return true;
 }

@@ -54,7 +54,8 @@ private:
     int ReadSamples(const Key& key);
 
     bool ReadIntegers(std::initializer_list<int*> values);
-    bool ReadBuffer(VDFamosBufferDescription* description);
+    bool ReadBuffers(const Key& key, int numTimes, VDFamosBufferDescription* description);
+    bool ReadBuffer(int numTimes, VDFamosBufferDescription* description);
     /// That of the current component, else of the current group; null if there is no group.
     VDFamosScaling* CurrentScaling();
 

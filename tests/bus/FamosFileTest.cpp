@@ -29,18 +29,19 @@ protected:
         VFErrorClear();
         VDIo file(folder_.Name("a.dat").c_str());
         EXPECT_TRUE(file.Open(VTOpenRead));
-        VDFamosValues reader(file, famos_.GetHeader());
-        const bool isSet = reader.SetComponent(0, 0);
-        std::vector<double> values(static_cast<std::size_t>(reader.GetCount()));
-        EXPECT_TRUE(reader.Read(0, reader.GetCount(), values.data()));
+        VDFamosValues reader;
+        VDFamosLayout layout;
+        const bool isSet = VDFamosPlacement(famos_.GetHeader(), file.GetFileSize()).Find(0, 0, &layout);
+        std::vector<double> values(static_cast<std::size_t>(layout.count));
+        EXPECT_TRUE(reader.Read(file, layout, 0, layout.count, values.data()));
         for (std::size_t index = 0; index < values.size(); ++index) {
             double value = 0;
-            EXPECT_TRUE(reader.Read(static_cast<std::int64_t>(index), 1, &value));
+            EXPECT_TRUE(reader.Read(file, layout, static_cast<std::int64_t>(index), 1, &value));
             EXPECT_EQ(value, values[index]);
         }
         double beyond = 0;
-        EXPECT_FALSE(isSet && reader.Read(reader.GetCount(), 1, &beyond));
-        isCut_ = reader.IsCut();
+        EXPECT_FALSE(isSet && reader.Read(file, layout, layout.count, 1, &beyond));
+        isCut_ = layout.count < layout.declared;
         return values;
     }
 
@@ -249,6 +250,9 @@ TEST_F(FamosFileTest, ReadsValuesInPieces)
         {"0,1,0", "3,1,1,1,10,2,2,1,0,0,x,9,1,0,5,0,5,0,0,x,1,1,90,9,8,2,0,0,x", {10, 98, 90}},
         {"0,1,0", "1,0,1,1,10,3,0,0,0,0,", {}},
         {"5,1,0", "1,0,1,1,10,3,0,3,0,0,", {}},
+        // As recorders write them, with a field more.
+        {"0,1,0", "2,0,1,1,10,2,0,2,1,4.25,7,1,1,20,2,0,2,1,8.5,7,", {10, 11, 20, 21}},
+        {"0,1,0", "2,1,1,1,10,2,0,2,1,4.25,7,x,1,1,20,2,0,2,1,8.5,7,x", {10, 11, 20, 21}},
     };
     const auto content = [&samples](const std::string& packet, const std::string& buffers) {
         return FamosStart() + VVGroup + VVComponent + FamosKey("CP", "1,1,1,8,0," + packet) + FamosKey("Cb", buffers) +
@@ -265,7 +269,7 @@ TEST_F(FamosFileTest, ReadsValuesInPieces)
              "1,0,1,1,98,3,0,3,0,0,", "1,0,1,1,0,3,4,3,0,0,", "1,0,1,1,0,3,0,4,0,0,"}) {
         ASSERT_TRUE(Open(content("0,1,0", bad)));
         EXPECT_EQ(Values(), std::vector<double>{}) << bad;
-        ExpectError(-332795, {}, "VDFamosValues::SetComponent");
+        ExpectError(-332795, {}, "VDFamosPlacement::Find");
     }
     for (const std::string& bad : std::vector<std::string>{"-1,1,0", "0,0,0", "0,1,-1"}) {
         ASSERT_TRUE(Open(content(bad, "1,0,1,1,10,3,0,3,0,0,")));

@@ -31,18 +31,18 @@ Json Buffers(const VDFamosHeader& header)
     return buffers;
 }
 
-Json ValuesOf(VDFamosValues& values)
+Json ValuesOf(VDIo& file, const VDFamosLayout& layout, VDFamosValues& values)
 {
     constexpr std::int64_t piece = 10'000;
-    const std::int64_t count = values.GetCount();
+    const std::int64_t count = layout.count;
     std::vector<double> points(static_cast<std::size_t>(std::min(count, piece)));
-    Json result = {{"points", count}, {"cut", values.IsCut()}};
+    Json result = {{"points", count}, {"cut", count < layout.declared}};
     double least = std::numeric_limits<double>::infinity();
     double greatest = -least;
     double sum = 0;
     for (std::int64_t first = 0; first < count; first += piece) {
         const std::int64_t part = std::min(piece, count - first);
-        if (!values.Read(first, part, points.data()))
+        if (!values.Read(file, layout, first, part, points.data()))
             return result;
         if (first == 0)
             result["first"] = points[0];
@@ -67,15 +67,17 @@ bool VFInspectFamosValues(const std::string& filename, Json* document)
     VDIo file(filename.c_str());
     if (!famos.Open(VDString(filename), "") || !file.Open(VTOpenRead))
         return false;
-    VDFamosValues values(file, famos.GetHeader());
+    VDFamosValues values;
+    VDFamosLayout layout;
+    const VDFamosPlacement placement(famos.GetHeader(), file.GetFileSize());
     Json& list = (*document)["components"] = Json::array();
     for (std::size_t group = 0; group < famos.GetHeader().groups.size(); ++group) {
         const auto& components = famos.GetHeader().groups[group].components;
         for (std::size_t index = 0; index < components.size(); ++index) {
             const auto& names = components[index].channelNames;
             Json entry = {{"name", names.empty() ? "" : VFTextAsUtf8(names[0].name).Str()}};
-            if (values.SetComponent(group, index))
-                entry.update(ValuesOf(values));
+            if (placement.Find(group, index, &layout))
+                entry.update(ValuesOf(file, layout, values));
             list.push_back(std::move(entry));
         }
     }
