@@ -1,5 +1,6 @@
 #include "DataTest.h"
 
+#include "TableTest.h"
 #include "TimeSeriesTest.h"
 #include "ToolError.h"
 
@@ -80,7 +81,7 @@ VDJson VDDataTest::DescribeChannel(const VDChannel& channel) const
             {"type", VFTypeWord(channel.type)}};
 }
 
-void VDDataTest::PrintChannels(VDTextSink& out) const
+void VDDataTest::PrintChannels(const VDJson&, VDTextSink& out) const
 {
     VDTextTable table("rrlll");
     table.Add({"INDEX", "NUMBER", "TITLE", "UNITS", "TYPE"});
@@ -99,6 +100,8 @@ std::unique_ptr<VDDataTest> VFOpenDataTest(const VDFileIdHandle& id)
     switch (accessType) {
     case VTFileAccessTimeSeries:
         return std::make_unique<VDTimeSeriesTest>(id);
+    case VTFileAccessMultiColumn:
+        return std::make_unique<VDTableTest>(id.Get());
     default:
         return std::make_unique<VDPlainTest>(id.Get(), accessType);
     }

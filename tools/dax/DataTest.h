@@ -48,8 +48,15 @@ public:
     virtual void DescribeTest(VDTextTable&) const {}
     /// A channel, with all that belongs to it.
     virtual VDJson DescribeChannel(const VDChannel& channel) const;
-    virtual void PrintChannels(VDTextSink& out) const;
+    /// Adds the limits of its values to what is told of a channel. Where they would have to be worked out from many values,
+    /// only if asked to do so always.
+    virtual void AddLimits(const VDChannel&, bool /*always*/, VDJson& /*described*/) const {}
+    /// @param described  of all channels
+    virtual void PrintChannels(const VDJson& described, VDTextSink& out) const;
     /// @}
+
+    /// The first values of a channel, as what is compared after a copy; time series have their own comparison.
+    virtual VDJson Sample(const VDChannel&) const { return {}; }
 
 protected:
     explicit VDDataTest(VDFileId* id) : id_(id) {}

@@ -15,12 +15,14 @@ public:
 
 private:
     VDTestArguments arguments_;
+    bool limits_ = false;
 };
 
 CLI::App* VDInfoCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("info", "Show a test and its channels");
     arguments_.Register(*command, "FILE");
+    command->add_flag("--limits", limits_, "Work out the limits of columns, also of large tables");
     return command;
 }
 
@@ -35,6 +37,12 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
     if (test.Access() != nullptr)
         values = VFGetFormatValues(*test.Access());
 
+    VDJson channels = VDJson::array();
+    for (const VDChannel& channel : test.GetChannels()) {
+        channels.push_back(test.DescribeChannel(channel));
+        test.AddLimits(channel, limits_, channels.back());
+    }
+
     if (context.IsJson()) {
         VDJson document = description.ToJson();
         document["descriptor"] = descriptor.Str();
@@ -44,9 +52,7 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
             for (const VDFormatValue& value : values)
                 named[value.name] = value.Text();
         }
-        VDJson& list = document["channels"] = VDJson::array();
-        for (const VDChannel& channel : test.GetChannels())
-            list.push_back(test.DescribeChannel(channel));
+        document["channels"] = channels;
         return document;
     }
     VDTextTable table("ll");
@@ -59,7 +65,7 @@ VDJson VDInfoCommand::Run(VDCommandContext& context)
     table.Add({"Channels", std::to_string(test.GetChannels().size())});
     table.Print(context.Out());
     context.Out().Write("\n");
-    test.PrintChannels(context.Out());
+    test.PrintChannels(channels, context.Out());
     return {};
 }
 

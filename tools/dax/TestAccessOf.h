@@ -3,7 +3,9 @@
 #include "TestAccess.h"
 #include "ToolError.h"
 
+#include "daxlib/ComplexFrequencyPlugin.h"
 #include "daxlib/MetaDataPlugin.h"
+#include "daxlib/MultiColumnPlugin.h"
 #include "daxlib/TimeSeriesPlugin.h"
 
 #include <type_traits>
@@ -83,4 +85,38 @@ struct VDMetaCalls
     static constexpr int FirstOpenMode = 1;
     static constexpr int KeepsMetaData = DaxMetaData::KeepsMetaData;
     static constexpr int Writable = DaxMetaData::KeepsMetaData;
+};
+
+struct VDTableCalls
+{
+    using Object = VDXYAcc;
+    using Handle = VDXYAccHandle;
+    static constexpr auto Create = XYAccCreate;
+    static constexpr auto SetId = XYAccSetId;
+    static constexpr auto Open = XYAccOpen;
+    static constexpr auto Close = XYAccClose;
+    static constexpr auto GetCapability = XYAccGetCapability;
+    static constexpr auto GetMetaData = XYAccGetMetaData;
+    static constexpr auto GetFormatValue = XYAccGetFormatSpecificValue;
+    static constexpr auto SetFormatValue = XYAccSetFormatSpecificValue;
+    static constexpr int FirstOpenMode = 0;
+    static constexpr int KeepsMetaData = DaxMultiColumn::KeepsMetaData;
+    static constexpr int Writable = DaxMultiColumn::Writable;
+};
+
+struct VDSpectraCalls
+{
+    using Object = VDCFAcc;
+    using Handle = VDCFAccHandle;
+    static constexpr auto Create = CFAccCreate;
+    static constexpr auto SetId = CFAccSetId;
+    static constexpr auto Open = CFAccOpen;
+    static constexpr auto Close = CFAccClose;
+    static constexpr auto GetCapability = CFAccGetCapability;
+    static constexpr auto GetMetaData = CFAccGetMetaData;
+    static constexpr auto GetFormatValue = CFAccGetFormatSpecificValue;
+    static constexpr auto SetFormatValue = CFAccSetFormatSpecificValue;
+    static constexpr int FirstOpenMode = 1;
+    static constexpr int KeepsMetaData = DaxComplexFrequency::KeepsMetaData;
+    static constexpr int Writable = DaxComplexFrequency::Writable;
 };

@@ -86,7 +86,7 @@ VDJson VDTimeSeriesTest::DescribeChannel(const VDChannel& channel) const
     return json;
 }
 
-void VDTimeSeriesTest::PrintChannels(VDTextSink& out) const
+void VDTimeSeriesTest::PrintChannels(const VDJson&, VDTextSink& out) const
 {
     VDTextTable table("rrlllrrr");
     table.Add({"INDEX", "NUMBER", "TITLE", "UNITS", "TYPE", "SAMPLE RATE", "BASE TIME", "POINTS"});

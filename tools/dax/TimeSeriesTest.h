@@ -15,7 +15,7 @@ public:
     void DescribeTest(VDJson& document) const override;
     void DescribeTest(VDTextTable& table) const override;
     VDJson DescribeChannel(const VDChannel& channel) const override;
-    void PrintChannels(VDTextSink& out) const override;
+    void PrintChannels(const VDJson& described, VDTextSink& out) const override;
 
     VDTsAcc* Get() const { return access_.Get(); }
     const std::string& GetXTitle() const { return xTitle_; }

@@ -38,6 +38,8 @@ constexpr int ItemLeftOut = -900027;       ///< an item that the output can't ho
 constexpr int MetaDataUnread = -900028;    ///< the metadata beside a file can't be read
 constexpr int NameChanged = -900029;       ///< signs that a name can't hold were replaced
 constexpr int BadName = -900030;           ///< no name for an output
+constexpr int UnknownColumn = -900031;     ///< no such column or data set
+constexpr int UnknownSpectrum = -900032;   ///< no such spectrum or line
 }  // namespace DaxToolError
 
 /// Thrown when a step has failed and its error is recorded.
