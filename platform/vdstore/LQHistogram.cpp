@@ -66,6 +66,13 @@ private:
     VDHist* hist_;
 };
 
+/// Makes a copy of another format if every value has an exact form there; nothing is recorded.
+bool Convert(VDHist* copy, const VDHist* histogram, int format)
+{
+    const VDErrorMute mute;
+    return VFHistCopy(copy, histogram) && VFHistSetFormat(copy, format);
+}
+
 bool HasStorableLists(const VDHistDescription& description)
 {
     constexpr std::size_t largest = std::numeric_limits<std::uint32_t>::max();
@@ -90,7 +97,9 @@ bool LQHistogram::ReportDamaged() const
 
 bool LQHistogram::AdjustChannelCount(int count)
 {
-    while (count >= 0 && GetChannelCount() > count)
+    if (count < 0)
+        return Report(VDStoreError::OutOfRange, "A data object can't have fewer than no channels");
+    while (GetChannelCount() > count)
         if (!RemoveChannel(GetChannelCount() - 1))
             return false;
     while (GetChannelCount() < count) {
@@ -100,8 +109,10 @@ bool LQHistogram::AdjustChannelCount(int count)
         if (channel.stream == nullptr)
             return Fail();
         channels_.Append(std::move(channel));
+        if (GetMapper()->GetChannelCount() < GetChannelCount())
+            GetMapper()->Append();
     }
-    return LQObject::AdjustChannelCount(count);
+    return true;
 }
 
 bool LQHistogram::RemoveChannel(int channel)
@@ -210,8 +221,7 @@ bool LQHistogram::LoadFrom(const VDHist* histogram, int channel)
     Channel& to = channels_[channel];
     if (TypeOf(description->format) != to.type) {
         const OwnHist converted;
-        const VDErrorMute mute;
-        if (VFHistCopy(converted.Get(), histogram) && VFHistSetFormat(converted.Get(), FormatOf(to.type)))
+        if (Convert(converted.Get(), histogram, FormatOf(to.type)))
             return Write(to, converted.Get());
     }
     return Write(to, histogram);
