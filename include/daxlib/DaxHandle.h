@@ -4,11 +4,13 @@
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
+#include "daxlib/HFAcc.h"
 #include "daxlib/MetaAcc.h"
 #include "daxlib/TSAcc.h"
 #include "daxlib/VFDirList.h"
 #include "daxlib/VMD.h"
 #include "daxlib/XYAcc.h"
+#include "vdbase/VFHist.h"
 
 #include <utility>
 
@@ -56,6 +58,8 @@ using VDFileIdArrayHandle = VDDaxHandle<VDFileIdArray, FIARelease>;
 using VDFileInfoHandle = VDDaxHandle<VDFileInfo, FINFRelease>;
 using VDTsAccHandle = VDDaxHandle<VDTsAcc, TSAccRelease>;
 using VDCFAccHandle = VDDaxHandle<VDCFAcc, CFAccRelease>;
+using VDHistAccHandle = VDDaxHandle<VDHistAcc, HFAccRelease>;
+using VDHistHandle = VDDaxHandle<VDHist, VFHistRelease>;
 using VDMetaAccHandle = VDDaxHandle<VDMetaAcc, MetaAccRelease>;
 using VDVmdFileHandle = VDDaxHandle<VDVmdFile, VMDRelease>;
 using VDXYAccHandle = VDDaxHandle<VDXYAcc, XYAccRelease>;

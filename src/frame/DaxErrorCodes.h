@@ -26,6 +26,7 @@ constexpr int MetaDataQueryExpression = -327703;
 constexpr int InvalidArguments = -327704;
 
 // Block 1: histogram access
+constexpr int HistInvalidFileId = -327794;
 constexpr int FileIdNotSet = -327795;
 constexpr int HistNotSupported = -327802;
 constexpr int HistUnknownFailure = -327807;
@@ -127,6 +128,7 @@ constexpr int EnumOptions = -329002;
 // Block 16: identification of storage files
 constexpr int StorageType = -329281;
 constexpr int NoTimeSeriesChannels = -329288;
+constexpr int NoHistogramChannels = -329290;
 
 // Block 21: metadata sidecars
 constexpr int SidecarNotOpen = -329781;
@@ -134,6 +136,7 @@ constexpr int SidecarNotOpen = -329781;
 // Block 22: storage files
 constexpr int StorageFileId = -329881;
 constexpr int StorageReadPastEnd = -329882;
+constexpr int StorageHistSubType = -329884;
 constexpr int StorageOpen = -329885;
 constexpr int StorageChannelIndex = -329886;
 

@@ -42,7 +42,7 @@ constexpr VDReaderFamily MakeFamily(VTFileAccessType type, int openMode)
 constexpr std::array VVFamilies = {
     MakeFamily<TSAccCreate, TSAccSetId, TSAccOpen, TSAccGetMetaData, TSAccClose, TSAccRelease>(VTFileAccessTimeSeries,
                                                                                                VTTsAccOpenRead),
-    VDReaderFamily{.type = VTFileAccessHistogram, .notSupported = DaxError::HistNotSupported},
+    MakeFamily<HFAccCreate, HFAccSetId, HFAccOpen, HFAccGetMetaData, HFAccClose, HFAccRelease>(VTFileAccessHistogram, 1),
     VDReaderFamily{.type = VTFileAccessMultiColumn, .notSupported = DaxError::XyNotSupported},
     MakeFamily<MetaAccCreate, MetaAccSetId, MetaAccOpen, MetaAccGetMetaData, MetaAccClose, MetaAccRelease>(VTFileAccessMetaData,
                                                                                                            1),

@@ -11,4 +11,6 @@ void VFAddBuiltInPlugins()
     VFAddBuiltInPlugIn("FileFormat", "Z4Temporary", "Temporary structured storage", library, "Z4TempFF");
     VFAddBuiltInPlugIn("TimeSeriesFiles", StorageFormat::TimeSeriesClass, "Structured storage of time series", library,
                        "TSAccGen");
+    VFAddBuiltInPlugIn("HistogramFiles", StorageFormat::HistogramClass, "Structured storage of histograms", library,
+                       "HFAccGen");
 }

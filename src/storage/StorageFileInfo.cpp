@@ -20,35 +20,50 @@ struct FoundChannel
     VDString units;
 };
 
-/// The channels that the mapper numbers; false if one has no number.
-bool VFListChannels(LQTimeSeries& series, std::vector<FoundChannel>& channels)
+/// Title and units of a channel, either one empty where the object has none; false if that is a failure.
+bool VFDescribe(LQTimeSeries& series, int index, FoundChannel& channel)
 {
-    const LQChannelMapper& mapper = *series.GetMapper();
+    if (!series.GetChanTitle(index, channel.title))
+        channel.title.Empty();
+    if (!series.GetYUnits(index, channel.units))
+        channel.units.Empty();
+    return true;
+}
+
+bool VFDescribe(LQHistogram& histograms, int index, FoundChannel& channel)
+{
+    return histograms.GetChanTitle(channel.title, index) && histograms.GetZUnits(channel.units, index);
+}
+
+/// The channels that the mapper numbers; false if one has no number.
+template <class Object>
+bool VFListChannels(Object& object, std::vector<FoundChannel>& channels)
+{
+    const LQChannelMapper& mapper = *object.GetMapper();
     for (int index = 0; index < mapper.GetChannelCount(); ++index) {
         const long number = mapper.NumberFromIndex(index, false);
         if (number < 0)
             return false;
         FoundChannel& channel = channels.emplace_back();
         channel.number = static_cast<int>(number);
-        channel.type = series.GetChannelDataType(index);
-        if (!series.GetChanTitle(index, channel.title))
-            channel.title.Empty();
-        if (!series.GetYUnits(index, channel.units))
-            channel.units.Empty();
+        channel.type = object.GetChannelDataType(index);
+        if (!VFDescribe(object, index, channel))
+            return false;
     }
     return true;
 }
 
-bool VFReadChannels(const VDString& filename, std::vector<FoundChannel>& channels)
+template <auto OpenObject>
+bool VFReadChannels(const VDString& filename, const char* node, std::vector<FoundChannel>& channels)
 {
     LQDataManager& data = *LQGetDataManager();
     Z4File* const file = data.GetFileManager()->OpenFile(filename, false);
     if (file == nullptr)
         return false;
-    LQTimeSeries* const series = data.OpenTimeSeries(file->GetRoot(), StorageFormat::TimeSeriesNode);
-    const bool listed = series != nullptr && VFListChannels(*series, channels);
-    if (series != nullptr)
-        data.Close(series, false);
+    auto* const object = (data.*OpenObject)(file->GetRoot(), node);
+    const bool listed = object != nullptr && VFListChannels(*object, channels);
+    if (object != nullptr)
+        data.Close(object, false);
     data.GetFileManager()->CloseFile(file, false);
     return listed;
 }
@@ -62,14 +77,17 @@ int VFLoadStorageFileInfo(VDFileId* id, VDIo& io)
     if (!FIDGetFileId(id, &fileId, &subId))
         return 0;
     const VDString filename = io.GetFilename();
-    if (!StorageFormat::IsTimeSeries(subId))
+    const bool isHistogram = StorageFormat::IsHistogram(subId);
+    if (!isHistogram && !StorageFormat::IsTimeSeries(subId))
         return VFDaxReport(DaxError::StorageType, VVRoutine, {.appended = filename});
     io.Close();
     std::vector<FoundChannel> channels;
-    if (!VFReadChannels(filename, channels))
+    if (!(isHistogram ? VFReadChannels<&LQDataManager::OpenHistogram>(filename, StorageFormat::HistogramNode, channels)
+                      : VFReadChannels<&LQDataManager::OpenTimeSeries>(filename, StorageFormat::TimeSeriesNode, channels)))
         return 0;
     if (channels.empty())
-        return VFDaxReport(DaxError::NoTimeSeriesChannels, VVRoutine, {.appended = filename});
+        return VFDaxReport(isHistogram ? DaxError::NoHistogramChannels : DaxError::NoTimeSeriesChannels, VVRoutine,
+                           {.appended = filename});
     for (const FoundChannel& channel : channels) {
         int index = 0;
         if (!FIDAddChannel(id, channel.number, &index) || !FIDSetChanTitle(id, index, channel.title) ||

@@ -15,7 +15,7 @@ constexpr StorageFormat::Type VVTypes[] = {
     {StorageFormat::TimeSeries, "Z4TimeSeries", "z4t", true, true},
     {12, nullptr, "z4m", true, true},
     {StorageFormat::TemporaryTimeSeries, "TemporaryTimeSeries", "y4t", true, false},
-    {14, "TemporaryHistogram", "y4h", true, false},
+    {StorageFormat::TemporaryHistogram, "TemporaryHistogram", "y4h", true, false},
     {15, "TemporaryMultiColumn", "y4m", true, false},
     {16, "TemporaryComplexFrequency", "y4c", true, false},
 };

@@ -10,12 +10,15 @@ constexpr const char* HistogramClass = "FB3DAE1E-0E86-4f2d-9B58-3766EAE9A6EB";
 
 /// Name of the data object in a time-series file.
 constexpr const char* TimeSeriesNode = "TimeSeries";
+/// The same in a histogram file.
+constexpr const char* HistogramNode = "Histogram";
 
 enum SubId : int {
     FlexTimeSeries = 4,  ///< single precision only
     Histogram = 6,
     TimeSeries = 11,
     TemporaryTimeSeries = 13,
+    TemporaryHistogram = 14,
 };
 
 struct Type
@@ -33,6 +36,11 @@ const Type* FindType(int subId);
 constexpr bool IsTimeSeries(int subId)
 {
     return subId == FlexTimeSeries || subId == TimeSeries || subId == TemporaryTimeSeries;
+}
+
+constexpr bool IsHistogram(int subId)
+{
+    return subId == Histogram || subId == TemporaryHistogram;
 }
 
 }  // namespace StorageFormat

@@ -1,70 +1,31 @@
 // The plug-ins inside the library as one time-series access plug-in under the prefix "TSAccGen".
 
+#include "PluginAdapter.h"
 #include "StorageFileTypes.h"
 #include "VDTsAccZ4.h"
-#include "frame/ExportedWrapper.h"
 
 #include "daxlib/TSAccGen.h"
-
-#include <atomic>
-#include <typeinfo>
 
 namespace {
 
 using Base = VDTsAccPluginBase;
 
-/// The plug-in that an object is; null for any other object. Nothing behind the common base can be looked at before that is
-/// known, and finding it out costs more than most calls, so the class that was found last is remembered.
-Base* VFFindPlugin(VDCompBase& object)
-{
-    static std::atomic<const std::type_info*> lastClass = nullptr;
-    const std::type_info* const itsClass = &typeid(object);
-    if (itsClass == lastClass.load(std::memory_order_relaxed))
-        return static_cast<Base*>(&object);
-    Base* const plugin = dynamic_cast<Base*>(&object);
-    if (plugin != nullptr)
-        lastClass.store(itsClass, std::memory_order_relaxed);
-    return plugin;
-}
-
-/// Null, recorded, for anything that is no plug-in of this family.
-Base* VFGetPlugin(void* instance, const char* routine)
-{
-    try {
-        Base* const plugin = instance != nullptr ? VFFindPlugin(*static_cast<VDCompBase*>(instance)) : nullptr;
-        if (plugin != nullptr && plugin->GetPluginFamilyId() == Base::FamilyId)
-            return plugin;
-    } catch (...) {  // no object at all
-    }
-    VFDaxReportError(DaxError::InvalidHandle, routine);
-    return nullptr;
-}
-
 template <auto Method, class... Arguments>
 int VFForwardToPlugin(void* instance, const char* routine, Arguments... arguments)
 {
-    return VFExport(routine, [=] {
-        Base* const plugin = VFGetPlugin(instance, routine);
-        return plugin != nullptr && (plugin->*Method)(arguments...) ? 1 : 0;
-    });
+    return VFForwardToPluginOf<Base, Method>(instance, routine, arguments...);
 }
 
 }  // namespace
 
 void* TSAccGenCreate(const char* classId)
 {
-    if (VDString(classId).CompareNoCase(StorageFormat::TimeSeriesClass) == 0)
-        return static_cast<VDCompBase*>(VFCreate<VDTsAccZ4>(__func__));
-    VFDaxReportError(DaxError::ClassNotRecognised, __func__);
-    return nullptr;
+    return VFCreatePlugin<VDTsAccZ4>(classId, StorageFormat::TimeSeriesClass, __func__);
 }
 
 int TSAccGenRelease(void* instance)
 {
-    Base* const plugin = VFGetPlugin(instance, __func__);
-    if (plugin != nullptr && plugin->Release() == 0)
-        delete plugin;
-    return plugin != nullptr;
+    return VFReleasePlugin<Base>(instance, __func__);
 }
 
 int TSAccGenSetId(void* instance, VDFileId* id, char create)

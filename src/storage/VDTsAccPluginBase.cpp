@@ -1,6 +1,6 @@
 #include "VDTsAccPluginBase.h"
 
-#include "frame/VFDaxReport.h"
+#include "PluginReport.h"
 
 namespace {
 
@@ -60,11 +60,5 @@ void VDTsAccPluginBase::GetChanFileName(VDString& filename, long) const
 
 bool VDTsAccPluginBase::Report(long channel, int code, const char* routine, int chain) const
 {
-    VDDaxReportDetail detail;
-    detail.chain = chain;
-    if (chain == 0)
-        GetChanFileName(detail.name, channel);
-    if (!detail.name.IsEmpty())
-        detail.label = DaxText::File;
-    return VFDaxReport(code, routine, detail) != 0;
+    return VFReportOfPlugin(*this, channel, code, routine, chain);
 }

@@ -33,6 +33,7 @@ constexpr DeclaredType VVDeclared[] = {
 // Files that a program makes for itself. Nobody comes across one without an id that says so.
 constexpr DeclaredType VVDeclaredTemporary[] = {
     {TemporaryTimeSeries, VTFileAccessTimeSeries, TimeSeriesClass, 10095},
+    {TemporaryHistogram, VTFileAccessHistogram, HistogramClass, 10096},
 };
 
 void VFGetNextType(std::span<const DeclaredType> declared, int* index, int* fileId, int* subId, int* accessType,

@@ -117,8 +117,17 @@ const Row VVRows[] = {
     ROW(XYAccSetColUnits), ROW(XYAccSetColKeyword), ROW(XYAccGetMaxTitleLength), ROW(XYAccGetMaxUnitsLength),
     ROW(XYAccSetDataSetTitle), ROW(XYAccAppendDataSet), ROW(XYAccSetNumRows), ROW(XYAccGetNumCols),
     ROW(XYAccSetStatusWordBitText), ROW(XYAccGetStatusWordBitData), ROW(XYAccGetStatusWordData),
+    ROW(HFAccRelease), ROW(HFAccSetId), ROW(HFAccGetId), ROW(HFAccOpen), ROW(HFAccClose), ROW(HFAccGetCapability),
+    {"HFAccFlush", Call<HFAccFlush>, "HFFlush"}, ROW(HFAccGetNumChans), ROW(HFAccGetChans), ROW(HFAccGetChanIndex),
+    ROW(HFAccIsValidChan), ROW(HFAccGetActualChanNumber), ROW(HFAccGetChanTitle), ROW(HFAccSetChanTitle),
+    ROW(HFAccGetHistogram), ROW(HFAccPutHistogram), ROW(HFAccSetUseOffset), ROW(HFAccGetFormatSpecificValue),
+    ROW(HFAccSetFormatSpecificValue), ROW(HFAccGetMetaData),
 
     // The instance of a plug-in is its handle.
+    ROW(HFAccGenRelease), ROW(HFAccGenSetId), ROW(HFAccGenOpen), ROW(HFAccGenClose), ROW(HFAccGenFlush),
+    ROW(HFAccGenGetCapability), ROW(HFAccGenGetValue), ROW(HFAccGenPutValue), ROW(HFAccGenGetHistogram),
+    ROW(HFAccGenPutHistogram), {"HFAccGenLoadMetaData", Call<HFAccGenLoadMetaData>, "HFAccLoadMetaData"},
+    {"HFAccGenAddLegacyMetaData", Call<HFAccGenAddLegacyMetaData>, "HFAccAddLegacyMetaData"},
     ROW(TSAccGenRelease), ROW(TSAccGenSetId), ROW(TSAccGenOpen), ROW(TSAccGenClose), ROW(TSAccGenFlush),
     ROW(TSAccGenGetCapability), ROW(TSAccGenGetValue), ROW(TSAccGenPutValue), ROW(TSAccGenGetData), ROW(TSAccGenPutData),
     ROW(TSAccGenGetDataDoublePrecision), ROW(TSAccGenPutDataDoublePrecision), ROW(TSAccGenGetDataDigital32),
@@ -134,6 +143,7 @@ const std::set<std::string> VVWithoutHandle = {
     "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
     "CFAccCreate", "CFAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "XYAccCreate", "XYAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
+    "HFAccCreate", "HFAccAddPlugin", "HFAccGenCreate", "HFAccGenGetLastError",
     "FINFAddPlugin", "FINFGetValidAccessTypes",
     "FINFSetEnableIdentifyByExtension", "FINFGetIdentifyByExtension", "FINFGetFolderTestExtensions",
     // The registry has no object of its own here: the id is checked by the functions that it is passed on to.
@@ -163,6 +173,7 @@ constexpr const char* VVFamilies[] = {
     "FIA",
     "FID",
     "FINF",
+    "HFAcc",
     "MetaAcc",
     "TSAcc",
     "VMD",

@@ -124,6 +124,8 @@ TEST(StorageIdentificationTest, LoadsTheChannelList)
     };
     EXPECT_FALSE(load(MakeFile(folder, 11, 0)));
     ExpectError(-329288, "Z4 time series file contains no channels" + folder.Name("made.z4t"), "Z4FFLoadFileInfo");
-    EXPECT_FALSE(load(MakeFile(folder, 6, 1)));
+    VDIo io(MakeFile(folder, 5, 1).c_str());
+    FIDSetFileId(id.Get(), 154, 5);
+    EXPECT_FALSE(Z4FFLoadFileInfo(id.Get(), nullptr, 0, &io));
     ExpectError(-329281, "This is an unsupported Z4 file type" + folder.Name("made.z4t"), "Z4FFLoadFileInfo");
 }
