@@ -6,6 +6,7 @@
 #include "vdstore/LQHistogram.h"
 #include "vdstore/LQMetaDataHost.h"
 #include "vdstore/LQMode.h"
+#include "vdstore/LQResultsTable.h"
 #include "vdstore/LQSpectra.h"
 #include "vdstore/LQTimeSeries.h"
 
@@ -24,6 +25,7 @@ public:
     LQTimeSeries* OpenTimeSeries(Z4Storage* storage, const char* node);
     LQHistogram* OpenHistogram(Z4Storage* storage, const char* node);
     LQSpectra* OpenSpectra(Z4Storage* storage, const char* node);
+    LQResultsTable* OpenResultsTable(Z4Storage* storage, const char* node);
     /// Open the object or make it.
     /// @param created     whether it was made; may be null
     /// @param recordSize  of new channels, one of `Z4Size`
@@ -32,6 +34,7 @@ public:
     /// @param tuner  null for the usual layout
     LQHistogram* AdoptHistogram(Z4Storage* storage, const char* node, bool* created, const LQTuner* tuner);
     LQSpectra* AdoptSpectra(Z4Storage* storage, const char* node, bool* created, int recordSize);
+    LQResultsTable* AdoptResultsTable(Z4Storage* storage, const char* node, bool* created, int recordSize);
     LQMetaDataHost* AdoptMetaDataHost(Z4Storage* storage, const char* node, bool* created);
 
     /// Commits the object: from then on it survives whatever happens. Nothing happens to an object of a file that is only

@@ -54,7 +54,13 @@ public:
     /// @}
 
     /// What kind of object a node holds; the values stand in files.
-    enum Kind : std::uint32_t { KindTimeSeries = 1, KindMetaData = 2, KindHistogram = 3, KindSpectra = 5 };
+    enum Kind : std::uint32_t {
+        KindTimeSeries = 1,
+        KindMetaData = 2,
+        KindHistogram = 3,
+        KindResultsTable = 4,
+        KindSpectra = 5
+    };
 
 protected:
     LQObject();

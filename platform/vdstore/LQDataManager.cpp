@@ -51,6 +51,11 @@ LQSpectra* LQDataManager::OpenSpectra(Z4Storage* storage, const char* node)
     return FindNode(storage, node) ? AdoptSpectra(storage, node, nullptr, Z4Size::Record32K) : nullptr;
 }
 
+LQResultsTable* LQDataManager::OpenResultsTable(Z4Storage* storage, const char* node)
+{
+    return FindNode(storage, node) ? AdoptResultsTable(storage, node, nullptr, Z4Size::Record32K) : nullptr;
+}
+
 template <class Object>
 Object* LQDataManager::Adopt(Z4Storage* storage, const char* node, LQObject::Kind kind, bool* created)
 {
@@ -93,6 +98,14 @@ LQSpectra* LQDataManager::AdoptSpectra(Z4Storage* storage, const char* node, boo
         return object;
     Close(object, false);
     return nullptr;
+}
+
+LQResultsTable* LQDataManager::AdoptResultsTable(Z4Storage* storage, const char* node, bool* created, int recordSize)
+{
+    LQResultsTable* const object = Adopt<LQResultsTable>(storage, node, LQObject::KindResultsTable, created);
+    if (object != nullptr)
+        object->recordSize_ = recordSize;
+    return object;
 }
 
 LQMetaDataHost* LQDataManager::AdoptMetaDataHost(Z4Storage* storage, const char* node, bool* created)
