@@ -62,6 +62,8 @@ template <class T>
 class VDSTORE_API LQArrayChannelEx : public LQArrayChannel
 {
 public:
+    using Value = T;
+
     bool GetArray(std::int64_t first, std::int64_t count, T* values);
     bool PutArray(std::int64_t first, std::int64_t count, const T* values);
 
@@ -74,6 +76,8 @@ private:
 class VDSTORE_API LQTextArrayChannel : public LQArrayChannel
 {
 public:
+    using Value = VDString;
+
     bool GetTexts(std::int64_t first, std::int64_t count, VDString* texts);
     bool PutTexts(std::int64_t first, std::int64_t count, const VDString* texts);
 

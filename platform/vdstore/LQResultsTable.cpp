@@ -135,9 +135,8 @@ bool LQResultsTable::AddColumn(std::int32_t type, const char* title, const char*
         return Report(VDStoreError::WrongDataType, "A column of a table can't have this data type");
     if (channel == ALL_CHANNELS ? channels_.empty() && !AdjustChannelCount(1) : GetChannel(channel) == nullptr)
         return false;
-    for (int each = 0; each < GetChannelCount(); ++each) {
-        if (channel != ALL_CHANNELS && channel != each)
-            continue;
+    const bool all = channel == ALL_CHANNELS;
+    for (int each = all ? 0 : channel; each <= (all ? GetChannelCount() - 1 : channel); ++each) {
         Channel& to = *channels_[static_cast<std::size_t>(each)];
         auto column = std::make_unique<LQResultsTableColumn>(type, withStatus);
         column->SetTitle(title);
