@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include "../common/PluginReport.h"
 
 /// The texts of the catalogue that this plug-in reports.
 namespace WavError {
@@ -20,10 +20,8 @@ constexpr int NoChannels = -331899;
 constexpr int Write = -331900;
 }  // namespace WavError
 
-/// Records a failure: the catalogue text of the code, a line that says what is wrong with this file, and a line that names
-/// the file. `GetLastError` of both plug-in families then answers "VARDO".
-/// @param detail  may be empty
-/// @param file    may be empty
-/// @param chain   1 puts the report on top of those that are recorded already
-/// @return 0 always
-int WavReport(int code, const char* routine, const std::string& file, const std::string& detail, int chain = 0);
+/// As `PluginReport`.
+inline int WavReport(int code, const char* routine, const std::string& file, const std::string& detail, int chain = 0)
+{
+    return PluginReport(code, routine, file, detail, chain);
+}
