@@ -2,7 +2,27 @@
 
 #include "vdbase/VDStringArray.h"
 
+#include <compare>
 #include <cstdint>
+#include <optional>
+
+/// Where a file or folder lies, whatever names lead there.
+struct VDFilePlace
+{
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+
+    auto operator<=>(const VDFilePlace& other) const = default;
+};
+
+/// What a walk through a folder finds: whole names in byte order.
+struct VDFolderContent
+{
+    VDStringArray files;          ///< plain files that match, and links to such
+    VDStringArray folders;        ///< folders that match, and links to such
+    VDStringArray subfolders;     ///< all folders but those whose name begins with a dot
+    VDStringArray linkedFolders;  ///< the same for links to folders
+};
 
 /// Questions to the file system. Objects hold nothing and cost nothing.
 class VDBASE_API VDFileSystem
@@ -30,6 +50,13 @@ public:
     /// Whole names of the sub-folders.
     /// @param flag  1 leaves out those whose name begins with a dot
     static VDStringArray* GetSubdirList(const char* folder, int flag);
+
+    /// All that the three above tell of one folder. Entries are looked at by what the folder says of them where it does.
+    /// @param withSubfolders  false leaves out sub-folders; a plain name then needs no walk
+    /// @return false, recorded, if the folder can't be read; what was read before that is given all the same
+    static bool WalkFolder(const char* pathWithPattern, bool withSubfolders, VDFolderContent* content);
+    /// Where a file or folder lies, or what a link leads to; none, with nothing recorded, for a name that isn't there.
+    static std::optional<VDFilePlace> FindPlace(const char* name);
 
     /// The last element without its extension.
     static VDString GetBaseFileName(const char* filename);

@@ -111,6 +111,14 @@ constexpr int InvalidKeyword = -328699;
 constexpr int RecursiveIdent = -328700;
 constexpr int FormatPluginNotLoaded = -328702;
 
+// Block 11: directory lists
+constexpr int CreateFileList = -328781;
+constexpr int FileIdFilter = -328782;
+constexpr int AccessTypeFilter = -328783;
+constexpr int ScanAborted = -328784;
+constexpr int AtFile = -328785;
+constexpr int AtFileNames = -328786;
+
 // Block 13: multi-column access
 constexpr int NoDataSets = -328981;
 constexpr int DataSetIndexRange = -328982;

@@ -67,6 +67,12 @@ const Row VVRows[] = {
     ROW(FINFGetDefaultExtension), ROW(FINFGetNameForm), ROW(FINFGetFileFormatKeywords), ROW(FINFGetFileIdFromKeyword),
     ROW(FINFGetAccessDescription),
 
+    ROW(VFDirListClearFilter), ROW(VFDirListCreateList), ROW(VFDirListCreateListWithInfo), ROW(VFDirListGetFileIdArray),
+    ROW(VFDirListGetLoadErrorDetails), ROW(VFDirListGetSkipped), ROW(VFDirListRelease), ROW(VFDirListSetChanSep),
+    ROW(VFDirListSetErrorOnLoadDetails), ROW(VFDirListSetFilesMatching), ROW(VFDirListSetFilterByAccessType),
+    ROW(VFDirListSetFilterByAccessTypes), ROW(VFDirListSetFilterByFileId), ROW(VFDirListSetFilterByFileIds),
+    ROW(VFDirListSetPath), ROW(VFDirListSetProgressCallback), ROW(VFDirListSetRecurseSubDirs),
+
     ROW(TSAccRelease), {"TSAccSetId", Call<TSAccSetId>, "TSAcc"}, ROW(TSAccOpen), ROW(TSAccClose), ROW(TSAccFlush),
     ROW(TSAccGetCapability), ROW(TSAccGetBufferSize), ROW(TSAccGetNumChans), ROW(TSAccGetChans), ROW(TSAccGetChanIndex),
     ROW(TSAccIsValidChan), ROW(TSAccGetActualChanNumber), ROW(TSAccGetChanTitle), ROW(TSAccSetChanTitle),
@@ -140,7 +146,7 @@ const Row VVRows[] = {
 
 /// Exported functions of the handle families that take no handle.
 const std::set<std::string> VVWithoutHandle = {
-    "FIDCreate", "FIACreate", "FINFCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
+    "FIDCreate", "FIACreate", "FINFCreate", "VFDirListCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
     "CFAccCreate", "CFAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "XYAccCreate", "XYAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "HFAccCreate", "HFAccAddPlugin", "HFAccGenCreate", "HFAccGenGetLastError",
@@ -176,6 +182,7 @@ constexpr const char* VVFamilies[] = {
     "HFAcc",
     "MetaAcc",
     "TSAcc",
+    "VFDirList",
     "VMD",
     "XYAcc",
 };
