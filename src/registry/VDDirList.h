@@ -79,6 +79,9 @@ private:
     /// @name Folders (VDDirListScan.cpp)
     /// @{
     bool ScanFolders(const VDString& patternPath);
+    bool IsRecursive() const { return recurse_ || options_.recurse; }
+    /// Links that lead back up lead round in a circle: the folders in which this one lies count as visited.
+    void VisitParents(const VDString& folder);
     bool ScanFolder(const VDString& folder, const VDString& pattern, VDFolderContent* content);
     /// The files that weren't listed as those of a folder test already.
     VDStringArray TakeUncovered(VDStringArray& files) const;

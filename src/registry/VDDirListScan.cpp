@@ -42,6 +42,8 @@ bool VDDirList::ScanFolders(const VDString& patternPath)
     VDString start;
     VFSplitFilename(patternPath, &start, nullptr, nullptr);
     const VDString pattern = patternPath.Mid(start.GetLength());
+    if (IsRecursive())
+        VisitParents(start);
     // Links wait until all else was visited, so that a folder goes by its own name wherever it has one.
     VDFolderStack folders = {start};
     VDFolderStack links;
@@ -63,11 +65,19 @@ bool VDDirList::ScanFolders(const VDString& patternPath)
     return true;
 }
 
+void VDDirList::VisitParents(const VDString& folder)
+{
+    VDString parent = VFBuildFilename(VFFolderName(folder), "..");
+    for (auto place = VDFileSystem::FindPlace(parent); place && visited_.insert(*place).second;
+         place = VDFileSystem::FindPlace(parent))
+        parent = VFBuildFilename(parent, "..");
+}
+
 bool VDDirList::ScanFolder(const VDString& folder, const VDString& pattern, VDFolderContent* content)
 {
     if (!CheckAbort())
         return false;
-    const bool recurse = recurse_ || options_.recurse;
+    const bool recurse = IsRecursive();
     if (recurse) {
         const std::optional<VDFilePlace> place = VDFileSystem::FindPlace(VFFolderName(folder));
         if (place && !visited_.insert(*place).second)

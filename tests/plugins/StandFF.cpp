@@ -56,6 +56,8 @@ constexpr StandType VVOtherTypes[] = {
     {StandIn::UnnamedFileId, 1, 2345, "", "StandUnnamed"},
     {StandIn::CyclesFileId, 1, VTFileAccessCycles, "", "StandCycles"},
     {StandIn::FolderFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandFolder"},
+    {StandIn::GroupFileId, 1, VTFileAccessTimeSeries, StandIn::ClassId, "StandGroup"},
+    {StandIn::GroupFileId, 2, VTFileAccessTimeSeries, StandIn::ClassId, "StandGroupOther"},
 };
 
 /// The script of the last file that one of the plug-ins met: FileFormat's GetLastError doesn't say of which.
@@ -106,6 +108,8 @@ VDString FilenameOf(VDFileId* id)
 void SetType(VDFileId* id, const StandScript& script, int fileId)
 {
     FIDSetFileId(id, script.Int("fileid", fileId), script.Int("subid", 1));
+    if (script.Has("opsys"))
+        FIDSetOpSys(id, script.Int("opsys"));
     if (script.Has("title"))
         FIDSetTestTitle(id, script.Text("title").c_str());
 }
@@ -208,6 +212,10 @@ int StandFFLoadFileInfo(VDFileId* id, const char* header, int headerSize, VDIo*)
 {
     VVLastScript = StandScript(View(header, headerSize));
     StandThrow(VVLastScript.Text("infothrow"));
+    int nameForm = VTNameFormFile;
+    FIDGetNameForm(id, &nameForm);
+    if (nameForm == VTNameFormTestPlusChannels && !VVLastScript.Has("infofail"))
+        return 1;  // the channels are those that the names say
     return VVLastScript.Has("infofail") ? StandFail(VVLastScript, "StandFFLoadFileInfo") : AddChannels(id, VVLastScript);
 }
 

@@ -29,11 +29,13 @@
 ///     fileid=29101 subid=1      the file type (these are the defaults)
 ///     tests=2                   the file holds tests of run number 1, 2, ...; without it the file is one test
 ///     title=TEXT                test title
+///     opsys=101                 code of the system that wrote the file
 ///     fail=1                    IdentifyFile gives 0
 ///     throw=1|int               IdentifyFile throws a standard exception, an int
 ///     recurse=1                 IdentifyFile first identifies the same id again
 /// for LoadFileInfo:
 ///     channels=1 or numbers=3,1,7   how many channels (numbers from 1), or their numbers; titled "Channel <number>"
+///                               A test of several files keeps the channels that the names say
 ///     units=TEXT
 ///     infofail=1  infothrow=1|int
 /// for GetLastError:
@@ -88,10 +90,11 @@ constexpr int ScheduleFileId = 700;    ///< sub id 1, StandSchedule: ClassId
 constexpr int MetaFileId = 29108;      ///< sub id 1, StandMetaFile: MetaClassId
 /// LexadeFF: sub id 1, StandSig.
 constexpr int LexadeFileId = 29103;
-/// OtherFF: each of sub id 1.
+/// OtherFF: each of sub id 1. Files of these types are claimed by StandFF.
 constexpr int UnnamedFileId = 29106;  ///< StandUnnamed: access type 2345, which nothing names
 constexpr int CyclesFileId = 29107;   ///< StandCycles: access type 3
 constexpr int FolderFileId = 2200;    ///< StandFolder: time series
+constexpr int GroupFileId = 601;      ///< StandGroup and, of sub id 2, StandGroupOther: time series, a channel a file
 /// MessFF: sub id 1, StandMess.
 constexpr int MessFileId = 29110;
 
