@@ -3,7 +3,8 @@
 #include "daxlib/TimeSeriesPlugin.h"
 
 /// The time-series plug-ins that live inside the library, as one plug-in under the prefix "TSAccGen". Configured without any
-/// manifest for the class id text "8F517AAA-6DB0-45bb-990D-821265DFB159", which stands for time series in storage files.
+/// manifest for the class id text "8F517AAA-6DB0-45bb-990D-821265DFB159", which stands for time series in storage files, and for
+/// those of Famos recordings.
 /// An instance that isn't of this family is refused with -327682.
 
 extern "C" {

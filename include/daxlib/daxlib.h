@@ -10,6 +10,7 @@
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
+#include "daxlib/FamosFF.h"
 #include "daxlib/FileFormatPlugin.h"
 #include "daxlib/HFAcc.h"
 #include "daxlib/HFAccGen.h"

@@ -187,9 +187,18 @@ constexpr int NoYUnits = -331589;
 constexpr int NoZTitle = -331590;
 constexpr int NoZUnits = -331591;
 
+// Block 50: access to Famos files
+constexpr int FamosFileId = -332681;
+constexpr int FamosReadPastEnd = -332682;
+constexpr int FamosWrite = -332683;
+constexpr int FamosNoStatus = -332684;
+constexpr int FamosFileOpen = -332685;
+constexpr int FamosFileClose = -332686;
+
 // Block 51: Famos files
 constexpr int FamosOpen = -332781;
 constexpr int FamosInvalid = -332782;
+constexpr int FamosRead = -332783;
 constexpr int FamosIdKey = -332784;
 constexpr int FamosStatusKey = -332785;
 constexpr int FamosOriginKey = -332786;
@@ -207,6 +216,7 @@ constexpr int FamosSamplesKey = -332799;
 constexpr int FamosNoDataField = -332801;
 constexpr int FamosNoComponent = -332802;
 constexpr int FamosNoPacket = -332803;
+constexpr int FamosChannelRange = -332804;
 constexpr int FamosShortFrame = -332806;
 
 // Block 64: file id preferences

@@ -1,6 +1,7 @@
 #include "BuiltInPlugins.h"
 
 #include "StorageFileTypes.h"
+#include "famos/FamosFormat.h"
 
 #include "vdbase/VFPlugIn.h"
 
@@ -13,4 +14,6 @@ void VFAddBuiltInPlugins()
                        "TSAccGen");
     VFAddBuiltInPlugIn("HistogramFiles", StorageFormat::HistogramClass, "Structured storage of histograms", library,
                        "HFAccGen");
+    VFAddBuiltInPlugIn("FileFormat", "Famos", "Famos recordings", library, "FamosFF");
+    VFAddBuiltInPlugIn("TimeSeriesFiles", FamosFormat::TimeSeriesClass, "Famos time series", library, "TSAccGen");
 }

@@ -11,6 +11,8 @@ namespace {
 
 using Base = VDHistAccPluginBase;
 
+constexpr VDPluginClass VVClasses[] = {{StorageFormat::HistogramClass, VFMakePlugin<VDHistAccZ4>}};
+
 template <auto Method, class... Arguments>
 int VFForwardToPlugin(void* instance, const char* routine, Arguments... arguments)
 {
@@ -21,7 +23,7 @@ int VFForwardToPlugin(void* instance, const char* routine, Arguments... argument
 
 void* HFAccGenCreate(const char* classId)
 {
-    return VFCreatePlugin<VDHistAccZ4>(classId, StorageFormat::HistogramClass, __func__);
+    return VFCreatePlugin(VVClasses, classId, __func__);
 }
 
 int HFAccGenRelease(void* instance)

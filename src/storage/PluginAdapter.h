@@ -3,6 +3,7 @@
 #include "frame/ExportedWrapper.h"
 
 #include <atomic>
+#include <span>
 #include <typeinfo>
 
 // The plug-ins inside the library behind plain functions. `Base` is the base class of a family's plug-ins.
@@ -56,12 +57,25 @@ int VFReleasePlugin(void* instance, const char* routine)
     });
 }
 
-/// A new plug-in if its class id is the one that is asked for, whatever the case; null, recorded, otherwise.
-template <class Plugin>
-void* VFCreatePlugin(const char* classId, const char* ownClassId, const char* routine)
+/// A class of plug-ins that a family has.
+struct VDPluginClass
 {
-    if (VDString(classId).CompareNoCase(ownClassId) == 0)
-        return static_cast<VDCompBase*>(VFCreate<Plugin>(routine));
+    const char* id;  ///< its class id text
+    VDCompBase* (*make)(const char* routine);
+};
+
+template <class Plugin>
+VDCompBase* VFMakePlugin(const char* routine)
+{
+    return VFCreate<Plugin>(routine);
+}
+
+/// A new plug-in of the class whose id is asked for, whatever the case; null, recorded, if there is none.
+inline void* VFCreatePlugin(std::span<const VDPluginClass> classes, const char* classId, const char* routine)
+{
+    for (const VDPluginClass& known : classes)
+        if (VDString(classId).CompareNoCase(known.id) == 0)
+            return known.make(routine);
     VFDaxReportError(DaxError::ClassNotRecognised, routine);
     return nullptr;
 }

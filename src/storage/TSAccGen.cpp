@@ -3,12 +3,19 @@
 #include "PluginAdapter.h"
 #include "StorageFileTypes.h"
 #include "VDTsAccZ4.h"
+#include "famos/FamosFormat.h"
+#include "famos/VDTsAccFamos.h"
 
 #include "daxlib/TSAccGen.h"
 
 namespace {
 
 using Base = VDTsAccPluginBase;
+
+constexpr VDPluginClass VVClasses[] = {
+    {StorageFormat::TimeSeriesClass, VFMakePlugin<VDTsAccZ4>},
+    {FamosFormat::TimeSeriesClass, VFMakePlugin<VDTsAccFamos>},
+};
 
 template <auto Method, class... Arguments>
 int VFForwardToPlugin(void* instance, const char* routine, Arguments... arguments)
@@ -20,7 +27,7 @@ int VFForwardToPlugin(void* instance, const char* routine, Arguments... argument
 
 void* TSAccGenCreate(const char* classId)
 {
-    return VFCreatePlugin<VDTsAccZ4>(classId, StorageFormat::TimeSeriesClass, __func__);
+    return VFCreatePlugin(VVClasses, classId, __func__);
 }
 
 int TSAccGenRelease(void* instance)

@@ -1,0 +1,168 @@
+// Famos recordings as a FileFormat plug-in, under the prefix "FamosFF".
+
+#include "daxlib/FamosFF.h"
+
+#include "FamosFormat.h"
+#include "VDFamosRecording.h"
+#include "frame/VFDaxReport.h"
+
+#include "daxlib/FIA.h"
+#include "daxlib/FID.h"
+
+#include <cctype>
+#include <iterator>
+#include <string_view>
+
+namespace {
+
+using namespace FamosFormat;
+
+struct Type
+{
+    int subId;
+    VTFileAccessType accessType;
+    const char* accessClass;
+    const char* keyword;
+    int description;
+};
+
+constexpr Type VVTypes[] = {
+    {TimeSeries, VTFileAccessTimeSeries, TimeSeriesClass, "Famos", 10055},
+    {TimeStamped, VTFileAccessTimeSeries, TimeStampedClass, "FamosTimeStamped", 10077},
+};
+
+constexpr const char* VVCapabilities[] = {"Readable", "Writable"};
+
+const Type* FindType(const VDVariant& arguments)
+{
+    long fileId = 0;
+    long subId = 0;
+    arguments[0].GetLong(&fileId);
+    arguments[1].GetLong(&subId);
+    for (const Type& type : VVTypes)
+        if (fileId == FileId && subId == type.subId)
+            return &type;
+    return nullptr;
+}
+
+/// The first key says it: "|CF,2,1,1;". Blanks and line ends may stand in front.
+bool IsFamos(std::string_view header)
+{
+    const auto isBlank = [](char byte) { return byte == ' ' || byte == '\r' || byte == '\n' || byte == '\t'; };
+    while (!header.empty() && isBlank(header.front()))
+        header.remove_prefix(1);
+    if (!header.starts_with("|CF,") && !header.starts_with("|DF,"))
+        return false;
+    header.remove_prefix(4);
+    while (!header.empty() && header.front() == ' ')
+        header.remove_prefix(1);
+    return !header.empty() && std::isdigit(static_cast<unsigned char>(header.front())) != 0;
+}
+
+bool SetChannel(VDFileId* id, int index, const VDFamosRecording& recording, std::size_t channel)
+{
+    return FIDSetChanTitle(id, index, recording.GetTitle(channel)) &&
+           FIDSetChanUnits(id, index, recording.GetUnits(channel)) &&
+           FIDSetChanType(id, index, recording.GetDataType(channel));
+}
+
+bool ListChannels(VDFileId* id, const VDString& filename)
+{
+    const auto recording = VDFamosRecording::Open(filename);
+    if (recording == nullptr)
+        return false;
+    for (std::size_t channel = 0; channel < recording->GetChannelCount(); ++channel) {
+        const int number = static_cast<int>(channel) + 1;
+        int index = 0;
+        if (!FIDAddChannel(id, number, &index) || !FIDSetFileChanNumber(id, index, number) ||
+            !SetChannel(id, index, *recording, channel))
+            return false;
+    }
+    return true;
+}
+
+/// A test of many files has its channels already: each learns from its own file what it is.
+bool DescribeChannels(VDFileId* id)
+{
+    int count = 0;
+    if (!FIDGetNumChans(id, &count))
+        return false;
+    for (int index = 0; index < count; ++index) {
+        VDString filename;
+        if (!FIDGetChanFilename(id, index, &filename))
+            return false;
+        const auto recording = VDFamosRecording::Open(filename);
+        if (recording == nullptr || (recording->GetChannelCount() > 0 && !SetChannel(id, index, *recording, 0)))
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int FamosFFIdentifyFile(VDFileId* id, const char* bytes, int count, VDIo* io, VDFileIdArray* tests, char* claimed)
+{
+    *claimed = IsFamos({bytes, static_cast<std::size_t>(count)});
+    if (*claimed == 0)
+        return 1;
+    // A file that can't be read is told of when its channels are asked for.
+    std::string damage;
+    std::optional<VDFamosHeader> header;
+    {
+        const VDErrorMute mute;
+        header = VDFamosRecording::ReadHeader(*io, &damage);
+    }
+    const bool isStamped = header && VDFamosRecording::IsTimeStamped(*header);
+    return FIDSetFileId(id, FileId, isStamped ? TimeStamped : TimeSeries) && FIAAppendItem(tests, id);
+}
+
+int FamosFFLoadFileInfo(VDFileId* id, const char*, int, VDIo* io)
+{
+    int nameForm = 0;
+    if (!FIDGetNameForm(id, &nameForm))
+        return 0;
+    return nameForm == VTNameFormTestPlusChannels ? DescribeChannels(id) : ListChannels(id, io->GetFilename());
+}
+
+void FamosFFGetLastError(VDString* text)
+{
+    *text = "VARDO";
+}
+
+void FamosFFGetNextSupportedType(int* index, int* fileId, int* subId, int* accessType, VDString* accessClass,
+                                 VDString* description, char* more)
+{
+    *more = *index >= 0 && *index < static_cast<int>(std::size(VVTypes));
+    if (*more == 0)
+        return;
+    const Type& type = VVTypes[(*index)++];
+    *fileId = FileId;
+    *subId = type.subId;
+    *accessType = type.accessType;
+    *accessClass = type.accessClass;
+    *description = VFDaxText(type.description);
+}
+
+void FamosFFGetNextCapability(int, int, int* index, VDString* name, int* value, char* more)
+{
+    *more = *index >= 0 && *index < static_cast<int>(std::size(VVCapabilities));
+    if (*more == 0)
+        return;
+    *value = *index == 0;
+    *name = VVCapabilities[(*index)++];
+}
+
+void FamosFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
+{
+    const VDString asked(key);
+    const Type* const type = FindType(*arguments);
+    answer->Clear();
+    if (type == nullptr)
+        return;
+    if (asked == "NameForm")
+        answer->AppendItem(VDVariant(static_cast<long>(VTNameFormFile)));
+    else if (asked == "FormatKeyword")
+        answer->AppendItem(VDVariant(type->keyword));
+    else if (asked == "DefaultExtension")
+        answer->AppendItem(VDVariant(DefaultExtension));
+}
