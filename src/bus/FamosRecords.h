@@ -94,7 +94,8 @@ struct VDFamosBuffer
 
 struct VDFamosBufferDescription
 {
-    std::size_t numGroups = 0;  ///< groups of the file up to the key, the group that it belongs to included
+    std::size_t numGroups = 0;      ///< groups of the file up to the key, the group that it belongs to included
+    std::size_t numComponents = 0;  ///< components of that group up to the key
     int bufferCount = -1;
     int userInfoBytes = -1;
     std::vector<VDFamosBuffer> buffers;
@@ -104,9 +105,10 @@ struct VDFamosBufferDescription
 struct VDFamosDataBlock
 {
     int index = -1;
-    std::int64_t start = 0;   ///< position in the file behind the index field
-    std::int64_t length = 0;  ///< the key's length field, which counts the index field and its comma too
-    std::int64_t end = 0;     ///< position in the file behind the last byte of the samples
+    std::size_t numGroups = 0;  ///< groups of the file up to the key
+    std::int64_t start = 0;     ///< position in the file behind the index field
+    std::int64_t length = 0;    ///< the key's length field, which counts the index field and its comma too
+    std::int64_t end = 0;       ///< position in the file behind the last byte of the samples
 };
 
 /// A group definition (key `CB`).

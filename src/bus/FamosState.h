@@ -16,6 +16,7 @@ struct VDFamosUtil::State
 
     std::optional<VDIo> file;  ///< empty while no file is open
     VDString filename;
+    bool asItIs = false;
     bool isTimeStamped = false;
     VDString dbcFile;
     VDCanDefinition database;

@@ -250,6 +250,7 @@ int VDFamosKeyParser::ReadBufferDescription(const Key& key)
     if (!good && !ReadBuffers(key, 2, &description))
         return DaxError::FamosBufferKey;
     description.numGroups = header_.groups.size();
+    description.numComponents = group_ != nullptr ? group_->components.size() : 0;
     header_.bufferDescriptions.push_back(std::move(description));
     return 0;
 }
@@ -317,6 +318,7 @@ int VDFamosKeyParser::ReadSamples(const Key& key)
     VDFamosDataBlock block;
     if (!fields_.ReadInteger(&block.index))
         return DaxError::FamosSamplesKey;
+    block.numGroups = header_.groups.size();
     block.start = fields_.GetPosition();
     block.length = key.length;
     // May lie behind the end of a file that was cut off.

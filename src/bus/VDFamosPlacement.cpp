@@ -10,7 +10,7 @@ namespace {
 constexpr int VVHighestFirst = 2;
 constexpr int VVScaled = 1;
 
-constexpr std::size_t VVAnyGroup = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t VVAny = std::numeric_limits<std::size_t>::max();
 
 // Which of the integers of a buffer is what.
 enum BufferField { Reference, Samples, FirstByte, Size, Begin, Filled };
@@ -31,11 +31,14 @@ std::int64_t VDFamosLayout::CountUntil(std::int64_t position) const
 VDFamosPlacement::VDFamosPlacement(const VDFamosHeader& header, std::int64_t fileSize) : header_(header), fileSize_(fileSize)
 {
     for (const VDFamosDataBlock& block : header_.dataBlocks)
-        samples_.try_emplace(block.index, &block);
+        samples_.try_emplace({block.index, block.numGroups}, &block);
     for (const VDFamosBufferDescription& description : header_.bufferDescriptions)
-        for (const VDFamosBuffer& buffer : description.buffers)
-            for (const std::size_t numGroups : {description.numGroups, VVAnyGroup})
-                buffers_[{buffer.integers[Reference], numGroups}].push_back(&buffer);
+        for (const VDFamosBuffer& buffer : description.buffers) {
+            const std::int64_t reference = buffer.integers[Reference];
+            buffers_[{reference, description.numGroups, description.numComponents}].push_back(&buffer);
+            buffers_[{reference, description.numGroups, VVAny}].push_back(&buffer);
+            buffers_[{reference, VVAny, VVAny}].push_back(&buffer);
+        }
 }
 
 bool VDFamosPlacement::Find(std::size_t group, std::size_t component, VDFamosLayout* layout) const
@@ -48,7 +51,7 @@ bool VDFamosPlacement::Find(std::size_t group, std::size_t component, VDFamosLay
         return Fail(DaxError::FamosPacketKey);
     if (chosen.range != nullptr && chosen.range->transform == VVScaled)
         layout->scale = {chosen.range->factor != 1 || chosen.range->offset != 0, chosen.range->factor, chosen.range->offset};
-    if (AddRings(chosen.packet->bufferReference, group + 1, layout))
+    if (AddRings(chosen.packet->bufferReference, group + 1, component + 1, layout))
         return true;
     layout->rings.clear();
     layout->buffers.clear();
@@ -72,21 +75,22 @@ bool VDFamosPlacement::TakePacket(const VDFamosPacket& packet, VDFamosLayout* la
     return true;
 }
 
-// References count anew in each group, or through the file, as writers like.
-bool VDFamosPlacement::AddRings(int reference, std::size_t numGroups, VDFamosLayout* layout) const
+// References count anew in each component or group, or through the file, as writers like.
+bool VDFamosPlacement::AddRings(int reference, std::size_t numGroups, std::size_t numComponents, VDFamosLayout* layout) const
 {
-    auto found = buffers_.find({reference, numGroups});
-    if (found == buffers_.end())
-        found = buffers_.find({reference, VVAnyGroup});
-    return found != buffers_.end() &&
-           std::all_of(found->second.begin(), found->second.end(),
-                       [this, layout](const VDFamosBuffer* buffer) { return AddRing(*buffer, layout); });
+    for (const auto& [group, component] : {std::pair{numGroups, numComponents}, {numGroups, VVAny}, {VVAny, VVAny}})
+        if (const auto found = buffers_.find({reference, group, component}); found != buffers_.end())
+            return std::all_of(found->second.begin(), found->second.end(), [this, numGroups, layout](const auto* buffer) {
+                return AddRing(*buffer, numGroups, layout);
+            });
+    return false;
 }
 
-bool VDFamosPlacement::AddRing(const VDFamosBuffer& buffer, VDFamosLayout* layout) const
+bool VDFamosPlacement::AddRing(const VDFamosBuffer& buffer, std::size_t numGroups, VDFamosLayout* layout) const
 {
-    const auto found = samples_.find(buffer.integers[Samples]);
-    if (found == samples_.end())
+    // Indexes may count anew, too. Samples in front of a group aren't its own: a file that is cut off would give them twice.
+    const auto found = samples_.lower_bound({buffer.integers[Samples], numGroups});
+    if (found == samples_.end() || found->first.first != buffer.integers[Samples])
         return false;
     const VDFamosDataBlock& samples = *found->second;
     const std::int64_t firstByte = buffer.integers[FirstByte];

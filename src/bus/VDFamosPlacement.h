@@ -4,7 +4,7 @@
 #include "FamosRecords.h"
 
 #include <map>
-#include <unordered_map>
+#include <tuple>
 #include <vector>
 
 /// Where the values of one component lie and how they are read.
@@ -53,13 +53,15 @@ public:
     bool Find(std::size_t group, std::size_t component, VDFamosLayout* layout) const;
 
 private:
+    /// A number of the file and the group and component in which it was given, or any.
+    using Place = std::tuple<std::int64_t, std::size_t, std::size_t>;
+
     bool TakePacket(const VDFamosPacket& packet, VDFamosLayout* layout) const;
-    bool AddRings(int reference, std::size_t numGroups, VDFamosLayout* layout) const;
-    bool AddRing(const VDFamosBuffer& buffer, VDFamosLayout* layout) const;
+    bool AddRings(int reference, std::size_t numGroups, std::size_t numComponents, VDFamosLayout* layout) const;
+    bool AddRing(const VDFamosBuffer& buffer, std::size_t numGroups, VDFamosLayout* layout) const;
 
     const VDFamosHeader& header_;
     std::int64_t fileSize_;
-    std::unordered_map<std::int64_t, const VDFamosDataBlock*> samples_;
-    /// By reference and group.
-    std::map<std::pair<std::int64_t, std::size_t>, std::vector<const VDFamosBuffer*>> buffers_;
+    std::map<std::pair<std::int64_t, std::size_t>, const VDFamosDataBlock*> samples_;  ///< by index and group
+    std::map<Place, std::vector<const VDFamosBuffer*>> buffers_;
 };

@@ -48,27 +48,28 @@ VDFamosUtil::VDFamosUtil() : state_(std::make_unique<State>()) {}
 
 VDFamosUtil::~VDFamosUtil() = default;
 
-bool VDFamosUtil::Open(const VDString& filename, const VDString& dbcFile)
+bool VDFamosUtil::Open(const VDString& filename, const VDString& dbcFile, bool asItIs)
 {
     Close();
     state_->ClearParsed();
     state_->database.ClearFrames();
-    if (OpenFile(filename, dbcFile))
+    if (OpenFile(filename, dbcFile, asItIs))
         return true;
     Close();
     return false;
 }
 
-bool VDFamosUtil::OpenFile(const VDString& filename, const VDString& dbcFile)
+bool VDFamosUtil::OpenFile(const VDString& filename, const VDString& dbcFile, bool asItIs)
 {
     state_->filename = filename;
+    state_->asItIs = asItIs;
     state_->file.emplace(filename);
     if (!state_->file->Open(VTOpenRead))
         return VFDaxReportError(DaxError::FamosOpen, VVOpenRoutine) != 0;
     state_->dbcFile = dbcFile == VVNoName ? VDString() : dbcFile;
     if (!state_->dbcFile.IsEmpty() && !state_->database.ReadDatabase(state_->dbcFile))
         return false;
-    if (!HasFamosExtension(filename))
+    if (!asItIs && !HasFamosExtension(filename))
         return VFDaxReportError(DaxError::FamosInvalid, VVOpenRoutine) != 0;
     if (!ParseFile())
         return VFDaxReport(DaxError::FamosInvalid, VVOpenRoutine, {.chain = 1}) != 0;
@@ -109,6 +110,9 @@ bool VDFamosUtil::ParseKeys()
     if (component.packet == nullptr || component.packet->numberFormat != VVTimeStampedFormat)
         return true;
     state_->isTimeStamped = true;
+    if (state_->asItIs)
+        for (VDFamosDataBlock& block : state_->header.dataBlocks)
+            block.end = std::min(block.end, state_->file->GetFileSize());
     VDTimecode start;
     start.SetVDTime(groups[0].scaling != nullptr ? groups[0].scaling->triggerTime : VDTime());
     state_->startTime = start.GetUTCTimeInMicroSeconds();

@@ -17,9 +17,11 @@ public:
 
     /// Opens and reads a file, which must have the extension "dat" or "raw" in any case. What it declares stays until the
     /// next `Open`.
-    /// @param dbcFile  a CAN database for time-stamped recordings; empty or "** NO NAME **" for none
+    /// @param dbcFile   a CAN database for time-stamped recordings; empty or "** NO NAME **" for none
+    /// @param asItIs    the file is known by its content and may have any name; of a time-stamped recording that is cut off
+    ///                  the blocks that are whole are taken
     /// @return false, recorded; the file is closed then
-    bool Open(const VDString& filename, const VDString& dbcFile);
+    bool Open(const VDString& filename, const VDString& dbcFile, bool asItIs = false);
     /// Closes the file if it is open, and empties its name.
     bool Close();
 
@@ -40,7 +42,7 @@ public:
 private:
     struct State;
 
-    bool OpenFile(const VDString& filename, const VDString& dbcFile);
+    bool OpenFile(const VDString& filename, const VDString& dbcFile, bool asItIs);
     bool ParseFile();
     bool ParseKeys();
     bool DetermineTimeStampChannels();

@@ -3,7 +3,7 @@
 #include "daxlib/FamosFF.h"
 
 #include "FamosFormat.h"
-#include "VDFamosRecording.h"
+#include "VDFamosStream.h"
 #include "frame/VFDaxReport.h"
 
 #include "daxlib/FIA.h"
@@ -66,16 +66,32 @@ bool SetChannel(VDFileId* id, int index, const VDFamosRecording& recording, std:
            FIDSetChanType(id, index, recording.GetDataType(channel));
 }
 
+bool AddChannel(VDFileId* id, int number, int* index)
+{
+    return FIDAddChannel(id, number, index) && FIDSetFileChanNumber(id, *index, number);
+}
+
+bool ListStampedChannels(VDFileId* id, const VDString& filename)
+{
+    const auto stream = VDFamosStream::Open(filename, VDFamosStream::GetDatabase(id));
+    for (std::size_t at = 0; stream != nullptr && at < stream->GetChannelCount(); ++at) {
+        const VDFamosStream::Channel channel = stream->GetChannel(at);
+        int index = 0;
+        if (!AddChannel(id, static_cast<int>(at) + 1, &index) || !FIDSetChanTitle(id, index, channel.title) ||
+            !FIDSetChanUnits(id, index, channel.units) || !FIDSetChanType(id, index, channel.type))
+            return false;
+    }
+    return stream != nullptr;
+}
+
 bool ListChannels(VDFileId* id, const VDString& filename)
 {
     const auto recording = VDFamosRecording::Open(filename);
     if (recording == nullptr)
         return false;
     for (std::size_t channel = 0; channel < recording->GetChannelCount(); ++channel) {
-        const int number = static_cast<int>(channel) + 1;
         int index = 0;
-        if (!FIDAddChannel(id, number, &index) || !FIDSetFileChanNumber(id, index, number) ||
-            !SetChannel(id, index, *recording, channel))
+        if (!AddChannel(id, static_cast<int>(channel) + 1, &index) || !SetChannel(id, index, *recording, channel))
             return false;
     }
     return true;
@@ -119,8 +135,12 @@ int FamosFFIdentifyFile(VDFileId* id, const char* bytes, int count, VDIo* io, VD
 int FamosFFLoadFileInfo(VDFileId* id, const char*, int, VDIo* io)
 {
     int nameForm = 0;
-    if (!FIDGetNameForm(id, &nameForm))
+    int fileId = 0;
+    int subId = 0;
+    if (!FIDGetNameForm(id, &nameForm) || !FIDGetFileId(id, &fileId, &subId))
         return 0;
+    if (subId == TimeStamped)
+        return ListStampedChannels(id, io->GetFilename());
     return nameForm == VTNameFormTestPlusChannels ? DescribeChannels(id) : ListChannels(id, io->GetFilename());
 }
 

@@ -76,6 +76,9 @@ std::optional<VDFamosHeader> VDFamosRecording::ReadHeader(VDIo& file, std::strin
                             ".");
         VFErrorClear();
     }
+    if (!header.groups.empty() &&
+        static_cast<std::int64_t>(header.groups.back().components.size()) < header.groups.back().numComponents)
+        Append(*damage, "The file ends before all components that it announces.");
     if (!header.dataBlocks.empty() && header.dataBlocks.back().end > size)
         Append(*damage, "The file ends inside its samples, " + std::to_string(header.dataBlocks.back().end - size) +
                             " bytes before they do.");

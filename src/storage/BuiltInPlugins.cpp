@@ -16,4 +16,5 @@ void VFAddBuiltInPlugins()
                        "HFAccGen");
     VFAddBuiltInPlugIn("FileFormat", "Famos", "Famos recordings", library, "FamosFF");
     VFAddBuiltInPlugIn("TimeSeriesFiles", FamosFormat::TimeSeriesClass, "Famos time series", library, "TSAccGen");
+    VFAddBuiltInPlugIn("TimeSeriesFiles", FamosFormat::TimeStampedClass, "Famos time-stamped frames", library, "TSAccGen");
 }

@@ -5,6 +5,7 @@
 #include "VDTsAccZ4.h"
 #include "famos/FamosFormat.h"
 #include "famos/VDTsAccFamos.h"
+#include "famos/VDTsAccFamosStamped.h"
 
 #include "daxlib/TSAccGen.h"
 
@@ -15,6 +16,7 @@ using Base = VDTsAccPluginBase;
 constexpr VDPluginClass VVClasses[] = {
     {StorageFormat::TimeSeriesClass, VFMakePlugin<VDTsAccZ4>},
     {FamosFormat::TimeSeriesClass, VFMakePlugin<VDTsAccFamos>},
+    {FamosFormat::TimeStampedClass, VFMakePlugin<VDTsAccFamosStamped>},
 };
 
 template <auto Method, class... Arguments>
