@@ -70,8 +70,8 @@ public:
     /// @name Data
     /// All of the range must lie within the lines and, for reading, the spectra. A write makes spectra if need be.
     /// @param type  of the values in the buffer. Reading converts between single and double, and gives real values an imaginary
-    ///              part of 0; complex values aren't given as real ones. Writing takes what loses nothing: the other type of
-    ///              values is refused with `WrongDataType`
+    ///              part of 0; complex values aren't given as real ones. Writing takes what loses nothing, and refuses all else with
+    ///              `WrongDataType`; doubles make a channel of floats that has no values yet one of doubles
     /// @{
     bool GetData(std::int64_t spectrum, std::int64_t first, std::int64_t count, int type, void* values, int channel);
     bool SetData(std::int64_t spectrum, std::int64_t first, std::int64_t count, int type, const void* values, int channel);

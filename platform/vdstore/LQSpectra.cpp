@@ -263,10 +263,12 @@ bool LQSpectra::GetData(std::int64_t spectrum, std::int64_t first, std::int64_t 
 bool LQSpectra::SetData(std::int64_t spectrum, std::int64_t first, std::int64_t count, int type, const void* values,
                         int channel)
 {
-    const Channel* const found = GetChannel(channel);
-    if (found == nullptr || !CheckRange(first, count, lines_) || !CheckRange(spectrum, 1, LargestAxis) ||
+    if (!CheckChannel(channel) || !CheckRange(first, count, lines_) || !CheckRange(spectrum, 1, LargestAxis) ||
         !CheckSize(spectrum + 1, lines_))
         return false;
+    Channel* const found = &channels_[channel];
+    if (IsDoubleType(type) && !IsDoubleType(found->type) && found->stream->GetLength() == 0)
+        ++found->type;
     if (!IsValueType(type) || PartsOf(type) > PartsOf(found->type) || (IsDoubleType(type) && !IsDoubleType(found->type)))
         return ReportValueType();
     const std::int64_t place = GetPlace(*found, spectrum, first);
