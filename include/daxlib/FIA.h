@@ -45,6 +45,15 @@ DAX_API int FIARemoveSelected(VDFileIdArray* array, char selected);
 DAX_API int FIAFind(VDFileIdArray* array, VDFileId* id, int* index);
 /// @param flags  bits of `VTFileIdArraySort`. Tests sort by base name, run, burst and mode; channels by number
 DAX_API int FIASort(VDFileIdArray* array, int flags);
+/// Fills the array with all tests that a spec names, as `FIDCreateFromTestSpec` reads it. -328605 if there are none, unless a
+/// plug-in says so.
+DAX_API int FIACreateFromTestSpec(VDFileIdArray* array, const char* text);
+/// The first entry that a descriptor names: its filename and extension without regard to case, and its run, burst, mode,
+/// access type and exact list of channels as far as the descriptor says them. No file is looked at.
+/// @param text  parted at every ";"; it has no wildcards. A number that is none fails with -328615, an access type with
+///              -328616, as does "afe"
+/// @param id    gets a reference for the caller; null, and success, if there is no such entry
+DAX_API int FIAFindFromTestSpec(VDFileIdArray* array, const char* text, VDFileId** id);
 /// Writes the entries as an object into an open file or, with `reading` set, replaces them by what the object at the file's
 /// current position holds; see `FIDSerialise`. After a failure the array has the entries up to there.
 DAX_API int FIASerialise(VDFileIdArray* array, VDIo* io, char reading, std::int64_t* context);

@@ -59,6 +59,14 @@ DAX_API int FIDSetTestname(VDFileId* id, const char* name, const char* keyword, 
 /// One line of text about the test.
 /// @param type  a `VTTestDescriptorType`, else -328608
 DAX_API int FIDGetTestDescriptor(VDFileId* id, int type, VDString* text);
+/// Becomes the one test that a spec names. VFDirList.h says what a spec may be; a test descriptor is one, and one with "://"
+/// in it belongs to a plug-in. The name of one channel's file gives the test that it is part of, with that channel alone.
+/// -328605 for a spec that no test matches, -328604 for more than one, -328614 for a text with "://" that no plug-in takes;
+/// the id is then as it was.
+DAX_API int FIDCreateFromTestSpec(VDFileId* id, const char* text);
+/// The files of the test that a spec names.
+/// @param withMetadata  gives the file with its metadata, too, if there is one beside the data
+DAX_API int FIDGetFilenamesForTestDescriptor(const char* text, char withMetadata, VDStringArray* filenames);
 DAX_API int FIDSetTestTitle(VDFileId* id, const char* title);
 DAX_API int FIDGetTestTitle(VDFileId* id, VDString* title);
 /// Run, burst and mode tell apart the sub-tests of one file; -1 means not divided that way.
@@ -257,6 +265,9 @@ DAX_API int FIDGetTestFileSize(VDFileId* id, std::uint64_t* size);
 /// always there.
 /// @param selectedOnly  looks at the selected channels only
 DAX_API int FIDDoesTestExist(VDFileId* id, char selectedOnly, char* exists);
+/// Of a test that was found through the file of one channel: becomes the whole test with that channel alone. Any other test,
+/// and one that isn't found in its folder, stays as it is.
+DAX_API int FIDFixTestPlusChannels(VDFileId* id);
 /// Deletes the files of the test; the id keeps its names. -328603 if a file stays, -328611 for a test that isn't on disk.
 DAX_API int FIDDeleteTest(VDFileId* id);
 /// @}

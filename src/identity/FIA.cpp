@@ -85,6 +85,16 @@ int FIASort(VDFileIdArray* array, int flags)
     return VFForward<&VDFileIdArray::Sort>(array, __func__, flags);
 }
 
+int FIACreateFromTestSpec(VDFileIdArray* array, const char* text)
+{
+    return VFForward<&VDFileIdArray::CreateFromTestSpec>(array, __func__, text);
+}
+
+int FIAFindFromTestSpec(VDFileIdArray* array, const char* text, VDFileId** id)
+{
+    return VFForward<&VDFileIdArray::FindFromTestSpec>(array, __func__, text, id);
+}
+
 int FIASerialise(VDFileIdArray* array, VDIo* io, char reading, std::int64_t* context)
 {
     return VFForward<&VDFileIdArray::Serialise>(array, __func__, io, reading, context);

@@ -29,6 +29,11 @@ int FIDCreateOutputFromId(VDFileId* target, VDFileId* source, std::uint32_t mask
     return VFForwardPair<&VDFileId::CreateOutputFromId>(target, source, __func__, mask, nameForm, text);
 }
 
+int FIDCreateFromTestSpec(VDFileId* id, const char* text)
+{
+    return VFForward<&VDFileId::CreateFromTestSpec>(id, __func__, text);
+}
+
 int FIDClear(VDFileId* id)
 {
     return VFForward<&VDFileId::Clear>(id, __func__);
@@ -524,6 +529,11 @@ int FIDGetTestFileSize(VDFileId* id, std::uint64_t* size)
 int FIDDoesTestExist(VDFileId* id, char selectedOnly, char* exists)
 {
     return VFForward<&VDFileId::DoesTestExist>(id, __func__, selectedOnly, exists);
+}
+
+int FIDFixTestPlusChannels(VDFileId* id)
+{
+    return VFForward<&VDFileId::FixTestPlusChannels>(id, __func__);
 }
 
 int FIDDeleteTest(VDFileId* id)

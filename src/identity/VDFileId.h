@@ -155,9 +155,10 @@ public:
     [[nodiscard]] VDValueGuard<bool> MarkLoading() { return {loading_, true}; }
     /// @}
 
-    /// @name Descriptor (VDFileIdDescriptor.cpp)
+    /// @name Descriptor (VDFileIdDescriptor.cpp, TestSpecs.cpp)
     /// @{
     int GetTestDescriptor(int type, VDString* text);
+    int CreateFromTestSpec(const char* text);
     /// @}
 
     /// @name The test on disk (VDFileIdDisk.cpp)
@@ -172,6 +173,11 @@ public:
     /// @name Output names (VDFileIdOutput.cpp)
     /// @{
     int CreateOutputFromId(VDFileId* source, std::uint32_t mask, int nameForm, const char* text);
+    /// @}
+
+    /// @name One channel's file (WholeTests.cpp)
+    /// @{
+    int FixTestPlusChannels();
     /// @}
 
     /// @name Stored forms (VDFileIdXml.cpp, VDFileIdSerialise.cpp)

@@ -51,6 +51,8 @@ public:
     int RemoveSelected(char selected);
     int Find(VDFileId* id, int* index);
     int Sort(int flags);
+    int CreateFromTestSpec(const char* text);
+    int FindFromTestSpec(const char* text, VDFileId** id);
     int Serialise(VDIo* io, char reading, std::int64_t* context);
 
 private:

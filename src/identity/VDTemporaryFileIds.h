@@ -19,6 +19,8 @@ public:
     using Place = std::list<VDFileId*>::iterator;
     Place Add(VDFileId* id) { return ids_.insert(ids_.end(), id); }
     void Remove(Place place) { ids_.erase(place); }
+    /// The first id of this filename; null if there is none.
+    const VDFileId* Find(const char* filename) const;
 
 private:
     std::list<VDFileId*> ids_;

@@ -55,11 +55,12 @@ const Row VVRows[] = {
     ROW(FIDSetMetadataKeywords), ROW(FIDHasMetadata), ROW(FIDGetMetadataKeywords), ROW(FIDLoadMetadata), ROW(FIDGetMetadata),
     ROW(FIDClearMetadata), ROW(FIDCompareTestNames), ROW(FIDDeleteTest), ROW(FIDToXml),
     ROW(FIDFromXml), ROW(FIDSerialise),
-    ROW(FIDCreateOutputFromId), ROW(FIDGetTestFileSize), ROW(FIDDoesTestExist),
+    ROW(FIDCreateFromTestSpec), ROW(FIDFixTestPlusChannels), ROW(FIDCreateOutputFromId), ROW(FIDGetTestFileSize), ROW(FIDDoesTestExist),
 
     ROW(FIAAddRef), ROW(FIARelease), ROW(FIACopy), ROW(FIAGetSize), ROW(FIAClear), ROW(FIAAppendItem), ROW(FIAAppend),
     ROW(FIAGetAt), ROW(FIARemoveAt), ROW(FIASelectAt), ROW(FIAGetSelectAt), ROW(FIASelectAll), ROW(FIARemoveSelected),
-    ROW(FIAFind), ROW(FIASort), ROW(FIASerialise),
+    ROW(FIAFind), ROW(FIACreateFromTestSpec),
+    ROW(FIAFindFromTestSpec), ROW(FIASort), ROW(FIASerialise),
 
     ROW(FINFAddRef), ROW(FINFRelease), ROW(FINFIdentifyFile), ROW(FINFIdentifyFiles), ROW(FINFIdentifyFileByExtension),
     ROW(FINFLoadInfo), ROW(FINFLoadInfoForFiles), ROW(FINFGetNextFileType), ROW(FINFGetAccessClass),
@@ -146,7 +147,7 @@ const Row VVRows[] = {
 
 /// Exported functions of the handle families that take no handle.
 const std::set<std::string> VVWithoutHandle = {
-    "FIDCreate", "FIACreate", "FINFCreate", "VFDirListCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
+    "FIDCreate", "FIDGetFilenamesForTestDescriptor", "FIACreate", "FINFCreate", "VFDirListCreate", "TSAccCreate", "TSAccAddPlugin", "MetaAccCreate", "MetaAccAddPlugin",
     "CFAccCreate", "CFAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "XYAccCreate", "XYAccAddPlugin", "TSAccGenCreate", "TSAccGenGetLastError",
     "HFAccCreate", "HFAccAddPlugin", "HFAccGenCreate", "HFAccGenGetLastError",
