@@ -18,6 +18,12 @@ namespace {
 constexpr std::size_t Body = 12288;
 constexpr std::size_t Slot = 8192;
 constexpr std::size_t SlotFields = 32;
+constexpr std::uint64_t HistogramKind = 3;
+// The bits of the byte that chooses
+constexpr int Unsealed = 1;
+constexpr int Written = 2;
+constexpr int AsTest = 4;
+constexpr int OfHistograms = 8;
 
 /// Makes the checksums of a file fit as far as what they are over can be found.
 class Sealer
@@ -66,11 +72,31 @@ private:
             std::uint64_t count = Number(at + 4, 4);
             for (at += 8; at < end && count > 0; --count) {
                 at += 4 + static_cast<std::size_t>(Number(at, 4)) + 4;
+                if (Number(at - 4, 4) == HistogramKind)
+                    SealDescriptions(static_cast<std::size_t>(Number(at, 8)), static_cast<std::size_t>(Number(at + 24, 8)));
                 SealRef(at, [](std::size_t, std::size_t) {});
                 SealRef(at + 24, [this](std::size_t from, std::size_t to) { SealTable(from, to); });
                 at += 48;
             }
         });
+    }
+    /// The descriptions of histograms, whose checksums stand in the content, as far as they lie in the first record of their
+    /// stream.
+    void SealDescriptions(std::size_t content, std::size_t table)
+    {
+        std::uint64_t channels = Number(content + 4, 4);
+        content += 8;
+        for (table += 4; channels > 0 && IsInside(content, 25) && IsInside(table, 40); --channels) {
+            content += 5;
+            content += 4 + static_cast<std::size_t>(Number(content, 4));
+            const std::uint64_t record = Number(static_cast<std::size_t>(Number(table + 24, 8)) + 12, 8);
+            const std::uint64_t binBytes = Number(content, 8);
+            const std::uint64_t size = Number(table + 4, 8) - binBytes;
+            if (IsInside(content, 16) && IsInside(record, binBytes) && IsInside(record + binBytes, size))
+                PutSum(content + 8, static_cast<std::size_t>(record + binBytes), static_cast<std::size_t>(size));
+            content += 16;
+            table += 16 + 24 * static_cast<std::size_t>(Number(table + 12, 4) & 0xffffU);
+        }
     }
     void SealTable(std::size_t at, std::size_t end)
     {
@@ -93,7 +119,7 @@ private:
 std::string MakeFile(std::string_view input)
 {
     std::string file(Body, '\0');
-    VDHeader(154, 11, VDHeader::Size).GetHeader(file.data());
+    VDHeader(154, (input[0] & OfHistograms) != 0 ? 6 : 11, VDHeader::Size).GetHeader(file.data());
     Z4ByteWriter start;
     for (const char byte : std::string_view("Z4COMMIT"))
         start.Put(static_cast<std::uint8_t>(byte));
@@ -101,7 +127,7 @@ std::string MakeFile(std::string_view input)
     file.replace(Slot, 16, start.Bytes());
     file.replace(Slot + 16, SlotFields, input.substr(1, SlotFields));
     file += input.substr(1 + SlotFields);
-    if ((input[0] & 1) == 0)
+    if ((input[0] & Unsealed) == 0)
         Sealer(file).Run();
     return file;
 }
@@ -121,6 +147,23 @@ void ReadPieces(LQTimeSeries& series)
     series.RefreshMetadata(false, LQObject::ALL_CHANNELS);
 }
 
+/// Reads all histograms, and puts each in the place of the next.
+void UseHistograms(LQHistogram& histograms, bool writable)
+{
+    const VDHistHandle histogram(VFHistCreate());
+    for (int channel = 0; channel < std::min(histograms.GetChannelCount(), 50); ++channel) {
+        double min = 0;
+        double max = 0;
+        if (!histograms.SaveTo(histogram.Get(), channel))
+            continue;
+        VFHistGetZLimits(histogram.Get(), &min, &max);
+        VFHistAddStaticOffset(histogram.Get(), max);
+        if (writable)
+            histograms.LoadFrom(histogram.Get(), (channel + 1) % histograms.GetChannelCount());
+    }
+    histograms.RefreshMetadata(false, LQObject::ALL_CHANNELS);
+}
+
 void Use(const char* filename, bool writable)
 {
     LQDataManager& manager = *LQGetDataManager();
@@ -134,9 +177,28 @@ void Use(const char* filename, bool writable)
             series->AdjustElementCount(20, 0);
         manager.Close(series, writable);
     }
+    if (LQHistogram* const histograms = manager.OpenHistogram(file->GetRoot(), "Histogram")) {
+        UseHistograms(*histograms, writable);
+        manager.Close(histograms, writable);
+    }
     if (LQMetaDataHost* const host = manager.AdoptMetaDataHost(file->GetRoot(), "MetaData", nullptr))
         manager.Close(host, writable);
     manager.GetFileManager()->CloseFile(file, writable);
+}
+
+void ReadHistograms(VDFileId* test)
+{
+    const VDHistAccHandle acc(HFAccCreate());
+    if (!HFAccSetId(acc.Get(), test, 0) || !HFAccOpen(acc.Get(), 1))
+        return;
+    int count = 0;
+    HFAccGetNumChans(acc.Get(), &count);
+    for (int channel = 0; channel < std::min(count, 20); ++channel) {
+        VDHistHandle histogram;
+        HFAccGetHistogram(acc.Get(), channel, histogram.Out());
+    }
+    LQChannelMapper* mapper = nullptr;
+    HFAccGetMetaData(acc.Get(), &mapper);
 }
 
 /// The way of a host: identified, opened, read.
@@ -148,8 +210,10 @@ void UseAsTest(const char* filename)
     VDFileIdArrayHandle tests;
     VDFileIdHandle test;
     if (!FIDSetFilename(file.Get(), VTNameFormFile, filename, "") ||
-        !FINFIdentifyFile(info.Get(), file.Get(), 1, tests.Out()) || !FIAGetAt(tests.Get(), 0, test.Out()) ||
-        !TSAccSetId(acc.Get(), test.Get(), 0) || !TSAccOpen(acc.Get(), VTTsAccOpenRead))
+        !FINFIdentifyFile(info.Get(), file.Get(), 1, tests.Out()) || !FIAGetAt(tests.Get(), 0, test.Out()))
+        return;
+    ReadHistograms(test.Get());
+    if (!TSAccSetId(acc.Get(), test.Get(), 0) || !TSAccOpen(acc.Get(), VTTsAccOpenRead))
         return;
     long count = 0;
     TSAccGetNumChans(acc.Get(), &count);
@@ -177,9 +241,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     VDStringArray findings;
     const bool isSound = LQGetDataManager()->GetFileManager()->CheckFile(filename, &findings);
     Use(filename, false);
-    if ((data[0] & 4) != 0)
+    if ((data[0] & AsTest) != 0)
         UseAsTest(filename);
-    if ((data[0] & 2) == 0)
+    if ((data[0] & Written) == 0)
         return 0;
     Use(filename, true);
     // A sound file is sound after more was written to it.

@@ -206,7 +206,7 @@ bool LQHistogram::SaveTo(VDHist* histogram, int channel)
     Stored stored;
     if (!ReadDescription(from, &stored))
         return false;
-    return (VFHistSetDescription(histogram, stored.description) || Fail()) && ReadBins(from, histogram);
+    return (VFHistSetDescription(histogram, stored.description) || ReportDamaged()) && ReadBins(from, histogram);
 }
 
 bool LQHistogram::LoadFrom(const VDHist* histogram, int channel)
