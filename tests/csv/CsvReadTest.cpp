@@ -199,9 +199,9 @@ TEST_F(CsvReadTest, LargeTablesAreReadInAnyOrder)
     EXPECT_TRUE(least.IsNull() && most.IsNull());
 }
 
-TEST_F(CsvReadTest, AHundredThousandColumns)
+TEST_F(CsvReadTest, VeryManyColumns)
 {
-    constexpr int columns = 100000;
+    constexpr int columns = 20000;
     std::string content;
     for (int row = 0; row < 4; ++row)
         for (int column = 0; column < columns; ++column)
