@@ -75,12 +75,12 @@ std::vector<VDChannel> VFSortByNumber(std::vector<VDChannel> channels)
     return channels;
 }
 
-std::int64_t VFCountPoints(const std::vector<VDChannel>& channels)
+std::int64_t VFCountValues(const VDCopyPlan& plan)
 {
-    std::int64_t points = 0;
-    for (const VDChannel& channel : channels)
-        points += channel.points;
-    return points;
+    std::int64_t values = 0;
+    for (const VDChannel& channel : plan.channels)
+        values += plan.source.CountValues(channel, std::numeric_limits<std::int64_t>::max());
+    return values;
 }
 
 /// The copy under its staging name, which is written as often as it takes.
@@ -126,7 +126,7 @@ private:
         written_ = VFGetTestFiles(target.Get()).front();
         std::int64_t points = 0;
         for (const VDChannel& channel : plan_.channels)
-            points += std::min(channel.points, limit);
+            points += plan_.source.CountValues(channel, limit);
         VDProgressBar progress(points, quiet);
         try {
             VFWriteTest(plan_, target.Get(), limit, progress);
@@ -263,7 +263,7 @@ VDJson VDCopyCommand::MakeDocument(const VDInputTest& input, const VDCopyPlan& p
             {"fileId", plan.format.fileId},
             {"subId", plan.format.subId},
             {"channels", plan.channels.size()},
-            {"points", VFCountPoints(plan.channels)},
+            {plan.source.ValueWord(), VFCountValues(plan)},
             {"lost", lost}};
 }
 
@@ -299,7 +299,7 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
         return MakeDocument(input, plan, names.front(), losses);
     context.Out().PutLine(names.front() + ": " + std::to_string(plan.channels.size()) +
                           (plan.channels.size() == 1 ? " channel, " : " channels, ") +
-                          std::to_string(VFCountPoints(plan.channels)) + " points, " + plan.format.description);
+                          std::to_string(VFCountValues(plan)) + " " + source.ValueWord() + ", " + plan.format.description);
     for (const VDLoss& loss : losses)
         context.Out().PutLine("lost: " + loss.ToText());
     return {};

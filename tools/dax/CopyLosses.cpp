@@ -6,6 +6,10 @@
 
 #include "vdstore/LQChannelMapper.h"
 
+#include <algorithm>
+#include <iterator>
+#include <limits>
+
 namespace {
 
 /// @param to  null where the copy has no metadata at all; a negative slot where it has none for the channel
@@ -61,15 +65,73 @@ void VFCompareValuesToKeep(const VDCopyPlan& plan, const VDDataTest& copy, VDFil
         list.AddText(value.what.c_str(), {}, value.Text(), VFGetKeptText(copy, id, value.name.c_str()));
 }
 
+/// Column types by words that hold all that another one holds.
+bool VFHoldsColumn(const std::string& from, const std::string& to)
+{
+    static constexpr std::pair<const char*, const char*> wider[] = {
+        {"short", "long"},  {"short", "int64"},  {"short", "float"},  {"short", "double"},
+        {"long", "int64"}, {"long", "double"}, {"float", "double"}, {"datetime", "text"}};
+    return from == to || std::any_of(std::begin(wider), std::end(wider),
+                                     [&](const auto& pair) { return from == pair.first && to == pair.second; });
+}
+
+/// What is told of a thing, compared key by key. What the copy has besides is no loss, and neither is a text in the place of
+/// none.
+void VFCompareFacts(const std::string& what, int channel, const VDJson& from, const VDJson& to, VDLossList& list)
+{
+    if (from.is_structured() && from.type() == to.type()) {
+        for (const auto& [key, value] : from.items()) {
+            const std::string name = from.is_array() ? what + " " + std::to_string(std::stoll(key) + 1)
+                                                     : (what.empty() ? key : what + " " + key);
+            const bool kept = from.is_array() ? std::stoull(key) < to.size() : to.contains(key);
+            VFCompareFacts(name, channel, value,
+                           !kept             ? VDJson("")
+                           : from.is_array() ? to[std::stoull(key)]
+                                             : to[key],
+                           list);
+        }
+        return;
+    }
+    const bool isType = what.ends_with("type");
+    if (from.is_string() && to.is_string() && (from.get_ref<const std::string&>().empty() || (isType && VFHoldsColumn(from, to))))
+        return;
+    list.Add(what, channel, from, to);
+}
+
+/// The first value that differs stands for all.
+void VFCompareSamples(int channel, const VDJson& from, const VDJson& to, VDLossList& list)
+{
+    VDLossList values;
+    VFCompareFacts("values", channel, from, to, values);
+    if (!values.losses.empty())
+        list.losses.push_back(values.losses.front());
+}
+
+void VFCompareFactsOfAll(const VDCopyPlan& plan, const VDDataTest& copy, VDLossList& list)
+{
+    VDJson from;
+    VDJson to;
+    plan.source.DescribeTest(from);
+    copy.DescribeTest(to);
+    for (const auto& [key, value] : from.items())
+        if (value != to[key])
+            list.Add(key, {}, value, to[key]);
+    for (std::size_t index = 0; index < plan.channels.size(); ++index) {
+        const VDChannel& channel = plan.channels[index];
+        const VDChannel& twin = copy.GetChannels()[index];
+        VDJson facts = plan.source.DescribeChannel(channel);
+        facts.erase("index");  // that of the test it stands in
+        VFCompareFacts("", channel.number, facts, copy.DescribeChannel(twin), list);
+        VFCompareSamples(channel.number, plan.source.Sample(channel), copy.Sample(twin), list);
+    }
+}
+
 void VFCompareData(const VDCopyPlan& plan, const VDDataTest& copy, std::int64_t limit, VDLossList& list)
 {
-    switch (plan.format.accessType) {
-    case VTFileAccessTimeSeries:
+    if (plan.format.accessType == VTFileAccessTimeSeries)
         VFCompareTimeSeries(plan, copy, limit, list);
-        break;
-    default:
-        break;
-    }
+    else if (limit == std::numeric_limits<std::int64_t>::max())
+        VFCompareFactsOfAll(plan, copy, list);
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
 #include "DataTest.h"
 
+#include "HistogramTest.h"
+#include "SpectraTest.h"
 #include "TableTest.h"
 #include "TimeSeriesTest.h"
 #include "ToolError.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -91,6 +95,11 @@ void VDDataTest::PrintChannels(const VDJson&, VDTextSink& out) const
     table.Print(out);
 }
 
+std::int64_t VDDataTest::CountValues(const VDChannel& channel, std::int64_t limit) const
+{
+    return std::min(channel.points, limit);
+}
+
 std::unique_ptr<VDDataTest> VFOpenDataTest(const VDFileIdHandle& id)
 {
     int accessType = 0;
@@ -102,6 +111,10 @@ std::unique_ptr<VDDataTest> VFOpenDataTest(const VDFileIdHandle& id)
         return std::make_unique<VDTimeSeriesTest>(id);
     case VTFileAccessMultiColumn:
         return std::make_unique<VDTableTest>(id.Get());
+    case VTFileAccessHistogram:
+        return std::make_unique<VDHistogramTest>(id.Get());
+    case VTFileAccessComplexFrequency:
+        return std::make_unique<VDSpectraTest>(id.Get());
     default:
         return std::make_unique<VDPlainTest>(id.Get(), accessType);
     }

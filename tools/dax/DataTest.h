@@ -55,6 +55,10 @@ public:
     virtual void PrintChannels(const VDJson& described, VDTextSink& out) const;
     /// @}
 
+    /// How much a channel holds, at most so many of what a copy's limit counts, and what that is called.
+    virtual std::int64_t CountValues(const VDChannel& channel, std::int64_t limit) const;
+    virtual const char* ValueWord() const { return "points"; }
+
     /// The first values of a channel, as what is compared after a copy; time series have their own comparison.
     virtual VDJson Sample(const VDChannel&) const { return {}; }
 

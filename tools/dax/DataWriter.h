@@ -22,4 +22,7 @@ public:
 /// @name Of each kind; the plan must outlive the result, and its source be of the kind
 /// @{
 std::unique_ptr<VDDataWriter> VFMakeTimeSeriesWriter(const VDCopyPlan& plan);
+std::unique_ptr<VDDataWriter> VFMakeTableWriter(const VDCopyPlan& plan);
+std::unique_ptr<VDDataWriter> VFMakeHistogramWriter(const VDCopyPlan& plan);
+std::unique_ptr<VDDataWriter> VFMakeSpectraWriter(const VDCopyPlan& plan);
 /// @}

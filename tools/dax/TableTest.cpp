@@ -214,3 +214,11 @@ void VDTableTest::PrintChannels(const VDJson& described, VDTextSink& out) const
         columns.Print(out, 2);
     }
 }
+
+std::int64_t VDTableTest::CountValues(const VDChannel& channel, std::int64_t limit) const
+{
+    std::int64_t rows = 0;
+    for (const VDDataSet& dataSet : GetTable(channel).dataSets)
+        rows += std::min(dataSet.rows, limit);
+    return rows;
+}

@@ -86,6 +86,8 @@ public:
     std::int64_t CountRows(const VDChannel& channel) const;
 
     VDJson DescribeChannel(const VDChannel& channel) const override;
+    std::int64_t CountValues(const VDChannel& channel, std::int64_t limit) const override;
+    const char* ValueWord() const override { return "rows"; }
     VDJson Sample(const VDChannel& channel) const override;
     void AddLimits(const VDChannel& channel, bool always, VDJson& described) const override;
     void PrintChannels(const VDJson& described, VDTextSink& out) const override;

@@ -5,6 +5,8 @@ std::unique_ptr<VDTestAccess> VFMakeTestAccess(int accessType)
     switch (accessType) {
     case VTFileAccessTimeSeries:
         return std::make_unique<VDTestAccessOf<VDTsCalls>>();
+    case VTFileAccessHistogram:
+        return std::make_unique<VDTestAccessOf<VDHistogramCalls>>();
     case VTFileAccessMultiColumn:
         return std::make_unique<VDTestAccessOf<VDTableCalls>>();
     case VTFileAccessComplexFrequency:

@@ -4,6 +4,7 @@
 #include "ToolError.h"
 
 #include "daxlib/ComplexFrequencyPlugin.h"
+#include "daxlib/HistogramPlugin.h"
 #include "daxlib/MetaDataPlugin.h"
 #include "daxlib/MultiColumnPlugin.h"
 #include "daxlib/TimeSeriesPlugin.h"
@@ -85,6 +86,23 @@ struct VDMetaCalls
     static constexpr int FirstOpenMode = 1;
     static constexpr int KeepsMetaData = DaxMetaData::KeepsMetaData;
     static constexpr int Writable = DaxMetaData::KeepsMetaData;
+};
+
+struct VDHistogramCalls
+{
+    using Object = VDHistAcc;
+    using Handle = VDHistAccHandle;
+    static constexpr auto Create = HFAccCreate;
+    static constexpr auto SetId = HFAccSetId;
+    static constexpr auto Open = HFAccOpen;
+    static constexpr auto Close = HFAccClose;
+    static constexpr auto GetCapability = HFAccGetCapability;
+    static constexpr auto GetMetaData = HFAccGetMetaData;
+    static constexpr auto GetFormatValue = HFAccGetFormatSpecificValue;
+    static constexpr auto SetFormatValue = HFAccSetFormatSpecificValue;
+    static constexpr int FirstOpenMode = 1;
+    static constexpr int KeepsMetaData = DaxHistogram::KeepsMetaData;
+    static constexpr int Writable = DaxHistogram::Writable;
 };
 
 struct VDTableCalls

@@ -83,6 +83,12 @@ std::unique_ptr<VDDataWriter> VFMakeDataWriter(const VDCopyPlan& plan)
     switch (plan.format.accessType) {
     case VTFileAccessTimeSeries:
         return VFMakeTimeSeriesWriter(plan);
+    case VTFileAccessHistogram:
+        return VFMakeHistogramWriter(plan);
+    case VTFileAccessMultiColumn:
+        return VFMakeTableWriter(plan);
+    case VTFileAccessComplexFrequency:
+        return VFMakeSpectraWriter(plan);
     default:
         VFFail(DaxToolError::NoFormat, "Tests of this kind can't be written: " + plan.format.description, "VFWriteTest");
     }

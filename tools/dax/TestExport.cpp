@@ -10,8 +10,12 @@ std::unique_ptr<VDTestExport> VFMakeTestExport(const VDInputTest& input, const V
     switch (accessType) {
     case VTFileAccessTimeSeries:
         return VFMakeTimeSeriesExport(input.GetTest(), selection);
+    case VTFileAccessHistogram:
+        return VFMakeHistogramExport(input.GetTest(), selection);
     case VTFileAccessMultiColumn:
         return VFMakeTableExport(input.GetTest(), selection);
+    case VTFileAccessComplexFrequency:
+        return VFMakeSpectraExport(input.GetTest(), selection);
     default:
         VFFail(DaxToolError::NotTimeSeries, "The test holds no data that can be read but " + input.DescribeFormat(),
                "VFMakeTestExport");
