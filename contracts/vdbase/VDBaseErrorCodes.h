@@ -17,4 +17,7 @@ constexpr int ExpressionValue = -65632;  ///< an expression can't be evaluated
 constexpr int HistHandle = -65641;       ///< a handle is no histogram's
 constexpr int HistValue = -65642;        ///< a histogram can't have this value
 constexpr int HistMemory = -65643;       ///< memory is too short for a histogram
+constexpr int CycArrHandle = -65651;     ///< a handle is no cycle array's
+constexpr int CycArrValue = -65652;      ///< a cycle array has no such column, or can't have this value
+constexpr int CycArrMemory = -65653;     ///< memory is too short for a cycle array
 }  // namespace VDBaseError

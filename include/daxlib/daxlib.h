@@ -37,6 +37,7 @@
 #include "daxlib/VFDaxMetaData.h"
 #include "daxlib/VFDaxMetaDataExpression.h"
 #include "daxlib/VFDirList.h"
+#include "daxlib/VFDaxResultsTable.h"
 #include "daxlib/VMD.h"
 #include "daxlib/XYAcc.h"
 #include "daxlib/Z4FF.h"

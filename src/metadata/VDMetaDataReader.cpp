@@ -1,7 +1,6 @@
 #include "daxlib/VDMetaDataReader.h"
 
 #include "MetaDataGuard.h"
-#include "frame/VFDaxReport.h"
 
 #include "daxlib/DaxHandle.h"
 
@@ -15,13 +14,12 @@ struct VDReaderFamily
 {
     VTFileAccessType type;
     int openMode = 0;
-    void* (*create)() = nullptr;  ///< null while there is no access to this kind of data
+    void* (*create)() = nullptr;
     int (*setId)(void* access, VDFileId* id) = nullptr;
     int (*open)(void* access, int mode) = nullptr;
     int (*getMetaData)(void* access, LQChannelMapper** mapper) = nullptr;
     int (*close)(void* access) = nullptr;
     int (*release)(void* access) = nullptr;
-    int notSupported = 0;  ///< code for a test that can't be accessed
 };
 
 template <auto Create, auto SetId, auto Open, auto GetMetaData, auto Close, auto Release>
@@ -43,7 +41,8 @@ constexpr std::array VVFamilies = {
     MakeFamily<TSAccCreate, TSAccSetId, TSAccOpen, TSAccGetMetaData, TSAccClose, TSAccRelease>(VTFileAccessTimeSeries,
                                                                                                VTTsAccOpenRead),
     MakeFamily<HFAccCreate, HFAccSetId, HFAccOpen, HFAccGetMetaData, HFAccClose, HFAccRelease>(VTFileAccessHistogram, 1),
-    VDReaderFamily{.type = VTFileAccessMultiColumn, .notSupported = DaxError::XyNotSupported},
+    MakeFamily<XYAccCreate, XYAccSetId, XYAccOpen, XYAccGetMetaData, XYAccClose, XYAccRelease>(VTFileAccessMultiColumn,
+                                                                                               VTXyAccOpenRead),
     MakeFamily<MetaAccCreate, MetaAccSetId, MetaAccOpen, MetaAccGetMetaData, MetaAccClose, MetaAccRelease>(VTFileAccessMetaData,
                                                                                                            1),
     MakeFamily<CFAccCreate, CFAccSetId, CFAccOpen, CFAccGetMetaData, CFAccClose, CFAccRelease>(VTFileAccessComplexFrequency, 1),
@@ -87,8 +86,6 @@ public:
 private:
     bool OpenAccess(const VDReaderFamily& family)
     {
-        if (family.create == nullptr)
-            return VFDaxReportError(family.notSupported, "VDMetaDataReader::SetFileId") != 0;
         family_ = &family;
         access_ = family.create();
         isOpen_ = access_ != nullptr && family.setId(access_, id_.Get()) != 0 && family.open(access_, family.openMode) != 0;

@@ -1,7 +1,9 @@
+#include "ObjectFaults.h"
 #include "support/TestSupport.h"
 #include "vdstore/LQDataManager.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -182,4 +184,49 @@ TEST(ResultsTable, RefusesWhatContradictsItself)
             manager.GetFileManager()->CloseFile(file, false);
         }
     EXPECT_GT(refused, 60);
+}
+
+namespace {
+
+/// With every version columns of both kinds grow and a status word changes; the first two bring a data set each.
+constexpr ObjectScenario Scenario = {
+    .adopt = [](LQDataManager& manager, Z4Storage* storage) -> LQObject* {
+        return manager.AdoptResultsTable(storage, "Table", nullptr, Z4Size::Record32K);
+    },
+    .write =
+        [](LQObject& object, int version) {
+            auto& table = static_cast<LQResultsTable&>(object);
+            const bool isSetUp = version > 0 || (table.AddColumn(Z4TypeString, "", "", "", true) &&
+                                                 table.AddDoubleColumn("", "", "", 0));
+            bool good = isSetUp && (version > 1 || table.AppendDataSet(0, std::to_string(version).c_str()));
+            const std::uint16_t word = static_cast<std::uint16_t>(version);
+            for (int set = 0; good && set < std::min(version + 1, 2); ++set)
+                good = Each(table.GetArrayChannel(0, 0, set), (version - set) * 8, 8, true) &&
+                       Each(table.GetArrayChannel(1, 0, set), (version - set) * 8, 8, true) &&
+                       table.GetArrayChannel(0, 0, set)->PutStatus(3, 1, &word);
+            return good;
+        },
+    .holds =
+        [](LQObject& object, int version) {
+            auto& table = static_cast<LQResultsTable&>(object);
+            if (version == 0 || table.GetChannelCount() == 0)
+                return version == 0 && table.GetChannelCount() == 0;
+            bool good = table.GetDataSetCount(0) == std::min(version, 2);
+            for (int set = 0; good && set < std::min(version, 2); ++set) {
+                const std::int64_t rows = (version - set) * 8;
+                std::uint16_t word = 0;
+                good = table.GetRowCount(set, 0) == rows && Each(table.GetArrayChannel(0, 0, set), 0, rows, false) &&
+                       Each(table.GetArrayChannel(1, 0, set), 0, rows, false) &&
+                       table.GetArrayChannel(0, 0, set)->GetStatus(3, 1, &word) && word == version - 1;
+            }
+            return good;
+        },
+    .versions = 2,
+};
+
+}  // namespace
+
+TEST(ResultsTable, SurvivesFaults)
+{
+    ExpectSurvivesFaults(Scenario);
 }
