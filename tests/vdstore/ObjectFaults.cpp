@@ -2,8 +2,11 @@
 
 #include "support/TestSupport.h"
 #include "vdarchive/FaultStorageOs.h"
+#include "vdbase/VFChecksum.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 namespace {
 
@@ -72,6 +75,20 @@ bool TryAt(const ObjectScenario& scenario, int operation, bool dead, FaultStorag
 }
 
 }  // namespace
+
+std::string OfOtherByteOrder(std::string file)
+{
+    const auto mirror = [&file](std::ptrdiff_t offset, std::ptrdiff_t size) {
+        std::reverse(file.begin() + offset, file.begin() + offset + size);
+    };
+    file[8] = 1;
+    for (const int offset : {12, 16, 20, 80})
+        mirror(offset, 4);
+    const std::uint64_t sum = VFChecksum(file.data(), 504);
+    std::memcpy(file.data() + 504, &sum, sizeof sum);
+    mirror(504, 8);
+    return file;
+}
 
 void ExpectSurvivesFaults(const ObjectScenario& scenario)
 {

@@ -14,6 +14,9 @@ struct ObjectScenario
     int versions = 4;
 };
 
+/// A file as a system of the other byte order would have written it: with its header, and data that mirror ours.
+std::string OfOtherByteOrder(std::string file);
+
 /// Expects that exactly the last version that was flushed is there wherever a writer is stopped, whatever the disk makes of
 /// what wasn't synchronised; that a failed operation is recorded and does no harm; and that no bad byte goes unseen.
 void ExpectSurvivesFaults(const ObjectScenario& scenario);

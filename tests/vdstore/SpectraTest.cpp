@@ -53,8 +53,7 @@ TEST_F(SpectraTest, EachTypeOfValuesIsGivenInAllThatLoseNothing)
         return type % 2 == 0 ? static_cast<const void*>(values.data()) : singles.data();
     };
     for (int type = 1; type <= 4; ++type)
-        ASSERT_TRUE(spectra->SetValueType(type - 1, type) &&
-                    spectra->SetData(2, 0, Lines, type, buffer(type), type - 1));
+        ASSERT_TRUE(spectra->SetValueType(type - 1, type) && spectra->SetData(2, 0, Lines, type, buffer(type), type - 1));
     ExpectFailure(spectra->SetValueType(0, LQSpectrumDouble), VDStoreError::WrongDataType);
     ExpectFailure(spectra->SetNumLines(7), VDStoreError::OutOfRange);
     const auto tried = [&](int type, int channel) { return spectra->SetData(3, 1, 4'998, type, buffer(type), channel); };
@@ -62,7 +61,8 @@ TEST_F(SpectraTest, EachTypeOfValuesIsGivenInAllThatLoseNothing)
         ExpectFailure(tried(type, channel), VDStoreError::WrongDataType);
     EXPECT_TRUE(tried(1, 1) && tried(1, 2) && tried(1, 3) && tried(2, 3) && tried(3, 3));
     const std::array axis = {0.5, 1.0, 1.5};
-    EXPECT_TRUE(spectra->SetAxis(LQSpectraLines, 0, 3, axis.data()) && spectra->SetAxis(LQSpectraSpectra, 1, 3, axis.data()));
+    EXPECT_TRUE(spectra->SetAxis(LQSpectraLines, 0, 3, axis.data()) &&
+                spectra->SetAxis(LQSpectraSpectra, 1, 3, axis.data()));
     ExpectFailure(spectra->SetAxis(LQSpectraSpectra, 2, 3, axis.data()), VDStoreError::OutOfRange);
     ASSERT_TRUE(spectra->SetText(LQSpectraZUnits, 3, "g^2/Hz") && Close(true));
 
@@ -109,21 +109,12 @@ TEST_F(SpectraTest, DescriptionsThatCannotBeAreRefused)
         std::array<std::int64_t, 3> lengths;
         bool isGood = false;
     };
-    const Case cases[] = {{2, 3, 1, 4, {24, 16, 96}, true},
-                          {2, 3, 1, 1, {0, 0, 4}, true},
-                          {1LL << 43, 0, 1, 1, {0, 8, 0}, true},
-                          {-1, 3, 1, 1, {0, 0, 0}},
-                          {2, -3, 1, 1, {0, 0, 0}},
-                          {1LL << 22, (1LL << 20) + 1, 1, 4, {0, 0, 0}},
-                          {1LL << 62, 4, 1, 4, {0, 0, 0}},
-                          {2, 3, 2, 4, {0, 0, 0}},
-                          {2, 3, 0, 4, {0, 0, 0}},
-                          {2, 3, 1, 0, {0, 0, 0}},
-                          {2, 3, 1, 5, {0, 0, 0}},
-                          {2, 3, 1, 4, {32, 16, 96}},
-                          {2, 3, 1, 4, {24, 20, 96}},
-                          {2, 3, 1, 4, {24, 16, 112}},
-                          {2, 3, 1, 4, {24, 16, 88}}};
+    const Case cases[] = {
+        {2, 3, 1, 4, {24, 16, 96}, true}, {2, 3, 1, 1, {0, 0, 4}, true}, {1LL << 43, 0, 1, 1, {0, 8, 0}, true},
+        {-1, 3, 1, 1, {0, 0, 0}},         {2, -3, 1, 1, {0, 0, 0}},      {1LL << 22, (1LL << 20) + 1, 1, 4, {0, 0, 0}},
+        {1LL << 62, 4, 1, 4, {0, 0, 0}},  {2, 3, 2, 4, {0, 0, 0}},       {2, 3, 0, 4, {0, 0, 0}},
+        {2, 3, 1, 0, {0, 0, 0}},          {2, 3, 1, 5, {0, 0, 0}},       {2, 3, 1, 4, {32, 16, 96}},
+        {2, 3, 1, 4, {24, 20, 96}},       {2, 3, 1, 4, {24, 16, 112}},   {2, 3, 1, 4, {24, 16, 88}}};
     for (const Case& tried : cases) {
         SCOPED_TRACE(&tried - cases);
         file_ = manager_.GetFileManager()->CreateFile(name_.c_str(), nullptr);

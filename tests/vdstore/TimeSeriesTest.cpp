@@ -1,11 +1,10 @@
+#include "ObjectFaults.h"
 #include "support/TestSupport.h"
 #include "vdarchive/VDArchiveErrorCodes.h"
-#include "vdbase/VFChecksum.h"
 #include "vdstore/LQDataManager.h"
 #include "vdstore/VDStoreErrorCodes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -128,19 +127,7 @@ TEST(TimeSeries, DataOfTheOtherByteOrderAreTurned)
     Store store(name);
     MakeMixed(store);
     ASSERT_TRUE(store.File()->SetSubType(11) && store.Close(true));
-    // What a big-endian system would have written: its header, and data that mirror ours.
-    std::string bytes = TestReadFile(name);
-    const auto mirror = [&bytes](std::size_t offset, std::size_t size) {
-        std::reverse(bytes.begin() + static_cast<std::ptrdiff_t>(offset),
-                     bytes.begin() + static_cast<std::ptrdiff_t>(offset + size));
-    };
-    bytes[8] = 1;
-    for (const std::size_t offset : {12U, 16U, 20U, 80U})
-        mirror(offset, 4);
-    const std::uint64_t sum = VFChecksum(bytes.data(), 504);
-    std::memcpy(bytes.data() + 504, &sum, sizeof sum);
-    mirror(504, 8);
-    folder.Write("mixed.z4t", bytes);
+    folder.Write("mixed.z4t", OfOtherByteOrder(TestReadFile(name)));
     LQTimeSeries* const series = store.Open(false);
     ASSERT_NE(series, nullptr);
     EXPECT_EQ(store.File()->GetSubType(), 11);
