@@ -6,6 +6,7 @@
 #include "BenchRatios.h"
 
 #include "daxlib/DaxHandle.h"
+#include "daxlib/HistogramPlugin.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <benchmark/benchmark.h>
