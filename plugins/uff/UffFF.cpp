@@ -65,7 +65,7 @@ bool AppendTests(VDFileId* id, const UffFile& file, VDFileIdArray* tests)
         VDFileIdHandle other;
         if (!isFirst) {
             other.Reset(FIDCreate());
-            if (!other || !FIDCopy(other.Get(), id, 0))
+            if (!other || !FIDCopy(other.Get(), id, ~std::uint32_t{VTFileIdCopySelectedChannels}))
                 return false;
         }
         VDFileId* const own = isFirst ? id : other.Get();

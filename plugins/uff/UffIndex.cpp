@@ -138,21 +138,44 @@ bool UffIndex::FindBinaryData(UffLines& lines, std::string_view head, UffDataset
             return false;
         return IsMark(line) || (IsBlank(line) && lines.Next(&line) && IsMark(line));
     };
-    dataset.isEnded = (bytes >= expected && endsAt(bytes)) || endsAt(expected);
-    if (!dataset.isEnded)
-        lines.Seek(dataset.offset + expected);
     dataset.points = points;
-    dataset.end = dataset.offset + expected;
+    dataset.isEnded = (bytes >= expected && endsAt(bytes)) || endsAt(expected);
+    if (!dataset.isEnded) {
+        lines.Seek(dataset.offset);
+        dataset.isEnded = FindMark(lines, dataset);
+    }
+    dataset.end = dataset.offset + dataset.points * dataset.GetPointBytes();
     if (Field(head, 13, 6) != Ieee && Field(head, 13, 6) != 0) {
         PassOver("58b");
         Complain(dataset, "has numbers of another format than IEEE 754");
     } else {
-        if (points < header.count || !dataset.isEnded)
-            Complain(dataset, "announces " + std::to_string(header.count) + " values and holds " + std::to_string(points) +
-                                  (dataset.isEnded ? "" : ", without the mark at its end"));
+        ComplainOfEnd(dataset);
         datasets_.push_back(dataset);
     }
-    return dataset.isEnded || SkipToMark(lines);
+    return dataset.isEnded;
+}
+
+/// The mark behind data of a length that nobody told rightly, which may follow them at once.
+bool UffIndex::FindMark(UffLines& lines, UffDataset& dataset)
+{
+    std::string_view line;
+    while (lines.Next(&line)) {
+        const std::string_view text = line.substr(0, line.find_last_not_of(" \t") + 1);
+        if (!text.ends_with("    -1"))
+            continue;
+        const std::int64_t end = lines.GetLineStart() + static_cast<std::int64_t>(text.size()) - 6;
+        dataset.points = std::min(dataset.points, (end - dataset.offset) / dataset.GetPointBytes());
+        return true;
+    }
+    return false;
+}
+
+void UffIndex::ComplainOfEnd(const UffDataset& dataset)
+{
+    const UffHeader& header = dataset.header;
+    if (dataset.points < header.count || !dataset.isEnded)
+        Complain(dataset, "announces " + std::to_string(header.count) + " values and holds " + std::to_string(dataset.points) +
+                              (dataset.isEnded ? "" : ", without the mark at its end"));
 }
 
 bool UffIndex::FindText(UffLines& lines, VDIo& io, UffDataset& dataset)
@@ -162,6 +185,7 @@ bool UffIndex::FindText(UffLines& lines, VDIo& io, UffDataset& dataset)
     dataset.end = dataset.offset;
     const std::int64_t perLine = header.GetColumns().GetCount();
     std::int64_t count = 0;
+    std::int64_t lastLine = dataset.offset;
     std::string_view line;
     while (lines.Next(&line)) {
         dataset.isEnded = IsMark(line);
@@ -170,18 +194,28 @@ bool UffIndex::FindText(UffLines& lines, VDIo& io, UffDataset& dataset)
         if (count % LinesBetweenMarks == 0)
             dataset.marks.push_back({count * perLine, lines.GetLineStart()});
         ++count;
+        lastLine = lines.GetLineStart();
         dataset.end = lines.GetPlace();
     }
     if (lines.HasFailed())
         return false;
     dataset.points = header.count;
+    const std::int64_t behind = lines.GetPlace();
     const std::int64_t parts = header.GetParts();
     const bool isAsAnnounced = header.count <= INT64_MAX / parts / 2 && (header.count * parts + perLine - 1) / perLine == count;
-    if ((!isAsAnnounced || !dataset.isEnded) && !CountValues(io, dataset))
+    bool isWhole = isAsAnnounced && dataset.isEnded;
+    if (isWhole && count > 0) {
+        // The lines before are full, or it comes to light when they are read.
+        std::vector<double> values;
+        const auto expected = header.count * parts - (count - 1) * perLine;
+        lines.Seek(lastLine);
+        isWhole = lines.Next(&line) && UffReadLine(line, header.GetColumns(), static_cast<int>(expected), &values) &&
+                  static_cast<std::int64_t>(values.size()) == expected;
+        lines.Seek(behind);
+    }
+    if (!isWhole && !CountValues(io, dataset))
         return false;
-    if (dataset.points < header.count || !dataset.isEnded)
-        Complain(dataset, "announces " + std::to_string(header.count) + " values and holds " + std::to_string(dataset.points) +
-                              (dataset.isEnded ? "" : ", without the mark at its end"));
+    ComplainOfEnd(dataset);
     const bool isEnded = dataset.isEnded;
     datasets_.push_back(std::move(dataset));
     return isEnded;

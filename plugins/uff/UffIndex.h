@@ -30,9 +30,11 @@ private:
     bool ReadDataset(UffLines& lines, std::string_view head);
     bool ReadHeader(UffLines& lines, UffDataset& dataset, std::string* problem);
     bool FindBinaryData(UffLines& lines, std::string_view head, UffDataset& dataset);
+    bool FindMark(UffLines& lines, UffDataset& dataset);
     bool FindText(UffLines& lines, VDIo& io, UffDataset& dataset);
     bool SkipToMark(UffLines& lines);
     void PassOver(const std::string& type) { ++passedOver_[type]; }
+    void ComplainOfEnd(const UffDataset& dataset);
     void Complain(const UffDataset& dataset, const std::string& problem);
 
     VDIo* io_ = nullptr;

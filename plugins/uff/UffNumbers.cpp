@@ -90,20 +90,25 @@ bool ReadTokens(std::string_view line, std::vector<T>* values)
     }
 }
 
+/// Numbers that fill their columns up to the right, so that only a sign or asterisks may follow the one before at once.
 template <class T>
 bool ReadColumns(std::string_view line, const UffColumns& columns, int expected, std::vector<T>* values)
 {
     const int most = expected > 0 ? expected : columns.GetCount();
+    line = line.substr(0, line.find_last_not_of(VVBlanks) + 1);
     std::size_t at = 0;
     for (int field = 0; field < most && at < line.size(); ++field) {
-        const auto width = static_cast<std::size_t>(columns.GetWidth(field));
+        const std::string_view text = line.substr(at, static_cast<std::size_t>(columns.GetWidth(field)));
         T value{};
-        if (!UffReadField(line.substr(at, width), &value))
+        const bool joins = at > 0 && !IsBlank(line[at - 1]) && !IsBlank(text.front());
+        const bool isLeft = IsBlank(text.back()) && !Trim(text).empty();
+        if (isLeft || (joins && std::string_view("+-*").find(text.front()) == std::string_view::npos) ||
+            !UffReadField(text, &value))
             return false;
         values->push_back(value);
-        at += width;
+        at += static_cast<std::size_t>(columns.GetWidth(field));
     }
-    return at >= line.size() || Trim(line.substr(at)).empty();
+    return at >= line.size();
 }
 
 /// Numbers that a sign, or nothing, parts from each other.
@@ -176,12 +181,12 @@ bool UffReadLine(std::string_view line, const UffColumns& columns, int expected,
     const std::size_t before = values->size();
     const auto fits = [&](bool isRead) {
         const auto count = static_cast<int>(values->size() - before);
-        const bool good = isRead && (expected == 0 || count == expected);
+        const bool good = isRead && count == expected;
         if (!good)
             values->resize(before);
         return good;
     };
-    if (fits(ReadTokens(line, values)) || fits(ReadColumns(line, columns, expected, values)))
+    if (expected > 0 && (fits(ReadTokens(line, values)) || fits(ReadColumns(line, columns, expected, values))))
         return true;
     // Fewer or more than expected: what the line holds all the same.
     const auto read = [&](bool isRead) {
@@ -189,7 +194,7 @@ bool UffReadLine(std::string_view line, const UffColumns& columns, int expected,
             values->resize(before);
         return isRead;
     };
-    return read(ReadTokens(line, values)) || read(ReadColumns(line, columns, 0, values)) || read(ReadRunTogether(line, values));
+    return read(ReadColumns(line, columns, 0, values)) || read(ReadTokens(line, values)) || read(ReadRunTogether(line, values));
 }
 
 template bool UffReadLine(std::string_view, const UffColumns&, int, std::vector<float>*);

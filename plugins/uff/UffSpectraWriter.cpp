@@ -4,11 +4,20 @@
 #include "vdbase/VFError.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace {
 
 constexpr std::int64_t VVBlockLines = 8192;
+
+/// A number with so many digits.
+double Round(double value, int digits)
+{
+    double rounded = value;
+    UffReadField(UffWriteNumber(value, 0, digits - 1), &rounded);
+    return rounded;
+}
 
 }  // namespace
 
@@ -73,18 +82,22 @@ bool UffSpectraWriter::FindStep(double* first, double* step, bool* isEven, bool*
     if (!spectra_->GetAxis(LQSpectraLines, 0, 1, first) || !spectra_->GetAxis(LQSpectraLines, lines - 1, 1, &last) ||
         !spectra_->GetAxis(LQSpectraLines, std::min<std::int64_t>(lines, 2) - 1, 1, &second))
         return false;
-    const double steps[] = {second - *first, lines > 1 ? (last - *first) / static_cast<double>(lines - 1) : 0.0};
-    bool fits[] = {true, true};
+    // What the step was meant to be has few digits as a rule, which differences of its multiples lose.
+    const double mean = lines > 1 ? (last - *first) / static_cast<double>(lines - 1) : 0.0;
+    const std::array steps = {second - *first, mean, Round(mean, 6), Round(mean, 9), Round(mean, 12)};
+    std::array<bool, steps.size()> fits;
+    fits.fill(true);
     const bool good = ForEachBlock([&](std::int64_t at, std::int64_t count, const double* axis) {
         for (std::int64_t i = 0; i < count; ++i) {
-            for (int tried = 0; tried < 2; ++tried)
+            for (std::size_t tried = 0; tried < steps.size(); ++tried)
                 fits[tried] = fits[tried] && axis[i] == *first + static_cast<double>(at + i) * steps[tried];
             *isSingle = *isSingle && static_cast<double>(static_cast<float>(axis[i])) == axis[i];
         }
         return true;
     });
-    *isEven = fits[0] || fits[1];
-    *step = fits[0] ? steps[0] : steps[1];
+    const auto found = std::find(fits.begin(), fits.end(), true);
+    *isEven = found != fits.end();
+    *step = *isEven ? steps[static_cast<std::size_t>(found - fits.begin())] : 0;
     return good;
 }
 

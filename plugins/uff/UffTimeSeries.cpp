@@ -271,7 +271,7 @@ bool UffTimeSeries::PutData(long channel, std::int64_t first, std::int64_t count
     if (!CheckWriting() || !CheckChannel(channel))
         return false;
     for (std::int64_t i = 0; Writer().IsText() && i < count; ++i)
-        if (!UffWriter::FitsText(static_cast<double>(values[i]))) {
+        if (!UffWriter::FitsText(values[i])) {
             VDString text;
             text.Format("Text has no room for all digits of %.17g; the binary form (58b) has.", static_cast<double>(values[i]));
             return Fail(UffError::NotWritable, "UffTS::PutData", text.Str());

@@ -57,11 +57,15 @@ Z4Storage* UffWriter::GetStorage()
     return stage_ == nullptr ? nullptr : stage_->GetRoot();
 }
 
-bool UffWriter::FitsText(double value)
+template <class T>
+bool UffWriter::FitsText(T value)
 {
-    double read = 0;
-    return std::isfinite(value) && UffReadField(UffWriteNumber(value, 20, 12), &read) && read == value;
+    T read = 0;
+    return std::isfinite(value) && UffReadField(UffWriteNumber(static_cast<double>(value), 20, 12), &read) && read == value;
 }
+
+template bool UffWriter::FitsText(float);
+template bool UffWriter::FitsText(double);
 
 void UffWriter::TakeFields(std::size_t channel, const UffHeader& fields)
 {

@@ -32,7 +32,8 @@ public:
     /// Writes the file, if anything changed since it was written.
     bool Flush();
     /// Whether text holds a value with all its digits.
-    static bool FitsText(double value);
+    template <class T>
+    static bool FitsText(T value);
 
 protected:
     /// @param isText  of the form that is written
