@@ -164,6 +164,29 @@ void UseHistograms(LQHistogram& histograms, bool writable)
     histograms.RefreshMetadata(false, LQObject::ALL_CHANNELS);
 }
 
+/// Reads spectra as they are and converted, and writes behind the last one.
+void UseSpectra(LQSpectra& spectra, bool writable)
+{
+    constexpr std::int64_t Lines = 5'000;
+    std::vector<double> values(2 * Lines);
+    const std::int64_t lines = std::min(spectra.GetNumLines(), Lines);
+    const std::int64_t last = spectra.GetNumSpectra() - 1;
+    for (int channel = 0; channel < std::min(spectra.GetChannelCount(), 50); ++channel) {
+        VDString text;
+        spectra.GetText(LQSpectraZUnits, channel, &text);
+        for (const int type : {LQSpectrumDouble, LQSpectrumComplexFloat, LQSpectrumComplexDouble}) {
+            spectra.GetData(0, 0, lines, type, values.data(), channel);
+            spectra.GetData(last, spectra.GetNumLines() - lines, lines, type, values.data(), channel);
+        }
+        if (writable)
+            spectra.SetData(last + 1, 0, lines, LQSpectrumComplexFloat, values.data(), channel);
+    }
+    spectra.GetAxis(LQSpectraLines, 0, lines, values.data());
+    spectra.GetAxis(LQSpectraSpectra, std::max<std::int64_t>(last, 0), 1, values.data());
+    if (writable && spectra.SetAxis(LQSpectraSpectra, 0, 1, values.data()))
+        spectra.SetNumSpectra(last);
+}
+
 void Use(const char* filename, bool writable)
 {
     LQDataManager& manager = *LQGetDataManager();
@@ -180,6 +203,10 @@ void Use(const char* filename, bool writable)
     if (LQHistogram* const histograms = manager.OpenHistogram(file->GetRoot(), "Histogram")) {
         UseHistograms(*histograms, writable);
         manager.Close(histograms, writable);
+    }
+    if (LQSpectra* const spectra = manager.OpenSpectra(file->GetRoot(), "ComplexFrequency")) {
+        UseSpectra(*spectra, writable);
+        manager.Close(spectra, writable);
     }
     if (LQMetaDataHost* const host = manager.AdoptMetaDataHost(file->GetRoot(), "MetaData", nullptr))
         manager.Close(host, writable);

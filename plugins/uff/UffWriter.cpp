@@ -72,6 +72,9 @@ void UffWriter::TakeFields(std::size_t channel, const UffHeader& fields)
     UffHeader& header = GetHeader(channel);
     for (std::size_t i = 1; i < header.ids.size(); ++i)
         header.ids[i] = fields.ids[i];
+    // Correlations lie over time as well.
+    if (header.function == 1 && (fields.function == 7 || fields.function == 8))
+        header.function = fields.function;
     header.functionId = fields.functionId;
     header.version = fields.version;
     header.loadCase = fields.loadCase;

@@ -1,3 +1,4 @@
+#include "ObjectFaults.h"
 #include "support/TestSupport.h"
 #include "vdstore/LQDataManager.h"
 #include "vdstore/VDStoreErrorCodes.h"
@@ -139,4 +140,61 @@ TEST_F(SpectraTest, DescriptionsThatCannotBeAreRefused)
             ExpectError(VDStoreError::ContentDamaged);
         Close(false);
     }
+}
+
+namespace {
+
+constexpr int FaultLines = 150;
+
+float ValueOf(int version, int spectrum, int line)
+{
+    return static_cast<float>(version * 10'000 + spectrum * 100 + line);
+}
+
+/// Each version has a spectrum more, and has written over the first one; the third is cut to two.
+int SpectraOf(int version)
+{
+    return version == 3 ? 2 : version;
+}
+
+bool WriteSpectra(LQObject& object, int before)
+{
+    auto& spectra = static_cast<LQSpectra&>(object);
+    const int version = before + 1;
+    bool good = before > 0 || (spectra.AdjustChannelCount(2) && spectra.SetNumLines(FaultLines));
+    std::vector<float> values(2 * FaultLines);
+    for (const int spectrum : {0, SpectraOf(version) - 1}) {
+        for (int line = 0; line < 2 * FaultLines; ++line)
+            values[static_cast<std::size_t>(line)] = ValueOf(version, spectrum, line);
+        good = good && spectra.SetData(spectrum, 0, FaultLines, LQSpectrumComplexFloat, values.data(), 1);
+    }
+    const double place = version;
+    return good && spectra.SetNumSpectra(SpectraOf(version)) && spectra.SetAxis(LQSpectraSpectra, 0, 1, &place);
+}
+
+bool HoldsSpectra(LQObject& object, int version)
+{
+    auto& spectra = static_cast<LQSpectra&>(object);
+    std::vector<float> values(2 * FaultLines);
+    double place = -1;
+    if (version == 0)
+        return spectra.GetChannelCount() == 0 && spectra.GetNumSpectra() == 0;
+    bool good = spectra.GetNumSpectra() == SpectraOf(version) && spectra.GetAxis(LQSpectraSpectra, 0, 1, &place) && place == version;
+    for (const int spectrum : {0, SpectraOf(version) - 1}) {
+        good = good && spectra.GetData(spectrum, 0, FaultLines, LQSpectrumComplexFloat, values.data(), 1);
+        for (int line = 0; good && line < 2 * FaultLines; ++line)
+            good = values[static_cast<std::size_t>(line)] == ValueOf(version, spectrum, line);
+    }
+    return good;
+}
+
+}  // namespace
+
+TEST_F(SpectraTest, SurvivesFaults)
+{
+    ExpectSurvivesFaults({.adopt = [](LQDataManager& manager, Z4Storage* storage) -> LQObject* {
+                              return manager.AdoptSpectra(storage, "ComplexFrequency", nullptr, Z4Size::Record32K);
+                          },
+                          .write = WriteSpectra,
+                          .holds = HoldsSpectra});
 }
