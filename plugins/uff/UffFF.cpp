@@ -40,7 +40,10 @@ std::string_view TakeLine(std::string_view& text)
 /// A mark, the number of a dataset behind it, and a name that says what it is, or, instead of that, the header of a function.
 bool IsUniversalFile(std::string_view text, const VDString& filename)
 {
-    if (!UffIndex::IsMark(TakeLine(text)))
+    std::string_view first;
+    while (!text.empty() && first.find_first_not_of(" \t\r") == first.npos)
+        first = TakeLine(text);
+    if (!UffIndex::IsMark(first))
         return false;
     const std::string_view head = TakeLine(text);
     long long type = 0;

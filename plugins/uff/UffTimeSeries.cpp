@@ -1,5 +1,6 @@
 #include "UffTimeSeries.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -27,16 +28,17 @@ std::unique_ptr<UffTimeSeriesWriter> UffTimeSeriesWriter::Create(const std::stri
         storage == nullptr ? nullptr : writer->data_.AdoptTimeSeries(storage, "Values", nullptr, Z4Size::Record32K);
     if (writer->series_ == nullptr)
         return nullptr;
-    int singles = 0;
-    int doubles = 0;
-    std::size_t channel = 0;
-    for (const int type : types) {
-        const bool isDouble = DaxDataType::FromId(type) == DaxDataType::Double;
-        // New channels come behind those that are there.
-        if (!(isDouble ? writer->series_->AdjustChannelCountDoublePrecision(++doubles)
-                       : writer->series_->AdjustChannelCountSinglePrecision(++singles)))
-            return nullptr;
-        UffHeader& header = writer->GetHeader(channel++);
+    const auto isDoubleType = [](int type) { return DaxDataType::FromId(type) == DaxDataType::Double; };
+    const auto doubles = static_cast<int>(std::count_if(types.begin(), types.end(), isDoubleType));
+    const int singles = static_cast<int>(types.size()) - doubles;
+    if (!writer->series_->AdjustChannelCountSinglePrecision(singles) || !writer->series_->AdjustChannelCountDoublePrecision(doubles))
+        return nullptr;
+    int nextSingle = 0;
+    int nextDouble = singles;
+    for (std::size_t channel = 0; channel < types.size(); ++channel) {
+        const bool isDouble = isDoubleType(types[channel]);
+        writer->places_.push_back(isDouble ? nextDouble++ : nextSingle++);
+        UffHeader& header = writer->GetHeader(channel);
         header.function = VVTimeResponse;
         header.ordinateType = isDouble || isText ? UffHeader::RealDouble : UffHeader::RealSingle;
         header.step = header.rate = 1;
@@ -62,13 +64,13 @@ bool UffTimeSeriesWriter::WriteDatasets()
 bool UffTimeSeriesWriter::WriteDataset(int channel)
 {
     UffHeader header = std::as_const(*this).GetHeader(static_cast<std::size_t>(channel));
-    header.count = series_->GetElementCount(channel);
+    header.count = series_->GetElementCount(GetPlace(channel));
     if (!BeginDataset(header))
         return false;
     std::vector<double> numbers(VVWrittenPoints);
     for (std::int64_t done = 0; done < header.count; done += VVWrittenPoints) {
         std::int64_t got = 0;
-        if (!series_->GetDataDoublePrecision(done, VVWrittenPoints, &got, numbers.data(), channel) ||
+        if (!series_->GetDataDoublePrecision(done, VVWrittenPoints, &got, numbers.data(), GetPlace(channel)) ||
             !WriteNumbers(header, numbers.data(), got))
             return false;
     }
@@ -119,7 +121,7 @@ const UffAxis& UffTimeSeries::GetValueAxis(long channel) const
 
 std::int64_t UffTimeSeries::GetNumPoints(long channel) const
 {
-    return IsReading() ? GetDataset(channel).points : Writer().GetSeries().GetElementCount(static_cast<int>(channel));
+    return IsReading() ? GetDataset(channel).points : Writer().GetSeries().GetElementCount(Writer().GetPlace(channel));
 }
 
 VDVariant UffTimeSeries::GetFileValue(int key) const
@@ -207,7 +209,7 @@ bool UffTimeSeries::PutChannelValue(long channel, int key, const VDVariant& valu
     case DaxTimeSeries::BaseTime:
         return value.GetDouble(&header.first);
     case DaxTimeSeries::NumPoints:
-        return value.GetHuge(&points) && Writer().GetSeries().AdjustElementCount(points, static_cast<int>(channel));
+        return value.GetHuge(&points) && Writer().GetSeries().AdjustElementCount(points, Writer().GetPlace(channel));
     case DaxTimeSeries::YTitle:
         value.GetString(&text);
         header.axes[UffHeader::Ordinate].title = UffFitText(text.Str(), VVLongestLabel);
@@ -260,9 +262,9 @@ bool UffTimeSeries::GetData(long channel, std::int64_t first, std::int64_t count
     if (IsReading())
         return ReadValues(channel, first - 1, count, GetChannel(channel).part, values);
     if constexpr (std::is_same_v<T, float>)
-        return Writer().GetSeries().GetData(first - 1, count, nullptr, values, static_cast<int>(channel));
+        return Writer().GetSeries().GetData(first - 1, count, nullptr, values, Writer().GetPlace(channel));
     else
-        return Writer().GetSeries().GetDataDoublePrecision(first - 1, count, nullptr, values, static_cast<int>(channel));
+        return Writer().GetSeries().GetDataDoublePrecision(first - 1, count, nullptr, values, Writer().GetPlace(channel));
 }
 
 template <class T>
@@ -278,9 +280,9 @@ bool UffTimeSeries::PutData(long channel, std::int64_t first, std::int64_t count
         }
     writer_->MarkChanged();
     if constexpr (std::is_same_v<T, float>)
-        return Writer().GetSeries().SetData(first - 1, count, values, static_cast<int>(channel));
+        return Writer().GetSeries().SetData(first - 1, count, values, Writer().GetPlace(channel));
     else
-        return Writer().GetSeries().SetDataDoublePrecision(first - 1, count, values, static_cast<int>(channel));
+        return Writer().GetSeries().SetDataDoublePrecision(first - 1, count, values, Writer().GetPlace(channel));
 }
 
 template bool UffTimeSeries::GetData(long, std::int64_t, std::int64_t, float*);

@@ -12,8 +12,9 @@ public:
     static std::unique_ptr<UffTimeSeriesWriter> Create(const std::string& filename, bool isText, const std::vector<int>& types);
     ~UffTimeSeriesWriter() override;
 
-    /// The values as they were put.
+    /// The values as they were put, and the channel there that has those of a channel here.
     LQTimeSeries& GetSeries() const { return *series_; }
+    int GetPlace(long channel) const { return places_[static_cast<std::size_t>(channel)]; }
     bool IsText() const { return isText_; }
 
 private:
@@ -22,6 +23,7 @@ private:
     bool WriteDataset(int channel);
 
     LQTimeSeries* series_ = nullptr;
+    std::vector<int> places_;
 };
 
 /// The time responses of a universal file that is open for time-series access.
