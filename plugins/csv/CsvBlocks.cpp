@@ -41,7 +41,7 @@ const CsvBlock* CsvBlocks::Load(std::int64_t row)
         if (block->first + block->rows <= row && block->first + block->rows > place.row)
             place = {block->first + block->rows, block->end};
     if (rows_ == nullptr || rows_->GetNextOffset() != place.offset)
-        rows_ = std::make_unique<CsvRows>(io_, place.offset, index_->GetEnd());
+        rows_ = std::make_unique<CsvRows>(io_, place.offset, index_->GetFileEnd());
     // Rows in front that make no part of the block are only gone over.
     const auto pass = [this](std::int64_t, const char* begin) -> const char* {
         CsvCell cell;

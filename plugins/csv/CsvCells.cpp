@@ -26,8 +26,16 @@ CsvCells::CsvCells(const CsvDialect& dialect) : separator_(dialect.separator)
         kinds_['\t'] = Stop;
 }
 
-/// Null if the quotes are part of an ordinary cell, with more behind them than blanks.
+/// Null if the quotes are part of an ordinary cell, with more behind them than blanks. A zero byte inside ends the cell.
 const char* CsvCells::ScanQuoted(const char* at, const char* end, CsvCell& cell) const
+{
+    const char* const stop = FindClosed(at, end, cell);
+    const auto size = static_cast<std::size_t>(cell.end - cell.begin);
+    const void* const zero = stop == nullptr ? nullptr : std::memchr(cell.begin, 0, size);
+    return zero == nullptr ? stop : static_cast<const char*>(zero);
+}
+
+const char* CsvCells::FindClosed(const char* at, const char* end, CsvCell& cell) const
 {
     cell = {at + 1, end, One(Others), true, false};
     for (const char* p = at + 1; p < end; ++p) {

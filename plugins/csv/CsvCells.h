@@ -102,6 +102,7 @@ private:
     static constexpr std::uint64_t Stop = std::uint64_t(1) << 63;
 
     const char* ScanQuoted(const char* at, const char* end, CsvCell& cell) const;
+    const char* FindClosed(const char* at, const char* end, CsvCell& cell) const;
     /// Moves behind a line end; false if its second half may be still to come.
     static bool EndLine(const char* p, const char* end, bool final, const char*& at)
     {

@@ -110,8 +110,9 @@ bool HasBrackets(const CsvSample& sample)
 bool CsvGuess::MayBeTable(const char* bytes, std::int64_t size)
 {
     const std::string_view text(bytes, static_cast<std::size_t>(size));
+    const std::string_view begun = text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
     // Universal files begin with a line "-1", Famos files with a key.
-    if (text.starts_with("|CF") || CsvTrim(text.substr(0, text.find_first_of("\r\n"))) == "-1")
+    if (begun.starts_with("|CF") || CsvTrim(begun.substr(0, begun.find_first_of("\r\n"))) == "-1")
         return false;
     return std::none_of(text.begin(), text.end(), [](char character) {
         const auto code = static_cast<unsigned char>(character);

@@ -50,8 +50,11 @@ public:
     {
         const std::lock_guard guard(mutex_);
         entries_.push_front({state, settings, std::move(index)});
-        if (entries_.size() > MaxEntries)
-            entries_.pop_back();
+        std::int64_t columns = 0;
+        for (const Entry& entry : entries_)
+            columns += static_cast<std::int64_t>(entry.index->GetColumns().size());
+        for (; entries_.size() > MaxEntries || (entries_.size() > 1 && columns > CsvIndex::MaxColumns); entries_.pop_back())
+            columns -= static_cast<std::int64_t>(entries_.back().index->GetColumns().size());
     }
 
 private:

@@ -44,6 +44,8 @@ public:
     Place Find(std::int64_t row) const;
     /// Where the rows end.
     std::int64_t GetEnd() const { return end_; }
+    /// Size of the file. Whether quotes are closed is seen up to there, so that rows are read up to there, too.
+    std::int64_t GetFileEnd() const { return fileEnd_; }
     /// The last row has a line end.
     bool IsEnded() const { return ended_; }
     /// What of the file is missing or wrong; empty for a sound one.
@@ -62,6 +64,7 @@ private:
     std::vector<Place> places_;
     std::int64_t rows_ = 0;
     std::int64_t end_ = 0;
+    std::int64_t fileEnd_ = 0;
     bool ended_ = true;
     std::string damage_;
     double rate_ = 0.0;

@@ -43,6 +43,7 @@ bool CsvIndexPass::Run(std::int64_t maxRows)
 {
     CsvRows rows(io_, guess_.tableOffset, size_);
     index_.dialect_ = guess_.dialect;
+    index_.fileEnd_ = size_;
     titles_.resize(kinds_.size());
     units_.resize(kinds_.size());
     ReadHeader(rows);
@@ -95,6 +96,9 @@ const char* CsvIndexPass::TakeCell(const CsvRows& rows, std::int64_t column, con
     const char* const stop = cells_.Scan(begin, rows.GetEnd(), cell);
     if (stop == rows.GetEnd() && !rows.IsFinal())
         return nullptr;
+    // A zero byte: the row doesn't count.
+    if (*stop == 0 && stop != rows.GetEnd())
+        return stop;
     openQuote_ = cell.quoted && cell.end == stop;
     if (column >= static_cast<std::int64_t>(kinds_.size())) {
         longRow_ = longRow_ || values_.Classify(cell) != CsvKind::Empty;

@@ -9,8 +9,8 @@ CsvRows::State CsvRows::Fill()
     const std::int64_t left = end_ - at_;
     if (left >= MaxRowBytes)
         return TooLong;
-    if (left >= capacity_ / 2) {
-        const std::int64_t capacity = std::max(usual, left * 4);
+    if (left * 2 >= capacity_) {
+        const std::int64_t capacity = std::max(usual, left * 3);
         auto buffer = std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(capacity) + 1);
         if (left > 0)
             std::memcpy(buffer.get(), at_, static_cast<std::size_t>(left));

@@ -29,6 +29,10 @@ public:
                 return End;
             const auto state = begin == nullptr ? CsvCells::Incomplete
                                                 : cells.ScanRow(at_, end_, IsFinal(), cell, count_);
+            if (at_ - begin > MaxRowBytes) {
+                at_ = begin;
+                return TooLong;
+            }
             if (state == CsvCells::Complete || state == CsvCells::Blank) {
                 row_ = begin;
                 if (state == CsvCells::Complete)

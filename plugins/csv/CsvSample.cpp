@@ -9,6 +9,8 @@
 namespace {
 
 constexpr std::size_t MaxRows = 200;
+/// Two rows of the most columns that a table has.
+constexpr std::size_t MaxCells = std::size_t(1) << 21;
 constexpr std::uint32_t Empties = CsvKind::Empty | CsvKind::QuotedEmpty;
 
 }  // namespace
@@ -24,7 +26,7 @@ CsvSample::CsvSample(const CsvDialect& dialect, std::string_view text, bool fina
     const auto take = [&](std::int64_t, const char* begin) -> const char* {
         CsvCell cell;
         const char* const stop = cells.Scan(begin, end, cell);
-        if (stop == end && !final)
+        if ((stop == end && !final) || cells_.size() == MaxCells)
             return nullptr;
         cells_.push_back(cell);
         kinds_.push_back(values.Classify(cell));

@@ -66,7 +66,7 @@ TEST_F(CsvReadTest, WhatIsNoTableIsLeftAlone)
         {"prose.txt", "It was the best of times\nit was the worst of\ntimes, it was\nthe age of wisdom\n"},
         {"words.txt", "one two\nthree four\nfive six\nseven eight\n"},
         {"short.txt", "1,2\n3,4\n"},
-        {"uff.csv", "    -1\n    58\nName\n 1 2 3\n 4 5 6\n    -1\n"},
+        {"uff.csv", "\n    -1\n    58\nName\n 1 2 3\n 4 5 6\n    -1\n"},
         {"uff.dat", "    -1\n    58\n 1 2 3\n 1 2 3\n 4 5 6\n    -1\n"},
         {"famos.dat", "|CF,2,1,1;|CK,1,3,1,1;1,2\n3,4\n5,6\n"},
         {"wave.csv", std::string("RIFF\x24\x00\x00\x00WAVEfmt ", 16) + "1,2\n3,4\n"},
