@@ -26,7 +26,10 @@ protected:
         VDFileIdArrayHandle tests;
         int fileId = 0;
         int subId = 0;
-        return FINFIdentifyFile(info.Get(), id.Get(), 1, tests.Out()) && FIDGetFileId(id.Get(), &fileId, &subId) ? subId : 0;
+        return FINFIdentifyFile(info.Get(), id.Get(), 1, tests.Out()) && FIDGetFileId(id.Get(), &fileId, &subId) &&
+                       fileId == CsvFileId
+                   ? subId
+                   : 0;
     }
 
     /// The id of a file that is to be seen as a table, whatever it is.
