@@ -167,8 +167,9 @@ int main(int argc, char** argv)
     const BenchFolder folder;
     VVFilename = folder.Name("table.csv");
     MakeTable(VVFilename);
-    return RunBenchRatios(argc, argv,
-                          {{"BM_FirstRead", "BM_PlainLoop", 2.0},
-                           {"BM_FirstRead", "BM_PackagedReader", 1.0},
-                           {"BM_FirstOpen", "BM_PlainLoop", 0.6}});
+    return RunBenchRatios(
+        argc, argv,
+        {{"BM_FirstRead", "BM_PlainLoop", 2.0},
+         {"BM_FirstRead", "BM_PackagedReader", 1.3},  // which goes over the file once, and is told the types
+         {"BM_FirstOpen", "BM_PlainLoop", 0.6}});
 }

@@ -48,8 +48,7 @@ void ReadColumn(VDXYAcc* acc, int column, std::int64_t rows)
         if (DaxColumnType::IsNumeric(type)) {
             Check(all.GetDoubleAt(row - 1, &leftNumber) && one.GetDoubleAt(0, &rightNumber));
             Check(leftNumber == rightNumber || (leftNumber != leftNumber && rightNumber != rightNumber));
-        }
-        else {
+        } else {
             Check(all.GetStringAt(row - 1, &left) && one.GetStringAt(0, &right) && left == right);
             Check(valid[static_cast<std::size_t>(row - 1)] != 0 || left.Str().empty());
         }

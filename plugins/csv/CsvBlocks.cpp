@@ -117,8 +117,7 @@ const char* CsvBlocks::TakePlain(const CsvRows& rows, int type, const char* begi
         double value = 0.0;
         stop = values_.ReadDouble(number, end, value);
         slot = std::bit_cast<std::uint64_t>(value);
-    }
-    else if (DaxColumnType::IsNumeric(type)) {
+    } else if (DaxColumnType::IsNumeric(type)) {
         std::int64_t value = 0;
         stop = CsvValue::ReadHuge(number, end, value);
         slot = static_cast<std::uint64_t>(value);
@@ -134,12 +133,10 @@ void CsvBlocks::Store(const CsvCell& cell, int type, CsvBlock& block, std::size_
     if (type == DaxColumnType::Double) {
         valid = values_.GetDouble(cell, number);
         block.slots[slot] = std::bit_cast<std::uint64_t>(number);
-    }
-    else if (DaxColumnType::IsNumeric(type)) {
+    } else if (DaxColumnType::IsNumeric(type)) {
         valid = values_.GetHuge(cell, whole);
         block.slots[slot] = static_cast<std::uint64_t>(whole);
-    }
-    else {
+    } else {
         const std::size_t begin = block.texts.size();
         CsvCell text = cell;
         if (type == DaxColumnType::DateTime) {

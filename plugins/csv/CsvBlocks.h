@@ -63,7 +63,7 @@ private:
     std::vector<int> types_;
     std::int64_t blockRows_;
     std::int64_t blocksHeld_;
-    std::unique_ptr<CsvRows> rows_;                    ///< stands behind the block that was loaded last
+    std::unique_ptr<CsvRows> rows_;                  ///< stands behind the block that was loaded last
     std::vector<std::unique_ptr<CsvBlock>> blocks_;  ///< the one that was used last comes first
     std::size_t bytes_ = 0;
 };

@@ -59,7 +59,8 @@ public:
     enum Row { Complete, Blank, Incomplete, NoText };
     /// Reads the row that begins at `at`, which moves behind it unless it is incomplete.
     /// @param final  the end is that of the file
-    /// @param cell   called with (column, begin) for each cell, in order; gives what ends the cell, or null where more of the
+    /// @param cell   called with (column, begin) for each cell, in order; gives what ends the cell, or null where more of
+    /// the
     ///               file is needed
     /// @param count  takes the number of cells
     template <class Handler>

@@ -38,10 +38,9 @@ constexpr Entry Make(const char* name, const Value (&values)[Size])
     return {name, values, Size};
 }
 
-constexpr Entry Entries[CsvSettings::Count] = {Make("Separator", Separators), Make("DecimalSign", Decimals),
-                                               Make("Header", Headers),       Make("Units", UnitForms),
-                                               Make("Encoding", Encodings),   Make("LineEnd", LineEnds),
-                                               {"Comment", nullptr, 0}};
+constexpr Entry Entries[CsvSettings::Count] = {
+    Make("Separator", Separators), Make("DecimalSign", Decimals), Make("Header", Headers), Make("Units", UnitForms),
+    Make("Encoding", Encodings),   Make("LineEnd", LineEnds),     {"Comment", nullptr, 0}};
 
 const Value* FindValue(std::size_t key, const std::string& text)
 {

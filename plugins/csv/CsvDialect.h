@@ -18,7 +18,7 @@ struct CsvDialect
     Units units = NoUnits;
     Encoding encoding = Utf8;
     std::string lineEnd = "\n";
-    std::string comment;          ///< lines in front of the table, in UTF-8
+    std::string comment;         ///< lines in front of the table, in UTF-8
     bool quotedNumbers = false;  ///< quotes say nothing about what is in them, since all cells have them
 
     bool operator==(const CsvDialect&) const = default;

@@ -10,8 +10,7 @@ void CsvEvenTime::Add(double time)
         first_ = last_ = time;
         most_ = std::numeric_limits<double>::max();
         even_ = even_ && std::isfinite(time);
-    }
-    else {
+    } else {
         const auto steps = static_cast<double>(count_);
         const double passed = time - first_;
         least_ = std::max(least_, passed / (steps + Tolerance));

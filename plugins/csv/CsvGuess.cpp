@@ -83,8 +83,8 @@ CsvDialect ChooseSigns(std::string_view text, bool final, const CsvSettings& set
             continue;
         const CsvSample sample(dialect, text, final);
         // One column is what any text is when the separator isn't in it.
-        const double score = sample.GetColumns() > 1 ? sample.GetRegularShare() + sample.GetNumericShare(1)
-                                                     : 0.5 * sample.GetNumericShare(1);
+        const double score =
+            sample.GetColumns() > 1 ? sample.GetRegularShare() + sample.GetNumericShare(1) : 0.5 * sample.GetNumericShare(1);
         if (score > best + 1e-9) {
             best = score;
             chosen = dialect;

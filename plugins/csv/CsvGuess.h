@@ -12,9 +12,9 @@ struct CsvGuess
     CsvDialect dialect;
     std::int64_t tableOffset = 0;  ///< of the first row of the table, which may be its header
     std::int64_t columns = 0;
-    double regular = 0.0;  ///< share of the rows that have the usual number of cells
-    double numeric = 0.0;  ///< share of the cells below the header that are numbers, dates or empty
-    std::int64_t rows = 0; ///< that were looked at
+    double regular = 0.0;   ///< share of the rows that have the usual number of cells
+    double numeric = 0.0;   ///< share of the cells below the header that are numbers, dates or empty
+    std::int64_t rows = 0;  ///< that were looked at
 
     /// Rows in front of the data: the header and the units.
     int GetHeaderRows() const { return dialect.header ? 1 + (dialect.units == CsvDialect::UnitsLine) : 0; }

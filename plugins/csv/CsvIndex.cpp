@@ -127,8 +127,8 @@ double CsvTime::GetSeconds(const CsvColumn& column)
         {60.0, {"min", "mins", "minute", "minutes"}},
         {3600.0, {"h", "hr", "hour", "hours"}},
     };
-    static constexpr const char* titles[] = {"t", "time", "times", "zeit", "temps", "tempo", "tiempo", "elapsed time",
-                                             "relative time", "x_time", "timestamp"};
+    static constexpr const char* titles[] = {"t",      "time",         "times",         "zeit",   "temps",    "tempo",
+                                             "tiempo", "elapsed time", "relative time", "x_time", "timestamp"};
     // A title may have its unit with it: "Time (ms)".
     VDString title(std::string(CsvTrim(column.title)));
     VDString unit(column.units);
@@ -136,7 +136,8 @@ double CsvTime::GetSeconds(const CsvColumn& column)
     if (bracket != std::string::npos && (column.title.ends_with(')') || column.title.ends_with(']'))) {
         title = std::string(CsvTrim(std::string_view(column.title).substr(0, bracket)));
         if (column.units.empty())
-            unit = std::string(CsvTrim(std::string_view(column.title).substr(bracket + 1, column.title.size() - bracket - 2)));
+            unit =
+                std::string(CsvTrim(std::string_view(column.title).substr(bracket + 1, column.title.size() - bracket - 2)));
     }
     for (const Unit& known : units)
         for (const char* name : known.names)

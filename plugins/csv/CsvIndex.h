@@ -32,8 +32,8 @@ public:
     };
     static constexpr std::int64_t MaxColumns = std::int64_t(1) << 20;
 
-    /// Goes through an open file, or gives what an earlier pass over the same file found. Nothing is recorded for a file that
-    /// holds no table.
+    /// Goes through an open file, or gives what an earlier pass over the same file found. Nothing is recorded for a file
+    /// that holds no table.
     /// @return null if it can't be read or holds no table
     static std::shared_ptr<const CsvIndex> Get(VDIo& io, const CsvSettings& settings);
 

@@ -48,12 +48,12 @@ bool CsvIndexPass::Run(std::int64_t maxRows)
     units_.resize(kinds_.size());
     ReadHeader(rows);
     const bool timely = guess_.dialect.header && CsvTime::GetSeconds([this] {
-        CsvColumn column;
-        column.title = titles_[0];
-        column.units = units_[0];
-        SplitUnits(column);
-        return column;
-    }()) > 0.0;
+                                                     CsvColumn column;
+                                                     column.title = titles_[0];
+                                                     column.units = units_[0];
+                                                     SplitUnits(column);
+                                                     return column;
+                                                 }()) > 0.0;
     if (!timely)
         time_.Fail();
     CsvRows::State state = CsvRows::End;

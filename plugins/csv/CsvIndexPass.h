@@ -37,10 +37,10 @@ private:
     CsvEvenTime time_;
     double rowTime_ = 0.0;  ///< of a row that may not be complete yet
     std::int64_t stride_;
-    std::int64_t leastWidth_;      ///< cells of the shortest row
-    std::int64_t longRows_ = 0;    ///< rows with more cells than the table has columns
+    std::int64_t leastWidth_;    ///< cells of the shortest row
+    std::int64_t longRows_ = 0;  ///< rows with more cells than the table has columns
     std::int64_t firstLongRow_ = 0;
-    bool longRow_ = false;         ///< the present row is one
+    bool longRow_ = false;  ///< the present row is one
     bool openQuote_ = false;
-    bool otherEncoding_ = false;   ///< something isn't UTF-8
+    bool otherEncoding_ = false;  ///< something isn't UTF-8
 };

@@ -160,7 +160,8 @@ bool CsvMultiColumn::GetValue(long, long column, int key, VDVariant& value)
         return true;
     }
     case DaxMultiColumn::ColLimits:
-        return !table_ || writer_ || (Check(column, 1, 0, routine) && table_->GetLimits(static_cast<std::size_t>(column), value, routine));
+        return !table_ || writer_ ||
+               (Check(column, 1, 0, routine) && table_->GetLimits(static_cast<std::size_t>(column), value, routine));
     case DaxMultiColumn::ColType:
     case DaxMultiColumn::ColTitle:
     case DaxMultiColumn::ColUnits:
@@ -217,7 +218,8 @@ bool CsvMultiColumn::PutText(long column, int key, const VDString& text)
         return Fail(CsvError::NotWritable, routine);
     // The title that the library gives to what has none is none.
     if (key == DaxMultiColumn::DataSetTitle)
-        return text.Str().empty() || text == "Dataset 1" || Fail(CsvError::Write, routine, "A table as text has no title of its own.");
+        return text.Str().empty() || text == "Dataset 1" ||
+               Fail(CsvError::Write, routine, "A table as text has no title of its own.");
     if (key == DaxMultiColumn::ColKeyword)
         return text.Str().empty() || Fail(CsvError::Write, routine, "A table as text has no keywords of columns.");
     if (!Check(column, 1, 0, routine))

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "CsvFormat.h"
-#include "CsvWriter.h"
 #include "CsvTable.h"
+#include "CsvWriter.h"
 
 #include "daxlib/FID.h"
 #include "daxlib/MultiColumnPlugin.h"

@@ -38,7 +38,8 @@ bool ToSlot(Value value, int type, std::uint64_t& slot)
     }
     const auto [least, most] = RangeOf(type);
     if constexpr (std::is_floating_point_v<Value>)
-        if (!(value >= static_cast<Value>(INT64_MIN) && value < -static_cast<Value>(INT64_MIN)) || value != std::trunc(value))
+        if (!(value >= static_cast<Value>(INT64_MIN) && value < -static_cast<Value>(INT64_MIN)) ||
+            value != std::trunc(value))
             return false;
     const auto whole = static_cast<std::int64_t>(value);
     slot = static_cast<std::uint64_t>(whole);
@@ -81,7 +82,8 @@ std::int64_t CsvMultiColumn::CountInFile(std::int64_t first, std::int64_t count)
 }
 
 template <class Value>
-bool CsvMultiColumn::GetNumbers(std::size_t column, std::int64_t first, std::int64_t count, Value* values, const char* routine)
+bool CsvMultiColumn::GetNumbers(std::size_t column, std::int64_t first, std::int64_t count, Value* values,
+                                const char* routine)
 {
     const std::int64_t inFile = CountInFile(first, count);
     const int type = GetColumns()[column].type;
@@ -97,7 +99,8 @@ bool CsvMultiColumn::GetNumbers(std::size_t column, std::int64_t first, std::int
     return true;
 }
 
-bool CsvMultiColumn::GetTexts(std::size_t column, std::int64_t first, std::int64_t count, VDString* values, const char* routine)
+bool CsvMultiColumn::GetTexts(std::size_t column, std::int64_t first, std::int64_t count, VDString* values,
+                              const char* routine)
 {
     const std::int64_t inFile = CountInFile(first, count);
     CsvSpool::Cells cells;
@@ -121,7 +124,8 @@ bool CsvMultiColumn::GetFloats(long column, std::int64_t first, std::int64_t cou
 {
     constexpr const char* routine = "CsvXY::GetDataF";
     return Check(column, first, count, routine) &&
-           (DaxColumnType::IsNumeric(GetColumns()[static_cast<std::size_t>(column)].type) || Fail(CsvError::ColumnType, routine)) &&
+           (DaxColumnType::IsNumeric(GetColumns()[static_cast<std::size_t>(column)].type) ||
+            Fail(CsvError::ColumnType, routine)) &&
            GetNumbers(static_cast<std::size_t>(column), first, count, values, routine);
 }
 

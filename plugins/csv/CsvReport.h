@@ -22,6 +22,6 @@ constexpr int Staging = -334487;
 }  // namespace CsvError
 
 /// What is said where a table is asked for as a time series and is none.
-constexpr const char* CsvNoTimeSeries =
-    "The first column isn't a time that grows evenly, or there are no others of numbers that a double holds; the file can be "
-    "read as a table.";
+constexpr const char* CsvNoTimeSeries = "The first column isn't a time that grows evenly, or there are no others of numbers "
+                                        "that a double holds; the file can be "
+                                        "read as a table.";

@@ -16,8 +16,7 @@ CsvRows::State CsvRows::Fill()
             std::memcpy(buffer.get(), at_, static_cast<std::size_t>(left));
         buffer_ = std::move(buffer);
         capacity_ = capacity;
-    }
-    else if (left > 0)
+    } else if (left > 0)
         std::memmove(buffer_.get(), at_, static_cast<std::size_t>(left));
     std::int64_t got = 0;
     const std::int64_t wanted = std::min(capacity_ - left, fileEnd_ - offset_);

@@ -27,8 +27,7 @@ public:
             const char* const begin = at_;
             if (at_ == end_ && IsFinal())
                 return End;
-            const auto state = begin == nullptr ? CsvCells::Incomplete
-                                                : cells.ScanRow(at_, end_, IsFinal(), cell, count_);
+            const auto state = begin == nullptr ? CsvCells::Incomplete : cells.ScanRow(at_, end_, IsFinal(), cell, count_);
             if (at_ - begin > MaxRowBytes) {
                 at_ = begin;
                 return TooLong;
@@ -37,8 +36,7 @@ public:
                 row_ = begin;
                 if (state == CsvCells::Complete)
                     return Row;
-            }
-            else if (state == CsvCells::NoText)
+            } else if (state == CsvCells::NoText)
                 return NoText;
             else if (const State filled = Fill(); filled != Row)
                 return filled;

@@ -45,8 +45,8 @@ CsvSample::CsvSample(const CsvDialect& dialect, std::string_view text, bool fina
         }
         rows_.push_back({first, static_cast<std::size_t>(count), static_cast<std::size_t>(at - text.data())});
     }
-    allQuoted_ = std::all_of(cells_.begin(), cells_.end(),
-                             [](const CsvCell& cell) { return cell.quoted || cell.begin == cell.end; });
+    allQuoted_ =
+        std::all_of(cells_.begin(), cells_.end(), [](const CsvCell& cell) { return cell.quoted || cell.begin == cell.end; });
     FindColumns();
 }
 
@@ -117,8 +117,7 @@ bool CsvSample::StandsOverNumbers(std::size_t row) const
     for (std::size_t column = 0; column < columns_; ++column) {
         // The column's first cell below the titles that isn't empty.
         std::size_t below = 2;
-        while (below < rows_.size() &&
-               (column >= GetWidth(below) || (GetKinds(below, column) & Empties) != 0))
+        while (below < rows_.size() && (column >= GetWidth(below) || (GetKinds(below, column) & Empties) != 0))
             ++below;
         // With no more than two rows, the second one is data.
         if (rows_.size() == 2 && row == 0 && column < GetWidth(1))

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CsvDialect.h"
 #include "CsvCells.h"
+#include "CsvDialect.h"
 
 #include <cstdint>
 
@@ -39,7 +39,7 @@ private:
     {
         std::size_t first;  ///< of its cells
         std::size_t width;
-        std::size_t end;    ///< offset in the text
+        std::size_t end;  ///< offset in the text
     };
     void FindColumns();
     bool IsText(std::size_t row, std::size_t column) const;

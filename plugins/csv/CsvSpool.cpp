@@ -27,7 +27,8 @@ std::int64_t CsvSpool::OffsetOf(std::size_t column, std::int64_t row, Part part)
 {
     const std::int64_t chunk = row / chunkRows_;
     const std::int64_t inside = row % chunkRows_;
-    const std::int64_t begin = (chunk * static_cast<std::int64_t>(columns_) + static_cast<std::int64_t>(column)) * chunkRows_ * CellBytes;
+    const std::int64_t begin =
+        (chunk * static_cast<std::int64_t>(columns_) + static_cast<std::int64_t>(column)) * chunkRows_ * CellBytes;
     constexpr std::int64_t slot = sizeof(std::uint64_t);
     if (part == Slots)
         return begin + inside * slot;
@@ -50,17 +51,20 @@ bool CsvSpool::ForChunks(std::int64_t row, std::int64_t count, Work&& work) cons
 bool CsvSpool::Put(std::size_t column, std::int64_t row, const std::vector<std::uint64_t>& slots)
 {
     const std::vector<char> given(slots.size(), 1);
-    return Open() && ForChunks(row, static_cast<std::int64_t>(slots.size()), [&](std::int64_t at, std::size_t index, std::size_t count) {
-        return cells_.Write(OffsetOf(column, at, Slots), slots.data() + index, count * sizeof(slots[0])) &&
-               cells_.Write(OffsetOf(column, at, Given), given.data(), count);
-    });
+    return Open() &&
+           ForChunks(row, static_cast<std::int64_t>(slots.size()),
+                     [&](std::int64_t at, std::size_t index, std::size_t count) {
+                         return cells_.Write(OffsetOf(column, at, Slots), slots.data() + index, count * sizeof(slots[0])) &&
+                                cells_.Write(OffsetOf(column, at, Given), given.data(), count);
+                     });
 }
 
 bool CsvSpool::PutInvalid(std::size_t column, std::int64_t row, const std::vector<char>& invalid)
 {
-    return Open() && ForChunks(row, static_cast<std::int64_t>(invalid.size()), [&](std::int64_t at, std::size_t index, std::size_t count) {
-        return cells_.Write(OffsetOf(column, at, Invalid), invalid.data() + index, count);
-    });
+    return Open() && ForChunks(row, static_cast<std::int64_t>(invalid.size()),
+                               [&](std::int64_t at, std::size_t index, std::size_t count) {
+                                   return cells_.Write(OffsetOf(column, at, Invalid), invalid.data() + index, count);
+                               });
 }
 
 bool CsvSpool::Get(std::size_t column, std::int64_t row, std::int64_t count, Cells& cells) const

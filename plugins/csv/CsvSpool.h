@@ -48,5 +48,5 @@ private:
     CsvScratch cells_;
     CsvScratch texts_;
     std::int64_t textsEnd_ = 0;  ///< of those that are in the scratch file
-    std::string newTexts_;      ///< behind them
+    std::string newTexts_;       ///< behind them
 };

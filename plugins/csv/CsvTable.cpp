@@ -39,15 +39,16 @@ template <class Value>
 bool CsvTable::Read(std::size_t column, std::int64_t first, std::int64_t count, Value* values, const char* routine)
 {
     const bool real = index_->GetColumns()[column].type == DaxColumnType::Double;
-    return Visit(column, first, count, routine, [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
-        const std::uint64_t* const from = block.slots.data() + slot;
-        if (real)
-            std::transform(from, from + part, values + at,
-                           [](std::uint64_t bits) { return static_cast<Value>(std::bit_cast<double>(bits)); });
-        else
-            std::transform(from, from + part, values + at,
-                           [](std::uint64_t bits) { return static_cast<Value>(static_cast<std::int64_t>(bits)); });
-    });
+    return Visit(
+        column, first, count, routine, [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
+            const std::uint64_t* const from = block.slots.data() + slot;
+            if (real)
+                std::transform(from, from + part, values + at,
+                               [](std::uint64_t bits) { return static_cast<Value>(std::bit_cast<double>(bits)); });
+            else
+                std::transform(from, from + part, values + at,
+                               [](std::uint64_t bits) { return static_cast<Value>(static_cast<std::int64_t>(bits)); });
+        });
 }
 
 template <class Value>
@@ -74,17 +75,19 @@ template bool CsvTable::ReadSamples(std::size_t, std::int64_t, std::int64_t, dou
 bool CsvTable::ReadTexts(std::size_t column, std::int64_t first, std::int64_t count, VDString* values, const char* routine)
 {
     const CsvDialect::Encoding encoding = index_->GetDialect().encoding;
-    return Visit(column, first, count, routine, [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
-        for (std::int64_t row = 0; row < part; ++row, ++slot)
-            values[at + row] = CsvDecode(block.GetText(slot), encoding);
-    });
+    return Visit(column, first, count, routine,
+                 [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
+                     for (std::int64_t row = 0; row < part; ++row, ++slot)
+                         values[at + row] = CsvDecode(block.GetText(slot), encoding);
+                 });
 }
 
 bool CsvTable::ReadValid(std::size_t column, std::int64_t first, std::int64_t count, char* valid, const char* routine)
 {
-    return Visit(column, first, count, routine, [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
-        std::copy_n(block.valid.data() + slot, part, valid + at);
-    });
+    return Visit(column, first, count, routine,
+                 [=](const CsvBlock& block, std::size_t slot, std::int64_t at, std::int64_t part) {
+                     std::copy_n(block.valid.data() + slot, part, valid + at);
+                 });
 }
 
 bool CsvTable::CalculateLimits(const char* routine)

@@ -97,8 +97,8 @@ void CsvText::AppendDouble(double value, bool isFloat, std::string& text) const
     char digits[32];
     const auto narrow = static_cast<float>(value);
     const bool fits = isFloat && (static_cast<double>(narrow) == value || value != value);
-    char* const end = fits ? std::to_chars(digits, std::end(digits), narrow).ptr
-                           : std::to_chars(digits, std::end(digits), value).ptr;
+    char* const end =
+        fits ? std::to_chars(digits, std::end(digits), narrow).ptr : std::to_chars(digits, std::end(digits), value).ptr;
     const std::string_view written(digits, static_cast<std::size_t>(end - digits));
     // Without it, a column of whole doubles would be read as one of whole numbers.
     const bool whole = written.find_first_not_of("-0123456789") == written.npos;
@@ -144,8 +144,7 @@ bool CsvText::AppendRows(const CsvSpool& spool, std::int64_t first, std::int64_t
                     unfit = CsvSettings::GetName(CsvSettings::Separator);
                     return false;
                 }
-            }
-            else if (!AppendValue(spool, column, cells[column].slots[row], text))
+            } else if (!AppendValue(spool, column, cells[column].slots[row], text))
                 return false;
             EndCell(column, text);
         }

@@ -13,8 +13,10 @@ public:
     /// What stands in front of the rows: mark, remarks, titles, units. False if the encoding lacks a character of it.
     bool AppendHeader(std::string& text) const;
     /// Rows of a spool.
-    /// @param unfit  takes the name of the setting because of which a cell can't be written; empty for a failure of the spool
-    bool AppendRows(const CsvSpool& spool, std::int64_t first, std::int64_t count, std::string& text, std::string& unfit) const;
+    /// @param unfit  takes the name of the setting because of which a cell can't be written; empty for a failure of the
+    /// spool
+    bool AppendRows(const CsvSpool& spool, std::int64_t first, std::int64_t count, std::string& text,
+                    std::string& unfit) const;
 
 private:
     bool AppendTitles(std::string& text) const;

@@ -27,8 +27,8 @@ bool CsvTimeSeries::Open(int mode)
     table_ = CsvTable::Open(filename_, settings_, routine);
     if (!table_)
         return false;
-    const bool open = (table_->GetIndex().IsTimeSeries() || Fail(CsvError::Read, routine, CsvNoTimeSeries)) &&
-                      MapChannels(routine);
+    const bool open =
+        (table_->GetIndex().IsTimeSeries() || Fail(CsvError::Read, routine, CsvNoTimeSeries)) && MapChannels(routine);
     if (!open)
         table_.reset();
     return open;
@@ -74,7 +74,8 @@ VDVariant CsvTimeSeries::GetFileValue(int key) const
     case DaxTimeSeries::XUnits:
         return VDVariant("s");
     case DaxTimeSeries::BufferSize:
-        return VDVariant(table_ ? static_cast<long>(std::min<std::int64_t>(table_->GetChunkRows(), usualBlock)) : usualBlock);
+        return VDVariant(table_ ? static_cast<long>(std::min<std::int64_t>(table_->GetChunkRows(), usualBlock))
+                                : usualBlock);
     default:
         return {};
     }
@@ -110,7 +111,8 @@ bool CsvTimeSeries::GetValue(long channel, int key, VDVariant& value) const
         VDString name;
         value[0].GetString(&name);
         if (table_)
-            if (const auto answer = CsvFormatValues::Get(name, table_->GetIndex().GetDialect(), table_->GetIndex().GetDamage(), {}))
+            if (const auto answer =
+                    CsvFormatValues::Get(name, table_->GetIndex().GetDialect(), table_->GetIndex().GetDamage(), {}))
                 value.AppendItem(*answer);
         return true;
     }

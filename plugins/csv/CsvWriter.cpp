@@ -51,7 +51,8 @@ bool CsvWriter::AppendColumn(int type, bool withStatus, const char* routine)
 bool CsvWriter::SetTitle(std::size_t column, const std::string& title, const char* routine)
 {
     if (!isNew_)
-        return title == columns_[column].title || Fail(CsvError::Write, routine, "The titles of a table that is there stay.");
+        return title == columns_[column].title ||
+               Fail(CsvError::Write, routine, "The titles of a table that is there stay.");
     columns_[column].title = CsvDecode(title, CsvDialect::Utf8);
     changed_ = true;
     return true;
@@ -101,7 +102,8 @@ bool CsvWriter::PutInvalid(std::size_t column, std::int64_t row, const std::vect
 {
     columns_[column].hasInvalid = true;
     return Touch(row, static_cast<std::int64_t>(invalid.size()), routine) &&
-           (GetSpool().PutInvalid(column, row - presentRows_, invalid) || Fail(CsvError::Staging, routine, std::strerror(errno)));
+           (GetSpool().PutInvalid(column, row - presentRows_, invalid) ||
+            Fail(CsvError::Staging, routine, std::strerror(errno)));
 }
 
 bool CsvWriter::PutText(const std::string& text, std::uint64_t& slot, const char* routine)
@@ -119,7 +121,8 @@ bool CsvWriter::PutText(const std::string& text, std::uint64_t& slot, const char
 
 bool CsvWriter::Get(std::size_t column, std::int64_t row, std::int64_t count, CsvSpool::Cells& cells, const char* routine)
 {
-    return GetSpool().Get(column, row - presentRows_, count, cells) || Fail(CsvError::Staging, routine, std::strerror(errno));
+    return GetSpool().Get(column, row - presentRows_, count, cells) ||
+           Fail(CsvError::Staging, routine, std::strerror(errno));
 }
 
 bool CsvWriter::GetText(std::uint64_t slot, std::string& text, const char* routine)
@@ -165,9 +168,10 @@ bool CsvWriter::WriteRows(const CsvText& text, std::int64_t from, const char* ro
         const std::int64_t count = std::min(rows_ - row, chunk - at % chunk);
         bytes.clear();
         if (!text.AppendRows(spool, at, count, bytes, unfit_))
-            return unfit_.empty() ? Fail(CsvError::Staging, routine, std::strerror(errno))
-                                  : Fail(CsvError::Write, routine,
-                                         "Text without a value can't be told from empty text between blanks or alone in its row.");
+            return unfit_.empty()
+                       ? Fail(CsvError::Staging, routine, std::strerror(errno))
+                       : Fail(CsvError::Write, routine,
+                              "Text without a value can't be told from empty text between blanks or alone in its row.");
         if (!output_.Write(bytes))
             return Fail(CsvError::Write, routine, output_.GetReason());
         row += count;

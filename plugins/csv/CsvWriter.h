@@ -51,13 +51,13 @@ private:
     bool unitsAreWished_ = true;
     std::vector<CsvColumn> columns_;
     std::optional<CsvSpool> spool_;
-    bool isNew_ = true;            ///< the file has no rows but those of the spool
+    bool isNew_ = true;  ///< the file has no rows but those of the spool
     std::int64_t presentRows_ = 0;
     std::int64_t presentBytes_ = 0;
     bool presentEnded_ = true;
     std::int64_t rows_ = 0;
-    bool written_ = false;       ///< the file stands
-    bool changed_ = false;       ///< something that is in the file already was put anew
+    bool written_ = false;  ///< the file stands
+    bool changed_ = false;  ///< something that is in the file already was put anew
     std::int64_t writtenRows_ = 0;
     std::int64_t writtenBytes_ = 0;
     std::string unfit_;

@@ -140,7 +140,8 @@ int CsvXYSetProgressObject(void*, void*)
 }
 
 // The one bit that there is, says whether the value is valid and has no number among those with texts.
-int CsvXYGetStatusWordBitData(void* instance, long, long, long column, int, std::int64_t first, std::int64_t count, char* flags)
+int CsvXYGetStatusWordBitData(void* instance, long, long, long column, int, std::int64_t first, std::int64_t count,
+                              char* flags)
 {
     const int known = Self(instance)->GetValid(column, first, count, flags);
     std::fill_n(flags, count, char(0));

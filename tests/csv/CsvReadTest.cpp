@@ -30,7 +30,8 @@ const TableCase TableCases[] = {
     {"wholes.csv", "l,h,d,t\n2147483647,2147483648,9223372036854775808,1\n-2147483648,-9223372036854775808,1,x\n",
      "Comma Point Yes No UTF-8",
      "l||1: 2147483647 -2147483648\nh||5: 2147483648 -9223372036854775808\nd||6: 9223372036854775808 1\nt||0: 1 x\n"},
-    {"times.csv", "d,t,b,u\n2024-02-29,12:00:01.5,2024-02-29T12:00Z,29.02.2024\n2024-03-01,13:00,2024-03-01 01:00:00+01:00,x\n",
+    {"times.csv",
+     "d,t,b,u\n2024-02-29,12:00:01.5,2024-02-29T12:00Z,29.02.2024\n2024-03-01,13:00,2024-03-01 01:00:00+01:00,x\n",
      "Comma Point Yes No UTF-8",
      "d||7: 2024-02-29 2024-03-01\nt||7: 12:00:01.5 13:00\nb||7: 2024-02-29T12:00Z 2024-03-01 01:00:00+01:00\n"
      "u||0: 29.02.2024 x\n"},
@@ -38,7 +39,8 @@ const TableCase TableCases[] = {
     {"special.csv", "a,b\nnan,1.5\n-inf,+2\n,1e999\n", "Comma Point Yes No UTF-8", "a||6: nan -inf -\nb||0: 1.5 +2 1e999\n"},
     {"latin.csv", "K\xf6rper;\xb5m\n1;2\n3;4\n", "Semicolon Point Yes No Windows-1252",
      "K\xc3\xb6rper||1: 1 3\n\xc2\xb5m||1: 2 4\n"},
-    {"mark.csv", "\xef\xbb\xbfsep=;\n\xc3\xb6;b\n1;x\n", "Semicolon Point Yes No UTF-8 with mark", "\xc3\xb6||1: 1\nb||0: x\n"},
+    {"mark.csv", "\xef\xbb\xbfsep=;\n\xc3\xb6;b\n1;x\n", "Semicolon Point Yes No UTF-8 with mark",
+     "\xc3\xb6||1: 1\nb||0: x\n"},
     {"title.csv", "Report of a test\n\nTime (s),v\n1,2\n", "Comma Point Yes No UTF-8", "Time (s)||1: 1\nv||1: 2\n"},
     {"header.csv", "a,b\n", "Comma Point Yes No UTF-8", "a||6:\nb||6:\n"},
 };
@@ -86,7 +88,8 @@ TEST_F(CsvReadTest, AHostKnowsBetter)
     SetFormat(acc.Get(), "separator", ",");
     SetFormat(acc.Get(), "Header", "Yes");
     VDVariant wrong("Slash");
-    ExpectFailure(XYAccSetFormatSpecificValue(acc.Get(), -1, -1, -1, "Separator", &wrong), -334485, "Separator can't be Slash.");
+    ExpectFailure(XYAccSetFormatSpecificValue(acc.Get(), -1, -1, -1, "Separator", &wrong), -334485,
+                  "Separator can't be Slash.");
     EXPECT_TRUE(XYAccOpen(acc.Get(), VTXyAccOpenRead));
     EXPECT_EQ(Dump(acc.Get()), "1;2||0: 3;4\n5||1: 5\n");
     ExpectFailure(XYAccSetFormatSpecificValue(acc.Get(), -1, -1, -1, "Separator", &wrong), -327998);
@@ -151,14 +154,14 @@ TEST_F(CsvReadTest, AnEvenTimeMakesATimeSeries)
     }
     // As a table it is there all the same, and what is none is refused as a time series.
     EXPECT_EQ(Dump(folder_.Write("t.csv", cases[0].content)), "Time||6: 0 0.1 0.2\nv||1: 1 2 3\n");
-    const VDTsAccHandle none = BindTest(NewTestId(folder_.Write("n.csv", cases[4].content), CsvFileId, CsvTimeSeries, {0}).Get());
+    const VDTsAccHandle none =
+        BindTest(NewTestId(folder_.Write("n.csv", cases[4].content), CsvFileId, CsvTimeSeries, {0}).Get());
     ExpectFailure(TSAccOpen(none.Get(), VTTsAccOpenRead), -328989, "isn't a time that grows evenly");
 }
 
 TEST_F(CsvReadTest, ATimeSeriesHasTheColumnsOfNumbers)
 {
-    const std::string filename =
-        folder_.Write("t.csv", "Time,name,speed,n\ns,,m/s,-\n0,x,1.5,7\n1,y,,8\n2,z,2.5,\n");
+    const std::string filename = folder_.Write("t.csv", "Time,name,speed,n\ns,,m/s,-\n0,x,1.5,7\n1,y,,8\n2,z,2.5,\n");
     const VDTsAccHandle acc = OpenTest(filename);
     std::vector<double> values(3);
     ASSERT_EQ(TestValue<TSAccGetNumChans>(acc.Get()), 2);

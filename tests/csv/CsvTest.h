@@ -64,8 +64,8 @@ protected:
         const std::int64_t rows = TestValue<XYAccGetNumRows>(acc, 0, 0);
         for (int column = 0; column < TestValue<XYAccGetNumCols>(acc, 0); ++column) {
             const int type = TestValue<XYAccGetColType>(acc, 0, column);
-            text += TestValue<XYAccGetColTitle>(acc, 0, column).Str() + "|" + TestValue<XYAccGetColUnits>(acc, 0, column).Str() +
-                    "|" + std::to_string(type) + ":";
+            text += TestValue<XYAccGetColTitle>(acc, 0, column).Str() + "|" +
+                    TestValue<XYAccGetColUnits>(acc, 0, column).Str() + "|" + std::to_string(type) + ":";
             for (std::int64_t row = 1; row <= rows; ++row)
                 text += " " + Cell(acc, column, row);
             text += "\n";

@@ -53,7 +53,8 @@ protected:
         EXPECT_TRUE(Put(acc, 1, 1, 0.1F) && PutWord(acc, 1, 2, DaxStatusWord::Invalid));
         EXPECT_TRUE(Put(acc, 2, 1, -5L));
         VDVariant huge = VDVariant::FromHuge(INT64_MAX);
-        EXPECT_TRUE(XYAccPutDataElement(acc, 0, 0, 3, 1, &huge) && Put(acc, 3, 2, 1L) && PutWord(acc, 3, 2, DaxStatusWord::Invalid));
+        EXPECT_TRUE(XYAccPutDataElement(acc, 0, 0, 3, 1, &huge) && Put(acc, 3, 2, 1L) &&
+                    PutWord(acc, 3, 2, DaxStatusWord::Invalid));
         EXPECT_TRUE(Put(acc, 4, 1, "a;\"b\",\n\xc3\xa4 1") && Put(acc, 4, 2, "007"));
         EXPECT_TRUE(Put(acc, 5, 1, "2024-02-29T12:00:00,5") && Put(acc, 5, 2, ""));
     }
@@ -68,8 +69,8 @@ const std::vector<std::vector<std::pair<const char*, const char*>>> Dialects = {
 
 TEST_F(CsvWriteTest, WhatIsWrittenComesBack)
 {
-    const std::vector<Column> columns = {{DaxColumnType::Double, "Time", "s"}, {DaxColumnType::Float, "1", "m/s"},
-                                         {DaxColumnType::Short, "x [y]", "-"}, {DaxColumnType::Huge, "a,b;c\td \"e\"", "%"},
+    const std::vector<Column> columns = {{DaxColumnType::Double, "Time", "s"},  {DaxColumnType::Float, "1", "m/s"},
+                                         {DaxColumnType::Short, "x [y]", "-"},  {DaxColumnType::Huge, "a,b;c\td \"e\"", "%"},
                                          {DaxColumnType::Text, "\xc3\xa4", ""}, {DaxColumnType::DateTime, "When", ""}};
     for (const auto& settings : Dialects) {
         const std::string filename = folder_.Name("out.csv");
@@ -77,8 +78,9 @@ TEST_F(CsvWriteTest, WhatIsWrittenComesBack)
         PutAll(acc.Get());
         EXPECT_EQ(Cell(acc.Get(), 4, 1), "a;\"b\",\n\xc3\xa4 1");
         ASSERT_TRUE(XYAccClose(acc.Get())) << Errors();
-        const std::string expected = "Time|s|6: 0.1 3\n1|m/s|6: 0.1 -\nx [y]|-|1: -5 -\na,b;c\td \"e\"|%|5: 9223372036854775807 -\n"
-                                     "\xc3\xa4||0: a;\"b\",\n\xc3\xa4 1 007\nWhen||7: 2024-02-29T12:00:00,5 -\n";
+        const std::string expected =
+            "Time|s|6: 0.1 3\n1|m/s|6: 0.1 -\nx [y]|-|1: -5 -\na,b;c\td \"e\"|%|5: 9223372036854775807 -\n"
+            "\xc3\xa4||0: a;\"b\",\n\xc3\xa4 1 007\nWhen||7: 2024-02-29T12:00:00,5 -\n";
         EXPECT_NE(SubIdOf(filename), 0);
         const VDXYAccHandle read = Open(filename);
         EXPECT_EQ(Dump(read.Get()), expected) << TestReadFile(filename);
