@@ -7,6 +7,7 @@
 
 std::unique_ptr<VDCommand> VFMakeTypesCommand();
 std::unique_ptr<VDCommand> VFMakeIdentifyCommand();
+std::unique_ptr<VDCommand> VFMakeLsCommand();
 std::unique_ptr<VDCommand> VFMakeInfoCommand();
 std::unique_ptr<VDCommand> VFMakeReadCommand();
 std::unique_ptr<VDCommand> VFMakeStatsCommand();

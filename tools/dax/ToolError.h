@@ -40,6 +40,8 @@ constexpr int NameChanged = -900029;       ///< signs that a name can't hold wer
 constexpr int BadName = -900030;           ///< no name for an output
 constexpr int UnknownColumn = -900031;     ///< no such column or data set
 constexpr int UnknownSpectrum = -900032;   ///< no such spectrum or line
+constexpr int NoTest = -900041;            ///< no test matches
+constexpr int Unread = -900042;            ///< a file or folder of a list can't be read
 }  // namespace DaxToolError
 
 /// Thrown when a step has failed and its error is recorded.

@@ -5,8 +5,9 @@
 int main(int argc, char** argv)
 {
     constexpr std::unique_ptr<VDCommand> (*makers[])() = {
-        VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeInfoCommand,  VFMakeReadCommand, VFMakeStatsCommand,
-        VFMakeMetaCommand,  VFMakeEvalCommand,     VFMakeCopyCommand,  VFMakeCheckCommand, VFMakeDbcCommand,
+        VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeLsCommand,   VFMakeInfoCommand,
+        VFMakeReadCommand,  VFMakeStatsCommand,    VFMakeMetaCommand, VFMakeEvalCommand,
+        VFMakeCopyCommand,  VFMakeCheckCommand,    VFMakeDbcCommand,
     };
     std::vector<std::unique_ptr<VDCommand>> commands;
     for (const auto& make : makers)
