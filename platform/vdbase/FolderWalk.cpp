@@ -90,8 +90,8 @@ struct VDOpenFolder
     int folder;
 };
 
-/// Calls back for each entry other than the folder itself and its parent. False, with `errno`, if the folder can't be read to
-/// its end.
+/// Calls back for each entry other than the folder itself and its parent. False, with `errno`, if the folder can't be read
+/// to its end.
 template <class Visit>
 bool VFVisitEntries(const VDOpenFolder& open, Visit&& visit)
 {

@@ -7,6 +7,7 @@
 #include "vdbase/VDFileSystem.h"
 #include "vdbase/VFSort.h"
 
+#include <algorithm>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -186,12 +187,16 @@ void VDFileIdArray::SortTests(bool descending)
         const VDString baseName = VDFileSystem::GetBaseFileName(record.filename);
         keys.push_back({baseName, record.run, record.burst, record.mode, static_cast<int>(keys.size()), &entry});
     }
-    VFQuickSort(keys.data(), keys.size(), [descending](const VDSortKey& left, const VDSortKey& right) {
+    const auto compare = [descending](const VDSortKey& left, const VDSortKey& right) {
         const int order = CompareKeys(left, right);
         if (order == 0)
             return left.position - right.position;
         return descending ? -order : order;
-    });
+    };
+    // Lists of folders mostly come in order.
+    if (std::is_sorted(keys.begin(), keys.end(), [&](const auto& left, const auto& right) { return compare(left, right) < 0; }))
+        return;
+    VFQuickSort(keys.data(), keys.size(), compare);
     Entries sorted;
     sorted.Reserve(keys.size());
     for (const VDSortKey& key : keys)

@@ -66,7 +66,8 @@ VDChannelFile VDChannelFileReader::Read(VDFileId* file)
 VDChannelFile VDChannelFileReader::ReadName(const VDString& filename) const
 {
     VDChannelFile channel;
-    channel.belongs = chanSep_.IsTestPlusChannels(filename, &channel.testName, &channel.testExtension, &channel.channel) != 0;
+    channel.belongs =
+        chanSep_.IsTestPlusChannels(filename, &channel.testName, &channel.testExtension, &channel.channel) != 0;
     channel.originalExtension = channel.testExtension;
     channel.numDigits = std::max(chanSep_.GetChanDigits(), 1);
     return channel;

@@ -16,7 +16,9 @@ class VDChannelTexts
 {
 public:
     VDChannelTexts(const VDChannelList& channels, const VDChanSep& chanSep)
-        : channels_(channels), digits_(chanSep.GetChanDigits()), minDigits_(static_cast<std::size_t>(chanSep.GetMinChanDigits()))
+        : channels_(channels),
+          digits_(chanSep.GetChanDigits()),
+          minDigits_(static_cast<std::size_t>(chanSep.GetMinChanDigits()))
     {
     }
 

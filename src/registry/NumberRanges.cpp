@@ -48,7 +48,8 @@ bool VDNumberRanges::Contains(std::int64_t number) const
 {
     if (merged_.empty()) {
         std::vector<Range> sorted = ranges_;
-        std::sort(sorted.begin(), sorted.end(), [](const Range& left, const Range& right) { return left.first < right.first; });
+        std::sort(sorted.begin(), sorted.end(),
+                  [](const Range& left, const Range& right) { return left.first < right.first; });
         for (const Range& range : sorted) {
             if (merged_.empty() || merged_.back().last < range.first)
                 merged_.push_back(range);

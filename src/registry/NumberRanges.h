@@ -11,8 +11,8 @@ class VDNumberRanges
 public:
     /// Adds all numbers from the first to the last; nothing if the first is above the last.
     void Add(std::int64_t first, std::int64_t last);
-    /// Adds what a text says. It is cut at ","; a part is a number, or two joined by "-", the "-" not in the first place. One
-    /// that reads as neither adds nothing.
+    /// Adds what a text says. It is cut at ","; a part is a number, or two joined by "-", the "-" not in the first place.
+    /// One that reads as neither adds nothing.
     /// @param takeNegative  false passes over parts that begin with "-"
     void AddText(std::string_view text, bool takeNegative = true);
     void Clear();

@@ -51,7 +51,7 @@ private:
     static ByteOrder OrderOf(const VDTestType& type);
     const Name* FindName(const VDChannelFile& channel) const;
 
-    Names names_;                                              ///< as they are written
+    Names names_;                                               ///< as they are written
     std::unordered_map<std::string, std::string> foldedNames_;  ///< key of the first of each way to write one
     std::size_t count_ = 0;
 };

@@ -13,9 +13,9 @@ constexpr int VVTrimAll = 8;
 constexpr const char* VVNoName = "** NO NAME **";
 
 constexpr std::array VVAccessTypes = {
-    std::pair("TS", VTFileAccessTimeSeries),   std::pair("HS", VTFileAccessHistogram),
-    std::pair("CY", VTFileAccessCycles),       std::pair("MC", VTFileAccessMultiColumn),
-    std::pair("MD", VTFileAccessMetaData),     std::pair("CF", VTFileAccessComplexFrequency),
+    std::pair("TS", VTFileAccessTimeSeries), std::pair("HS", VTFileAccessHistogram),
+    std::pair("CY", VTFileAccessCycles),     std::pair("MC", VTFileAccessMultiColumn),
+    std::pair("MD", VTFileAccessMetaData),   std::pair("CF", VTFileAccessComplexFrequency),
     std::pair("FE", VTFileAccessFEModels),
 };
 

@@ -29,14 +29,14 @@ int VFGiveArray(VDFileIdArray** out, VDFileIdArray* array)
 
 VDDirList::VDDirList() : VDCompBase(HandleId), accessTypes_(VFSingle(VTFileAccessAll)), fileIds_(VFSingle(VVNoFileId))
 {
-    if (!info_ || !output_ || !loadErrors_ || !found_)
+    if (!info_ || !output_ || !loadErrors_ || !asking_ || !found_)
         VFDaxReportError(DaxError::CreateObject, "VDDirList::VDDirList");
 }
 
 VDDirList::~VDDirList()
 {
     // The ids of temporary tests may go with the arrays, and their files with them.
-    bool released = info_ && FINFRelease(info_.Detach()) != 0;
+    bool released = info_ && FINFRelease(info_.Detach()) != 0 && asking_ && FIDRelease(asking_.Detach()) != 0;
     for (VDFileIdArrayHandle* array : {&output_, &loadErrors_, &found_})
         released = *array && FIARelease(array->Detach()) != 0 && released;
     if (!released)

@@ -96,10 +96,15 @@ private:
     /// @{
     bool IdentifyList(const VDStringArray& names, Batch* batch);
     VDFileIdHandle NewFile(const VDString& name) const;
-    bool IdentifyOne(VDFileId* id, Batch* batch);
-    bool IdentifyByContent(VDFileId* id, VDFileIdArray* found);
+    bool IdentifyFile(const VDString& name, Batch* batch);
+    enum class Verdict { Known, AskContent, PassOver, Fails };
+    /// These leave what they find in `found_`.
+    Verdict IdentifyByExtension(const VDString& name);
+    bool IdentifyByContent(VDFileId* id);
     /// Decides about a file that failed to be identified.
-    bool TakeFailure(VDFileId* id, VDFileIdArray* found);
+    bool TakeFailure(VDFileId* id);
+    /// Takes over what was found and passes the filter.
+    bool TakeFound(Batch* batch);
     bool PassesFilter(VDFileId* test, bool* passes) const;
     void SetFileOptions(VDFileId* id) const;
     /// @}
@@ -157,9 +162,10 @@ private:
 
     /// @name Of the present scan
     /// @{
-    std::set<VDFilePlace> visited_;               ///< folders of the present piece
-    std::unordered_set<std::string> covered_;     ///< files that were listed as those of a folder test
-    std::unordered_set<std::string> listedTests_; ///< folder tests in the output, by their full names
-    VDFileIdArrayHandle found_{FIACreate()};      ///< what identification makes of one file
+    std::set<VDFilePlace> visited_;                ///< folders of the present piece
+    std::unordered_set<std::string> covered_;      ///< files that were listed as those of a folder test
+    std::unordered_set<std::string> listedTests_;  ///< folder tests in the output, by their full names
+    VDFileIdHandle asking_{FIDCreate()};           ///< asks what extensions tell
+    VDFileIdArrayHandle found_{FIACreate()};       ///< what identification makes of one file
     /// @}
 };

@@ -29,8 +29,8 @@ bool VDDirList::FilterBatch(int start)
         return true;
     for (int index = GetOutputSize() - 1; index >= start; --index) {
         VDFileIdHandle test;
-        if (!FIAGetAt(output_.Get(), index, test.Out()) ||
-            (!KeepsTest(test.Get()) && !FIARemoveAt(output_.Get(), index)) || !CheckAbortIfDue())
+        if (!FIAGetAt(output_.Get(), index, test.Out()) || (!KeepsTest(test.Get()) && !FIARemoveAt(output_.Get(), index)) ||
+            !CheckAbortIfDue())
             return false;
     }
     return true;

@@ -30,13 +30,10 @@ bool VFConcernsAllFiles()
 bool VDDirList::IdentifyList(const VDStringArray& names, Batch* batch)
 {
     batch->reserve(static_cast<std::size_t>(names.GetSize()));
-    for (int index = 0; index < names.GetSize(); ++index) {
-        if (names[index].IsEmpty())
-            continue;
-        const VDFileIdHandle id = NewFile(names[index]);
-        if (!id || !IdentifyOne(id.Get(), batch) || !CheckAbortAt(static_cast<std::size_t>(index)))
+    for (int index = 0; index < names.GetSize(); ++index)
+        if (!names[index].IsEmpty() &&
+            (!IdentifyFile(names[index], batch) || !CheckAbortAt(static_cast<std::size_t>(index))))
             return false;
-    }
     return true;
 }
 
@@ -59,31 +56,51 @@ void VDDirList::SetFileOptions(VDFileId* id) const
         FIDSetAssociatedFilename(id, options_.associatedFilename);
 }
 
-bool VDDirList::IdentifyOne(VDFileId* id, Batch* batch)
+bool VDDirList::IdentifyFile(const VDString& name, Batch* batch)
 {
     VFErrorClear();
-    VDFileIdArray* const found = found_.Get();
-    VDFileIdArray* tests = found;
+    if (!FIAClear(found_.Get()))
+        return false;
+    Verdict verdict = Verdict::AskContent;
+    if (useExtensions_)
+        verdict = IdentifyByExtension(name);
+    if (verdict == Verdict::AskContent) {
+        const VDFileIdHandle id = NewFile(name);
+        verdict = id && IdentifyByContent(id.Get()) ? Verdict::Known : Verdict::Fails;
+    }
+    return verdict == Verdict::PassOver || (verdict == Verdict::Known && TakeFound(batch));
+}
+
+VDDirList::Verdict VDDirList::IdentifyByExtension(const VDString& name)
+{
+    // One id asks for all names. Only a file of a folder test may have to be looked into for the answer.
+    VDFileIdHandle own;
+    VDFileId* id = asking_.Get();
+    if (!FIDSetFilename(id, VTNameFormFile, name, ""))
+        return Verdict::Fails;
+    if (id->GetRecord().folderTest) {
+        own = NewFile(name);
+        id = own.Get();
+    }
+    VDFileIdArray* tests = found_.Get();
     char isFound = 0;
     char isIgnored = 0;
     char asStandard = 0;
-    if (!FIAClear(found))
-        return false;
-    if (useExtensions_ && !FINFIdentifyFileByExtension(info_.Get(), id, &tests, &isFound, &isIgnored, &asStandard)) {
-        if (!TakeFailure(id, found))
-            return false;
-    } else if (isIgnored) {
-        return true;
-    } else if ((!isFound || asStandard) && !IdentifyByContent(id, found)) {
-        return false;
-    }
+    if (!FINFIdentifyFileByExtension(info_.Get(), id, &tests, &isFound, &isIgnored, &asStandard))
+        return TakeFailure(id) ? Verdict::Known : Verdict::Fails;
+    if (isIgnored)
+        return Verdict::PassOver;
+    return isFound && !asStandard ? Verdict::Known : Verdict::AskContent;
+}
 
+bool VDDirList::TakeFound(Batch* batch)
+{
     int count = 0;
-    FIAGetSize(found, &count);
+    FIAGetSize(found_.Get(), &count);
     for (int index = 0; index < count; ++index) {
         VDFileIdHandle test;
         bool passes = false;
-        if (!FIAGetAt(found, index, test.Out()) || !PassesFilter(test.Get(), &passes))
+        if (!FIAGetAt(found_.Get(), index, test.Out()) || !PassesFilter(test.Get(), &passes))
             return false;
         if (!passes)
             continue;
@@ -94,16 +111,16 @@ bool VDDirList::IdentifyOne(VDFileId* id, Batch* batch)
     return true;
 }
 
-bool VDDirList::IdentifyByContent(VDFileId* id, VDFileIdArray* found)
+bool VDDirList::IdentifyByContent(VDFileId* id)
 {
-    VDFileIdArray* tests = found;
-    return FINFIdentifyFile(info_.Get(), id, 0, &tests) || TakeFailure(id, found);
+    VDFileIdArray* tests = found_.Get();
+    return FINFIdentifyFile(info_.Get(), id, 0, &tests) || TakeFailure(id);
 }
 
-bool VDDirList::TakeFailure(VDFileId* id, VDFileIdArray* found)
+bool VDDirList::TakeFailure(VDFileId* id)
 {
     if (VFErrorCheck(DaxError::NotRecognised) && !VFIsUnreadable())
-        return !acceptUnknown_ || FIAAppendItem(found, id);
+        return !acceptUnknown_ || FIAAppendItem(found_.Get(), id);
     if (!VFIsUnreadable() && (errorOnLoad_ || VFConcernsAllFiles()))
         return false;
     Skip(id->GetRecord().filename);

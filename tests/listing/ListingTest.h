@@ -23,7 +23,8 @@ protected:
         return Write("fileid=601 " + script, name);
     }
 
-    /// The tests that a text means, one after the other: the name below the folder, and behind it for a test of several files
+    /// The tests that a text means, one after the other: the name below the folder, and behind it for a test of several
+    /// files
     /// ";EXTENSION" and the channels, "#N" for run N, and "?" for a file that nobody knows.
     std::string List(const char* text, bool withInfo = false)
     {

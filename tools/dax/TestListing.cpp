@@ -138,7 +138,7 @@ std::string VFSpecOf(VDFileId* test)
     VFCheck(FIDGetBurstNumber(test, &burst));
     VFCheck(FIDGetModeNumber(test, &mode, nullptr));
 
-    std::string spec = filename.Str();
+    std::string spec = VDFileSystem::GetFullPath(filename).Str();
     const std::string folder = VFMakePath(VDFileSystem::GetCurDirectory()).Str();
     if (!folder.empty() && spec.starts_with(folder))
         spec.erase(0, folder.size());
