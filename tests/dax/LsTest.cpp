@@ -88,9 +88,9 @@ TEST_F(LsTest, WhatCantBeReadEndsNothing)
     const DaxResult quiet = dax_.Run({"ls", folder_.Path()});
     EXPECT_EQ(quiet.status, 0);
     EXPECT_EQ(Lines(quiet.out).size(), 3U);
-    EXPECT_NE(quiet.err.find("-900032"), std::string::npos);
+    EXPECT_NE(quiet.err.find("-900042"), std::string::npos);
     const DaxResult told = dax_.Run({"ls", "--errors", folder_.Path(), folder_.Name("none.wav")});
     EXPECT_EQ(told.status, 0);
     EXPECT_NE(told.err.find(folder_.Name("empty.wav") + ": File header is blank"), std::string::npos) << told.err;
-    EXPECT_NE(told.err.find("-900031"), std::string::npos) << told.err;
+    EXPECT_NE(told.err.find("-900041"), std::string::npos) << told.err;
 }
