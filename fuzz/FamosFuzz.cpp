@@ -1,29 +1,52 @@
-// Opens the input as a Famos file and reads the values of its components.
+// Opens the input as a Famos file: its keys by the parser, and as a test with channels, metadata and values, as the format's
+// plug-ins do.
 
 #include "FuzzFile.h"
 #include "bus/VDFamosUtil.h"
-#include "bus/VDFamosValues.h"
+#include "famos/FamosFormat.h"
+#include "famos/VDTsAccFamos.h"
+#include "famos/VDTsAccFamosStamped.h"
+
+#include "daxlib/FIA.h"
+#include "daxlib/FID.h"
+#include "daxlib/FamosFF.h"
+#include "daxlib/TimeSeriesPlugin.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace {
 
-void ReadValues(const char* filename, const VDFamosHeader& header)
+constexpr std::int64_t VVMostPoints = 1000;
+
+void ReadChannel(VDTsAccFamosBase& acc, int channel)
 {
-    constexpr std::int64_t most = 1000;
-    double points[most];
-    VDIo io(filename);
-    if (!io.Open(VTOpenRead))
+    VDVariant points;
+    std::int64_t count = 0;
+    if (!acc.GetValue(channel, DaxTimeSeries::NumPoints, &points) || !points.GetHuge(&count) || count < 0)
+        std::abort();
+    double doubles[VVMostPoints];
+    float floats[VVMostPoints];
+    std::uint32_t words[VVMostPoints];
+    acc.GetDataDoublePrecision(channel, 1, std::min(count, VVMostPoints), doubles);
+    acc.GetData(channel, std::max<std::int64_t>(count - VVMostPoints, 0) + 1, std::min(count, VVMostPoints), floats);
+    acc.GetDataDigital32(channel, count, std::min<std::int64_t>(count, 1), words);
+    if (acc.GetData(channel, count + 1, 1, floats))
+        std::abort();
+}
+
+template <class Access>
+void ReadTest(VDFileId* id)
+{
+    Access acc;
+    int channels = 0;
+    LQChannelMapper* mapper = nullptr;
+    if (!acc.SetId(id, 0) || !acc.Open(1) || !FIDGetNumChans(id, &channels))
         return;
-    VDFamosValues values;
-    VDFamosLayout layout;
-    const VDFamosPlacement placement(header, io.GetFileSize());
-    for (std::size_t group = 0; group < header.groups.size(); ++group)
-        for (std::size_t index = 0; index < header.groups[group].components.size(); ++index)
-            if (placement.Find(group, index, &layout)) {
-                values.Read(io, layout, 0, std::min(layout.count, most), points);
-                values.Read(io, layout, layout.count - 1, 1, points);
-            }
+    if (!acc.LoadMetaData(&mapper) || mapper->GetChannelCount() != channels)
+        std::abort();
+    for (int channel = 0; channel < std::min(channels, 20); ++channel)
+        ReadChannel(acc, channel);
 }
 
 }  // namespace
@@ -31,10 +54,27 @@ void ReadValues(const char* filename, const VDFamosHeader& header)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static FuzzFile file(".dat");
+    const char* const filename = file.Write(FuzzText(data, size));
     VDFamosUtil famos;
     unsigned long count = 0;
-    const char* const filename = file.Write(FuzzText(data, size));
-    if (famos.Open(VDString(filename), "") && famos.GetChannelCount(&count))
-        ReadValues(filename, famos.GetHeader());
+    if (famos.Open(VDString(filename), ""))
+        famos.GetChannelCount(&count);
+
+    const VDFileIdHandle id(FIDCreate());
+    const VDFileIdArrayHandle tests(FIACreate());
+    VDIo io(filename);
+    FIDSetFilename(id.Get(), VTNameFormFile, filename, "");
+    // Whatever the beginning is: that it must be the format's own is tried elsewhere.
+    char claimed = 0;
+    if (!io.Open(VTOpenRead) || !FamosFFIdentifyFile(id.Get(), "|CF,1", 5, &io, tests.Get(), &claimed) || claimed == 0)
+        return 0;
+    FIDSetIdentified(id.Get(), 1);
+    if (FamosFFLoadFileInfo(id.Get(), "|CF,1", 5, &io) == 0)
+        return 0;
+    FIDSetInfoLoaded(id.Get(), 1);
+    int fileId = 0;
+    int subId = 0;
+    FIDGetFileId(id.Get(), &fileId, &subId);
+    subId == FamosFormat::TimeStamped ? ReadTest<VDTsAccFamosStamped>(id.Get()) : ReadTest<VDTsAccFamos>(id.Get());
     return 0;
 }
