@@ -4,12 +4,14 @@
 #include "FuzzFile.h"
 #include "bus/VDFamosUtil.h"
 #include "famos/FamosFormat.h"
+#include "famos/VDFamosPairs.h"
 #include "famos/VDTsAccFamos.h"
 #include "famos/VDTsAccFamosStamped.h"
 
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 #include "daxlib/FamosFF.h"
+#include "daxlib/MultiColumnPlugin.h"
 #include "daxlib/TimeSeriesPlugin.h"
 
 #include <algorithm>
@@ -49,6 +51,23 @@ void ReadTest(VDFileId* id)
         ReadChannel(acc, channel);
 }
 
+void ReadPairs(VDFileId* id)
+{
+    VDFamosPairs pairs;
+    VDVariant value;
+    std::int64_t rows = 0;
+    LQChannelMapper* mapper = nullptr;
+    if (!pairs.SetId(id, 0) || !pairs.Open(1))
+        return;
+    pairs.LoadMetaData(&mapper);
+    for (long channel = 0; channel < std::min(mapper->GetChannelCount(), 20); ++channel) {
+        if (!pairs.GetValue(channel, -1, DaxMultiColumn::NumRows, &value) || !value.GetHuge(&rows) || rows < 0)
+            std::abort();
+        for (const long column : {0L, 1L})
+            pairs.GetElement(channel, column, rows, &value);
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -75,6 +94,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int fileId = 0;
     int subId = 0;
     FIDGetFileId(id.Get(), &fileId, &subId);
-    subId == FamosFormat::TimeStamped ? ReadTest<VDTsAccFamosStamped>(id.Get()) : ReadTest<VDTsAccFamos>(id.Get());
+    if (subId == FamosFormat::TimeStamped)
+        ReadTest<VDTsAccFamosStamped>(id.Get());
+    else if (subId == FamosFormat::Pairs)
+        ReadPairs(id.Get());
+    else
+        ReadTest<VDTsAccFamos>(id.Get());
     return 0;
 }

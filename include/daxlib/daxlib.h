@@ -11,6 +11,7 @@
 #include "daxlib/FID.h"
 #include "daxlib/FINF.h"
 #include "daxlib/FamosFF.h"
+#include "daxlib/FamosXY.h"
 #include "daxlib/FileFormatPlugin.h"
 #include "daxlib/HFAcc.h"
 #include "daxlib/HFAccGen.h"

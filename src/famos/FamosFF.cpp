@@ -6,6 +6,7 @@
 #include "VDFamosStream.h"
 #include "frame/VFDaxReport.h"
 
+#include "daxlib/DaxHandle.h"
 #include "daxlib/FIA.h"
 #include "daxlib/FID.h"
 
@@ -28,6 +29,7 @@ struct Type
 
 constexpr Type VVTypes[] = {
     {TimeSeries, VTFileAccessTimeSeries, TimeSeriesClass, "Famos", 10055},
+    {Pairs, VTFileAccessMultiColumn, PairsClass, "FamosMultiColumn", 10064},
     {TimeStamped, VTFileAccessTimeSeries, TimeStampedClass, "FamosTimeStamped", 10077},
 };
 
@@ -59,11 +61,18 @@ bool IsFamos(std::string_view header)
     return !header.empty() && std::isdigit(static_cast<unsigned char>(header.front())) != 0;
 }
 
-bool SetChannel(VDFileId* id, int index, const VDFamosRecording& recording, std::size_t channel)
+/// @param channel  of the test; a pair is two channels of the recording, of which the first has the name
+bool SetChannel(VDFileId* id, int index, const VDFamosRecording& recording, std::size_t channel, int subId)
 {
-    return FIDSetChanTitle(id, index, recording.GetTitle(channel)) &&
-           FIDSetChanUnits(id, index, recording.GetUnits(channel)) &&
-           FIDSetChanType(id, index, recording.GetDataType(channel));
+    const std::size_t source = subId == Pairs ? 2 * channel : channel;
+    return FIDSetChanTitle(id, index, recording.GetTitle(source)) &&
+           FIDSetChanUnits(id, index, recording.GetUnits(source)) &&
+           FIDSetChanType(id, index, recording.GetDataType(source));
+}
+
+VTFamosContent ContentOf(int subId)
+{
+    return subId == Pairs ? VTFamosContent::Pairs : VTFamosContent::Series;
 }
 
 bool AddChannel(VDFileId* id, int number, int* index)
@@ -84,21 +93,22 @@ bool ListStampedChannels(VDFileId* id, const VDString& filename)
     return stream != nullptr;
 }
 
-bool ListChannels(VDFileId* id, const VDString& filename)
+bool ListChannels(VDFileId* id, const VDString& filename, int subId)
 {
-    const auto recording = VDFamosRecording::Open(filename);
+    const auto recording = VDFamosRecording::Open(filename, ContentOf(subId));
     if (recording == nullptr)
         return false;
-    for (std::size_t channel = 0; channel < recording->GetChannelCount(); ++channel) {
+    const std::size_t count = recording->GetChannelCount() / (subId == Pairs ? 2 : 1);
+    for (std::size_t channel = 0; channel < count; ++channel) {
         int index = 0;
-        if (!AddChannel(id, static_cast<int>(channel) + 1, &index) || !SetChannel(id, index, *recording, channel))
+        if (!AddChannel(id, static_cast<int>(channel) + 1, &index) || !SetChannel(id, index, *recording, channel, subId))
             return false;
     }
     return true;
 }
 
 /// A test of many files has its channels already: each learns from its own file what it is.
-bool DescribeChannels(VDFileId* id)
+bool DescribeChannels(VDFileId* id, int subId)
 {
     int count = 0;
     if (!FIDGetNumChans(id, &count))
@@ -107,11 +117,19 @@ bool DescribeChannels(VDFileId* id)
         VDString filename;
         if (!FIDGetChanFilename(id, index, &filename))
             return false;
-        const auto recording = VDFamosRecording::Open(filename);
-        if (recording == nullptr || (recording->GetChannelCount() > 0 && !SetChannel(id, index, *recording, 0)))
+        const auto recording = VDFamosRecording::Open(filename, ContentOf(subId));
+        if (recording == nullptr || (recording->GetChannelCount() > 0 && !SetChannel(id, index, *recording, 0, subId)))
             return false;
     }
     return true;
+}
+
+/// A file of both kinds is two tests.
+bool AddPairsTest(const VDString& filename, VDFileIdArray* tests)
+{
+    const VDFileIdHandle pairs(FIDCreate());
+    return pairs && FIDSetFilename(pairs.Get(), VTNameFormFile, filename, "") && FIDSetFileId(pairs.Get(), FileId, Pairs) &&
+           FIAAppendItem(tests, pairs.Get());
 }
 
 }  // namespace
@@ -128,8 +146,12 @@ int FamosFFIdentifyFile(VDFileId* id, const char* bytes, int count, VDIo* io, VD
         const VDErrorMute mute;
         header = VDFamosRecording::ReadHeader(*io, &damage);
     }
-    const bool isStamped = header && VDFamosRecording::IsTimeStamped(*header);
-    return FIDSetFileId(id, FileId, isStamped ? TimeStamped : TimeSeries) && FIAAppendItem(tests, id);
+    if (header && VDFamosRecording::IsTimeStamped(*header))
+        return FIDSetFileId(id, FileId, TimeStamped) && FIAAppendItem(tests, id);
+    const bool hasPairs = header && VDFamosRecording::Holds(*header, VTFamosContent::Pairs);
+    const bool hasSeries = !hasPairs || VDFamosRecording::Holds(*header, VTFamosContent::Series);
+    return FIDSetFileId(id, FileId, hasSeries ? TimeSeries : Pairs) && FIAAppendItem(tests, id) &&
+           (!hasPairs || !hasSeries || AddPairsTest(io->GetFilename(), tests));
 }
 
 int FamosFFLoadFileInfo(VDFileId* id, const char*, int, VDIo* io)
@@ -141,7 +163,7 @@ int FamosFFLoadFileInfo(VDFileId* id, const char*, int, VDIo* io)
         return 0;
     if (subId == TimeStamped)
         return ListStampedChannels(id, io->GetFilename());
-    return nameForm == VTNameFormTestPlusChannels ? DescribeChannels(id) : ListChannels(id, io->GetFilename());
+    return nameForm == VTNameFormTestPlusChannels ? DescribeChannels(id, subId) : ListChannels(id, io->GetFilename(), subId);
 }
 
 void FamosFFGetLastError(VDString* text)

@@ -24,6 +24,12 @@ struct PairRole
 };
 constexpr PairRole VVPairs[] = {{2, " (x)"}, {3, " (x)"}, {4, " (imaginary)"}, {5, " (phase)"}, {6, " (phase)"}};
 
+/// The second component is the x axis of the first.
+bool IsPair(const VDFamosGroup& group)
+{
+    return (group.fieldType == 2 || group.fieldType == 3) && group.components.size() == 2;
+}
+
 void Append(std::string& text, const std::string& sentence)
 {
     text += (text.empty() ? "" : " ") + sentence;
@@ -91,7 +97,7 @@ bool VDFamosRecording::IsScaled(const VDFamosComponent& component)
     return range != nullptr && range->transform == VVScaled && (range->factor != 1 || range->offset != 0);
 }
 
-std::unique_ptr<VDFamosRecording> VDFamosRecording::Open(const VDString& filename)
+std::unique_ptr<VDFamosRecording> VDFamosRecording::Open(const VDString& filename, VTFamosContent content)
 {
     std::unique_ptr<VDFamosRecording> recording(new VDFamosRecording(filename));
     VDIo* const file = recording->Use();
@@ -102,7 +108,7 @@ std::unique_ptr<VDFamosRecording> VDFamosRecording::Open(const VDString& filenam
         return nullptr;
     recording->header_ = std::move(*header);
     recording->placement_.emplace(recording->header_, file->GetFileSize());
-    recording->ListChannels();
+    recording->ListChannels(content);
     return recording;
 }
 
@@ -114,13 +120,20 @@ VDIo* VDFamosRecording::Use()
     return nullptr;
 }
 
-void VDFamosRecording::ListChannels()
+bool VDFamosRecording::Holds(const VDFamosHeader& header, VTFamosContent content)
+{
+    return std::any_of(header.groups.begin(), header.groups.end(),
+                       [content](const VDFamosGroup& group) { return IsPair(group) == (content == VTFamosContent::Pairs); });
+}
+
+void VDFamosRecording::ListChannels(VTFamosContent content)
 {
     for (const VDFamosDefinition& definition : header_.groupDefinitions)
         groupDefinitions_.try_emplace(definition.index, &definition);
     for (std::size_t group = 0; group < header_.groups.size(); ++group)
         for (std::size_t component = 0; component < header_.groups[group].components.size(); ++component)
-            channels_.push_back({group, component});
+            if (IsPair(header_.groups[group]) == (content == VTFamosContent::Pairs))
+                channels_.push_back({group, component});
 }
 
 VDString VDFamosRecording::GetTitle(std::size_t channel) const

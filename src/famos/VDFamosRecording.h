@@ -11,6 +11,12 @@
 
 class LQChannelMapper;
 
+/// What of a recording a test holds.
+enum class VTFamosContent {
+    Series,  ///< components whose values are evenly spaced
+    Pairs,   ///< components with an x component of their own: of each pair the y and then the x component are channels
+};
+
 /// One Famos file with samples: what it declares, and its channels. A channel is a component; texts are given as UTF-8.
 ///
 /// A file that is cut off or damaged keeps what is whole: the damage says what is missing.
@@ -19,12 +25,15 @@ class VDFamosRecording
 public:
     /// Reads what the file declares. The file stays open.
     /// @return null, recorded, if it declares no channel that could be read
-    static std::unique_ptr<VDFamosRecording> Open(const VDString& filename);
+    static std::unique_ptr<VDFamosRecording> Open(const VDString& filename, VTFamosContent content);
     /// What a file that is open already declares.
     /// @return empty, recorded, if it declares nothing
     static std::optional<VDFamosHeader> ReadHeader(VDIo& file, std::string* damage);
     /// Whether the file is a stream of time-stamped frames.
     static bool IsTimeStamped(const VDFamosHeader& header);
+
+    /// Whether the file holds any of it; damaged ones hold series.
+    static bool Holds(const VDFamosHeader& header, VTFamosContent content);
 
     const VDString& GetFilename() const { return file_.GetFilename(); }
     const VDFamosHeader& GetHeader() const { return header_; }
@@ -63,7 +72,7 @@ private:
     };
 
     explicit VDFamosRecording(const VDString& filename) : file_(filename) {}
-    void ListChannels();
+    void ListChannels(VTFamosContent content);
     const VDFamosGroup& GroupOf(std::size_t channel) const { return header_.groups[channels_[channel].group]; }
     const VDFamosComponent& ComponentOf(std::size_t channel) const
     {

@@ -41,10 +41,14 @@ VDString VDFamosStream::GetDatabase(VDFileId* id)
 std::unique_ptr<VDFamosStream> VDFamosStream::Open(const VDString& filename, const VDString& database)
 {
     std::unique_ptr<VDFamosStream> stream(new VDFamosStream);
-    stream->recording_ = VDFamosRecording::Open(filename);
+    stream->recording_ = VDFamosRecording::Open(filename, VTFamosContent::Series);
     if (stream->recording_ == nullptr || !stream->famos_.Open(filename, database, true))
         return nullptr;
     stream->famos_.Close();
+    if (!stream->famos_.IsTimeStamped()) {
+        VFDaxReportError(DaxError::FamosFileId, "VDFamosStream::Open");
+        return nullptr;
+    }
     stream->damage_ = stream->recording_->GetDamage();
     stream->TakeChannels();
     stream->TakeTimeScale();

@@ -9,8 +9,6 @@
 
 namespace {
 
-// A test may have more channel files than a process may have open.
-constexpr std::size_t VVMostOpen = 64;
 // Blocks of interleaved channels stay in the processor's cache, all channels together.
 constexpr std::int64_t VVBlockBytes = 512 * 1024;
 constexpr std::int64_t VVLeastBlock = 1024;
@@ -34,9 +32,8 @@ bool VDTsAccFamos::OpenFiles(Contents* contents)
     for (int index = 0; index < count; ++index)
         if (!AddChannel(index, contents))
             return false;
-    for (const File& file : files_)
-        if (const std::string& damage = file.recording->GetDamage(); !damage.empty())
-            contents->damage.insert(0, damage + (contents->damage.empty() ? "" : " "));
+    if (const std::string damage = files_.GetDamage(); !damage.empty())
+        contents->damage.insert(0, damage + (contents->damage.empty() ? "" : " "));
     if (damagedChannels_ > VVNamedDamages)
         contents->damage += " So it is with " + std::to_string(damagedChannels_ - VVNamedDamages) + " more channels.";
     contents->xTitle = "Time";
@@ -46,23 +43,18 @@ bool VDTsAccFamos::OpenFiles(Contents* contents)
 bool VDTsAccFamos::CloseFiles()
 {
     sources_.clear();
-    open_.clear();
-    fileByName_.clear();
-    files_.clear();
+    files_.Clear();
     damagedChannels_ = 0;
     return true;
 }
 
 bool VDTsAccFamos::AddChannel(int index, Contents* contents)
 {
-    VDString filename;
     Source source;
-    if (!FIDGetChanFilename(GetId(), index, &filename) || !FindFile(filename, &source.file))
-        return false;
-    const VDFamosRecording& recording = *files_[source.file].recording;
     int number = 0;
-    if (!FindChannel(index, recording, &source.channel) || !FIDGetChanNumber(GetId(), index, &number))
+    if (!files_.FindChannel(GetId(), index, &source.file, &source.channel) || !FIDGetChanNumber(GetId(), index, &number))
         return false;
+    const VDFamosRecording& recording = files_.Get(source.file);
     std::string damage;
     source.layout = recording.GetLayout(source.channel, &damage);
     if (!damage.empty() && ++damagedChannels_ <= VVNamedDamages)
@@ -83,56 +75,13 @@ bool VDTsAccFamos::AddChannel(int index, Contents* contents)
     return true;
 }
 
-bool VDTsAccFamos::FindFile(const VDString& filename, std::size_t* file)
-{
-    const auto [found, isNew] = fileByName_.try_emplace(filename.Str(), files_.size());
-    *file = found->second;
-    if (!isNew)
-        return true;
-    files_.push_back({VDFamosRecording::Open(filename), {}});
-    return files_.back().recording != nullptr && UseFile(*file) != nullptr;
-}
-
-/// An id may name some channels of its file only, in any order. A file that is one of many usually holds one channel,
-/// whatever the test's number for it is.
-bool VDTsAccFamos::FindChannel(int index, const VDFamosRecording& recording, std::size_t* channel) const
-{
-    int nameForm = 0;
-    int number = 0;
-    if (!FIDGetNameForm(GetId(), &nameForm) || !FIDGetFileChanNumber(GetId(), index, &number))
-        return false;
-    if (number < 1 && nameForm == VTNameFormTestPlusChannels)
-        number = 1;
-    if (number < 1 && !FIDGetChanNumber(GetId(), index, &number))
-        return false;
-    if (number < 1 || static_cast<std::size_t>(number) > recording.GetChannelCount())
-        return Report(index, DaxError::FamosChannelRange, "VDTsAccFamos::Open");
-    *channel = static_cast<std::size_t>(number) - 1;
-    return true;
-}
-
-VDIo* VDTsAccFamos::UseFile(std::size_t file)
-{
-    VDFamosRecording& recording = *files_[file].recording;
-    if (std::find(open_.begin(), open_.end(), file) == open_.end()) {
-        if (open_.size() >= VVMostOpen) {
-            files_[open_.front()].recording->Rest();
-            files_[open_.front()].values = {};
-            open_.pop_front();
-        }
-        open_.push_back(file);
-    }
-    return recording.Use();
-}
-
 template <class Value>
 bool VDTsAccFamos::Read(long channel, std::int64_t first, std::int64_t count, Value* values, const char* routine)
 {
     if (!CheckRange(channel, first, count, routine))
         return false;
     const Source& source = sources_[static_cast<std::size_t>(channel)];
-    VDIo* const file = UseFile(source.file);
-    return (file != nullptr && files_[source.file].values.Read(*file, source.layout, first - 1, count, values)) ||
+    return files_.Read(source.file, source.layout, first - 1, count, values) ||
            Report(channel, DaxError::FamosRead, routine, 1);
 }
 
@@ -159,9 +108,9 @@ bool VDTsAccFamos::GetDataDigital32(long channel, std::int64_t first, std::int64
 
 void VDTsAccFamos::AddMetaData(LQChannelMapper& mapper) const
 {
-    for (const File& file : files_)
-        file.recording->AddTo(mapper);
+    for (std::size_t file = 0; file < files_.GetCount(); ++file)
+        files_.Get(file).AddTo(mapper);
     for (std::size_t index = 0; index < sources_.size(); ++index)
-        files_[sources_[index].file].recording->AddChannelTo(mapper, static_cast<int>(index), sources_[index].channel,
-                                                             sources_[index].layout);
+        files_.Get(sources_[index].file)
+            .AddChannelTo(mapper, static_cast<int>(index), sources_[index].channel, sources_[index].layout);
 }

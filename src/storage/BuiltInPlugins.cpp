@@ -16,5 +16,6 @@ void VFAddBuiltInPlugins()
                        "HFAccGen");
     VFAddBuiltInPlugIn("FileFormat", "Famos", "Famos recordings", library, "FamosFF");
     VFAddBuiltInPlugIn("TimeSeriesFiles", FamosFormat::TimeSeriesClass, "Famos time series", library, "TSAccGen");
+    VFAddBuiltInPlugIn("XYPairedFiles", FamosFormat::PairsClass, "Famos pairs", library, "FamosXY");
     VFAddBuiltInPlugIn("TimeSeriesFiles", FamosFormat::TimeStampedClass, "Famos time-stamped frames", library, "TSAccGen");
 }

@@ -276,6 +276,43 @@ TEST_F(FamosAccessTest, ReadsAFileAChannel)
     }
 }
 
+// Components with x values of their own are tables; a file that has others as well is two tests.
+TEST_F(FamosAccessTest, ReadsPairs)
+{
+    const std::string samples = Bytes<float>({1, 2, 3}) + Bytes<std::uint16_t>({10, 20, 40});
+    const std::string pair =
+        FamosKey("CG", "2,2,2") + Component{.name = "force", .size = 12}.Keys() +
+        Component{.name = "", .format = 3, .bytes = 2, .start = 12, .size = 6, .range = "1,0.1,0,1,2,mm"}.Keys() +
+        FamosSamples(samples);
+    const VDXYAccHandle acc(XYAccCreate());
+    const VDFileIdHandle id = IdentifyTest(folder_.Write("a.dat", FamosStart() + pair));
+    ASSERT_TRUE(XYAccSetId(acc.Get(), id.Get(), 0) && XYAccOpen(acc.Get(), 0)) << VFErrorGetText(VFGetBaseLibError()).Str();
+    EXPECT_EQ(TestText<FIDGetFileTypeDesc>(id, char(0)), "Famos multi-column");
+    EXPECT_EQ(TestText<FIDGetChanTitle>(id, 0), "force");
+    EXPECT_EQ(TestValue<XYAccGetNumRows>(acc.Get(), 0, 0), 3);
+    EXPECT_EQ(TestValue<XYAccGetColUnits>(acc.Get(), 0, 0), VDString("mm"));
+    VDVariant values;
+    ASSERT_TRUE(XYAccGetData(acc.Get(), 0, 0, 0, 2, 5, &values));
+    ASSERT_EQ(values.GetBuffer<double>().size(), 2u);
+    EXPECT_EQ(values.GetBuffer<double>()[1], 40 * 0.1);
+    float y[3] = {};
+    ASSERT_TRUE(XYAccGetDataF(acc.Get(), 0, 0, 1, 1, 3, nullptr, y));
+    EXPECT_EQ(y[2], 3.0F);
+
+    const VDFileInfoHandle info(FINFCreate());
+    VDFileIdArrayHandle tests;
+    const std::string both =
+        FamosStart() + pair + VVGroupKeys + Component{.name = "time", .size = 12}.Keys() + FamosSamples(samples);
+    ASSERT_TRUE(FINFIdentifyFile(info.Get(), TestId(folder_.Write("b.dat", both)).Get(), 1, tests.Out()));
+    ASSERT_EQ(TestValue<FIAGetSize>(tests.Get()), 2);
+    for (const auto& [at, title] : {std::pair(0, "time"), std::pair(1, "force")}) {
+        VDFileIdHandle test;
+        FIAGetAt(tests.Get(), at, test.Out());
+        EXPECT_EQ(TestInt<FIDGetNumChans>(test), 1);
+        EXPECT_EQ(TestText<FIDGetChanTitle>(test, 0), title);
+    }
+}
+
 TEST_F(FamosAccessTest, ReadsTimeStampedFrames)
 {
     std::vector<std::string> records;
