@@ -234,14 +234,16 @@ bool LQHistogram::Write(Channel& channel, const VDHist* histogram)
     stored.description = *VFHistGetDescription(histogram);
     const void* bins = nullptr;
     std::int64_t bytes = 0;
-    if (!VFHistGetRawBins(histogram, &bytes, &bins) || !VFHistGetZLimits(histogram, &stored.zMin, &stored.zMax))
+    if (!VFHistGetRawBins(histogram, &bytes, &bins))
         return Fail();
+    // The limits come behind the write, which brings the bins into the processor's cache.
+    bool good = channel.stream->Write(0, bytes, bins) && VFHistGetZLimits(histogram, &stored.zMin, &stored.zMax);
     Z4ByteWriter writer;
     VFPutHistogram(writer, stored);
     const std::string facts = writer.Take();
     const auto size = static_cast<std::int64_t>(facts.size());
-    if (!channel.stream->Write(0, bytes, bins) || !channel.stream->Write(bytes, size, facts.data()) ||
-        !channel.stream->SetLength(bytes + size)) {
+    good = good && channel.stream->Write(bytes, size, facts.data()) && channel.stream->SetLength(bytes + size);
+    if (!good) {
         Fail();
         const VDErrorMute mute;
         // What is half written must not take the place of what is whole.
