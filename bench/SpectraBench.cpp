@@ -1,6 +1,6 @@
-// Spectra in storage files: a waterfall of 1,000 spectra by 4,096 complex lines written and read spectrum by spectrum as a host
-// does, beside plain calls of the system with the same bytes and, where that was found, a two-dimensional HDF5 data set. And
-// universal files: binary values beside reading their bytes, text beside a plain loop over its numbers.
+// Spectra in storage files: a waterfall of 1,000 spectra by 4,096 complex lines written and read spectrum by spectrum as a
+// host does, beside plain calls of the system with the same bytes and, where that was found, a two-dimensional HDF5 data
+// set. And universal files: binary values beside reading their bytes, text beside a plain loop over its numbers.
 
 #include "BenchFolder.h"
 #include "BenchRatios.h"
@@ -82,7 +82,8 @@ public:
 
     bool Write(int spectrum)
     {
-        return pwrite(handle_, Row().data(), RowBytes, static_cast<off_t>(spectrum) * RowBytes) == static_cast<ssize_t>(RowBytes);
+        return pwrite(handle_, Row().data(), RowBytes, static_cast<off_t>(spectrum) * RowBytes) ==
+               static_cast<ssize_t>(RowBytes);
     }
     bool Read(int spectrum, float* row)
     {
@@ -150,7 +151,8 @@ public:
     }
     bool Leave()
     {
-        const bool good = file_ < 0 || (H5Dclose(set_) >= 0 && H5Sclose(space_) >= 0 && H5Sclose(row_) >= 0 && H5Fclose(file_) >= 0);
+        const bool good =
+            file_ < 0 || (H5Dclose(set_) >= 0 && H5Sclose(space_) >= 0 && H5Sclose(row_) >= 0 && H5Fclose(file_) >= 0);
         file_ = -1;
         return good;
     }
@@ -226,7 +228,10 @@ template <class File>
 void AddRows(const std::string& kind)
 {
     const auto write = [&kind](const std::string& name, auto row) {
-        benchmark::RegisterBenchmark((name + kind).c_str(), row)->Unit(benchmark::kMillisecond)->UseManualTime()->MinTime(0.2);
+        benchmark::RegisterBenchmark((name + kind).c_str(), row)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime()
+            ->MinTime(0.2);
     };
     write("Write", WriteRow<File, &File::Leave>);
     write("Commit", WriteRow<File, &File::Commit>);
@@ -264,7 +269,8 @@ void UffRow(benchmark::State& state, int subId)
     std::vector<float> values(Block);
     for (auto _ : state) {
         const VDTsAccHandle acc(TSAccCreate());
-        bool good = !name.empty() && TSAccSetId(acc.Get(), NewId(name, 31002, subId).Get(), 0) && TSAccOpen(acc.Get(), VTTsAccOpenRead);
+        bool good = !name.empty() && TSAccSetId(acc.Get(), NewId(name, 31002, subId).Get(), 0) &&
+                    TSAccOpen(acc.Get(), VTTsAccOpenRead);
         std::int64_t got = Block;
         for (std::int64_t first = 1; good && first <= Points; first += got)
             good = TSAccGetData(acc.Get(), 0, first, Block, &got, values.data());

@@ -108,7 +108,8 @@ void UseSpectra(VDFileId* id)
     long channels = 0;
     if (!CFAccSetId(acc.Get(), id, 0) || !CFAccOpen(acc.Get(), 1))
         return;
-    Check(CFAccGetMetaData(acc.Get(), &mapper) && CFAccGetNumChans(acc.Get(), &channels) && CFAccGetNumLines(acc.Get(), &lines));
+    Check(CFAccGetMetaData(acc.Get(), &mapper) && CFAccGetNumChans(acc.Get(), &channels) &&
+          CFAccGetNumLines(acc.Get(), &lines));
     lines = std::min(lines, MaxPoints);
     std::vector<double> values(static_cast<std::size_t>(2 * lines));
     std::int64_t got = 0;

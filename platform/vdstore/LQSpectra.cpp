@@ -138,7 +138,9 @@ bool LQSpectra::SetNumSpectra(std::int64_t spectra)
 {
     if (!CheckSize(spectra, lines_))
         return false;
-    const auto cut = [](Z4Stream& stream, std::int64_t length) { return stream.GetLength() <= length || stream.SetLength(length); };
+    const auto cut = [](Z4Stream& stream, std::int64_t length) {
+        return stream.GetLength() <= length || stream.SetLength(length);
+    };
     for (const Channel& channel : channels_)
         if (!cut(*channel.stream, GetPlace(channel, spectra, 0)))
             return Fail();

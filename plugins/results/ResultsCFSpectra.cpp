@@ -57,8 +57,9 @@ bool ResultsCFSpectra::Open(int mode)
     Close();
     if (file_.Open(mode, ResultsFormat::SpectraClass, routine)) {
         LQDataManager& data = *LQGetDataManager();
-        spectra_ = file_.IsCreated() ? data.AdoptSpectra(file_.GetRoot(), ResultsFormat::SpectraNode, nullptr, Z4Size::Record32K)
-                                     : data.OpenSpectra(file_.GetRoot(), ResultsFormat::SpectraNode);
+        spectra_ = file_.IsCreated()
+                       ? data.AdoptSpectra(file_.GetRoot(), ResultsFormat::SpectraNode, nullptr, Z4Size::Record32K)
+                       : data.OpenSpectra(file_.GetRoot(), ResultsFormat::SpectraNode);
         if (spectra_ != nullptr && file_.MatchChannels(*spectra_, routine) && (!file_.IsCreated() || SetValueTypes()))
             return true;
     }
@@ -174,7 +175,8 @@ bool ResultsCFSpectra::PutFileValue(int key, const VDVariant& value)
     case SubType:
         if (!value.GetLong(&number))
             return false;
-        key == Type ? spectra_->SetType(static_cast<std::int32_t>(number)) : spectra_->SetSubType(static_cast<std::int32_t>(number));
+        key == Type ? spectra_->SetType(static_cast<std::int32_t>(number))
+                    : spectra_->SetSubType(static_cast<std::int32_t>(number));
         return true;
     case NumSpectra:
         return value.GetHuge(&count) && spectra_->SetNumSpectra(count);
@@ -225,7 +227,8 @@ bool ResultsCFSpectra::GetAxis(LQSpectraAxis axis, std::int64_t first, std::int6
         const std::int64_t some = std::min(count - done, VVAxisValues);
         if (!spectra_->GetAxis(axis, first - 1 + done, some, part))
             return false;
-        std::transform(part, part + some, static_cast<float*>(values) + done, [](double value) { return static_cast<float>(value); });
+        std::transform(part, part + some, static_cast<float*>(values) + done,
+                       [](double value) { return static_cast<float>(value); });
     }
     return true;
 }
@@ -260,7 +263,8 @@ int ResultsLoadSpectraInfo(VDFileId* id, const VDString& filename)
     LQDataManager& data = *LQGetDataManager();
     Z4File* const file = data.GetFileManager()->OpenFile(filename, false);
     LQSpectra* const spectra = file == nullptr ? nullptr : data.OpenSpectra(file->GetRoot(), ResultsFormat::SpectraNode);
-    bool listed = spectra != nullptr && ResultsListChannels(id, *spectra, filename, ResultsError::NoSpectraChannels, routine);
+    bool listed =
+        spectra != nullptr && ResultsListChannels(id, *spectra, filename, ResultsError::NoSpectraChannels, routine);
     for (int channel = 0; listed && channel < spectra->GetChannelCount(); ++channel) {
         int index = 0;
         VDString units;

@@ -135,7 +135,8 @@ bool UffAccess::TakeMetaData(const VDVariant& value)
     VDString name;
     void* pointer = nullptr;
     VDArrayWithSort<long> numbers;
-    if (!writer_ || !value.GetNamedPointer(&name, &pointer) || !IsName(name, "MetaDataMapper") || !FIDGetChans(id_, &numbers))
+    if (!writer_ || !value.GetNamedPointer(&name, &pointer) || !IsName(name, "MetaDataMapper") ||
+        !FIDGetChans(id_, &numbers))
         return true;
     const auto& mapper = *static_cast<const LQChannelMapper*>(pointer);
     for (int index = 0; index < GetNumChannels(); ++index) {
@@ -156,7 +157,7 @@ bool UffAccess::GetFormatValue(VDVariant& list) const
     if (!file_ && !writer_)
         return true;
     if (IsName(name, DaxFormatValue::Names)) {
-        VDVariant names = VDVariant::FromList({VDVariant(VVForm)});
+        VDVariant names;
         if (file_ && !file_->GetPassedOver().empty())
             names.AppendItem(VDVariant(VVPassedOver));
         list.AppendItem(names);

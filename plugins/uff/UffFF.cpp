@@ -37,7 +37,8 @@ std::string_view TakeLine(std::string_view& text)
     return line.substr(0, line.find_last_not_of("\r") + 1);
 }
 
-/// A mark, the number of a dataset behind it, and a name that says what it is, or, instead of that, the header of a function.
+/// A mark, the number of a dataset behind it, and a name that says what it is, or, instead of that, the header of a
+/// function.
 bool IsUniversalFile(std::string_view text, const VDString& filename)
 {
     std::string_view first;
@@ -88,7 +89,8 @@ bool AddChannels(VDFileId* id, const UffFile& file, const UffTest& test)
         int index = 0;
         // A channel's own number tells its place in the test.
         ++number;
-        const bool isDouble = file.GetDataset(channel).header.IsDouble();
+        const UffHeader& header = file.GetDataset(channel).header;
+        const bool isDouble = header.IsDouble() && !header.isSingle;
         if (!FIDAddChannel(id, number, &index) || !FIDSetFileChanNumber(id, index, number) ||
             !FIDSetChanTitle(id, index, file.GetTitle(channel).c_str()) ||
             !FIDSetChanUnits(id, index, file.GetUnits(channel).c_str()) ||

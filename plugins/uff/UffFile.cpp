@@ -8,8 +8,8 @@ enum class Kind { Times, Spectra, Other };
 
 constexpr int TimeResponse = 1;
 
-/// What a function's values lie over. Time responses and the functions of frequency are what their type says; all others go by
-/// their abscissa.
+/// What a function's values lie over. Time responses and the functions of frequency are what their type says; all others go
+/// by their abscissa.
 Kind GetKind(const UffHeader& header)
 {
     switch (header.function) {
@@ -152,7 +152,8 @@ void UffFile::MakeTests()
 const UffTest* UffFile::FindTest(bool isSpectra, int run) const
 {
     if (run > 0 && tests_.size() > 1)
-        return static_cast<std::size_t>(run) <= tests_.size() && tests_[static_cast<std::size_t>(run) - 1].isSpectra == isSpectra
+        return static_cast<std::size_t>(run) <= tests_.size() &&
+                       tests_[static_cast<std::size_t>(run) - 1].isSpectra == isSpectra
                    ? &tests_[static_cast<std::size_t>(run) - 1]
                    : nullptr;
     for (const UffTest& test : tests_)
@@ -172,7 +173,10 @@ std::string UffFile::GetTitle(const UffChannel& channel) const
         title += (title.empty() ? "Node " : " ") + std::to_string(header.response.node);
     }
     if (channel.part == UffValues::Part::Abscissa)
-        title += " (" + (UffText(header.axes[UffHeader::Abscissa].title).empty() ? "abscissa" : header.axes[UffHeader::Abscissa].title) + ")";
+        title +=
+            " (" +
+            (UffText(header.axes[UffHeader::Abscissa].title).empty() ? "abscissa" : header.axes[UffHeader::Abscissa].title) +
+            ")";
     else if (channel.part != UffValues::Part::Complex && header.IsComplex())
         title += channel.part == UffValues::Part::Real ? " (real part)" : " (imaginary part)";
     return title;

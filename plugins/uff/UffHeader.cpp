@@ -12,6 +12,7 @@ constexpr std::size_t NameColumns = 10;
 constexpr std::size_t LabelColumns = 20;
 /// What marks the exact numbers behind the columns of a line.
 constexpr const char* ExactMark = "exact ";
+constexpr const char* SingleMark = " single";
 
 std::u32string ToCharacters(const std::string& text)
 {
@@ -113,7 +114,8 @@ std::string Left(const std::string& text, std::size_t width)
 
 std::string WriteEntity(const UffEntity& entity)
 {
-    return " " + Left(entity.name.empty() ? "NONE" : entity.name, NameColumns) + Right(entity.node, 10) + Right(entity.direction, 4);
+    return " " + Left(entity.name.empty() ? "NONE" : entity.name, NameColumns) + Right(entity.node, 10) +
+           Right(entity.direction, 4);
 }
 
 std::string WriteAxis(const UffAxis& axis)
@@ -188,17 +190,22 @@ void UffHeader::ReadExact(const std::string& line)
 {
     if (line.size() <= LineColumns || !std::string_view(line).substr(LineColumns).starts_with(ExactMark))
         return;
+    std::string_view text = std::string_view(line).substr(LineColumns + std::string_view(ExactMark).size());
+    const bool hasSingles = text.ends_with(SingleMark);
+    if (hasSingles)
+        text.remove_suffix(std::string_view(SingleMark).size());
     std::vector<double> exact;
     const auto isSame = [](double number, double rounded) {
         return UffWriteNumber(number, 13, 5) == UffWriteNumber(rounded, 13, 5);
     };
     const UffColumns columns(20, 20, 1, 4);
-    if (!UffReadLine(std::string_view(line).substr(LineColumns + 6), columns, 4, &exact) || exact.size() != 4 ||
+    if (!UffReadLine(text, columns, 4, &exact) || exact.size() != 4 ||
         !isSame(exact[0], first) || !isSame(exact[1], step) || !isSame(exact[2], z))
         return;
     first = exact[0];
     step = exact[1];
     z = exact[2];
+    isSingle = hasSingles;
     rate = exact[3] > 0 && 1 / exact[3] == step ? exact[3] : 0;
 }
 
@@ -210,13 +217,14 @@ std::string UffHeader::Write() const
         put(Left(id.empty() ? "NONE" : id, LineColumns));
     put(Right(function, 5) + Right(functionId, 10) + Right(version, 5) + Right(loadCase, 10) + WriteEntity(response) +
         WriteEntity(reference));
-    bool exact = rate == 0 || 1 / step == rate;
+    bool exact = !isSingle && (rate == 0 || 1 / step == rate);
     std::string form = Right(ordinateType, 10) + Right(count, 10) + Right(isEven ? 1 : 0, 10);
     for (const double number : {first, step, z})
         form += WriteExactly(number, &exact);
     if (!exact) {
         form.resize(LineColumns, ' ');
-        form += ExactMark + Shortest(first) + " " + Shortest(step) + " " + Shortest(z) + " " + Shortest(rate);
+        form += ExactMark + Shortest(first) + " " + Shortest(step) + " " + Shortest(z) + " " + Shortest(rate) +
+                (isSingle ? SingleMark : "");
     }
     put(form);
     for (const UffAxis& axis : axes)

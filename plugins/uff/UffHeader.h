@@ -48,6 +48,7 @@ struct UffHeader
     double step = 0;
     double z = 0;
     double rate = 0;  ///< what the step is the inverse of, where the header has it; else 0
+    bool isSingle = false;  ///< text with the digits of doubles whose values are floats, where the header says so
     std::array<UffAxis, Axes> axes;
 
     bool IsComplex() const { return ordinateType == ComplexSingle || ordinateType == ComplexDouble; }

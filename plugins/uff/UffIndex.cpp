@@ -174,8 +174,8 @@ void UffIndex::ComplainOfEnd(const UffDataset& dataset)
 {
     const UffHeader& header = dataset.header;
     if (dataset.points < header.count || !dataset.isEnded)
-        Complain(dataset, "announces " + std::to_string(header.count) + " values and holds " + std::to_string(dataset.points) +
-                              (dataset.isEnded ? "" : ", without the mark at its end"));
+        Complain(dataset, "announces " + std::to_string(header.count) + " values and holds " +
+                              std::to_string(dataset.points) + (dataset.isEnded ? "" : ", without the mark at its end"));
 }
 
 bool UffIndex::FindText(UffLines& lines, VDIo& io, UffDataset& dataset)
@@ -202,7 +202,8 @@ bool UffIndex::FindText(UffLines& lines, VDIo& io, UffDataset& dataset)
     dataset.points = header.count;
     const std::int64_t behind = lines.GetPlace();
     const std::int64_t parts = header.GetParts();
-    const bool isAsAnnounced = header.count <= INT64_MAX / parts / 2 && (header.count * parts + perLine - 1) / perLine == count;
+    const bool isAsAnnounced =
+        header.count <= INT64_MAX / parts / 2 && (header.count * parts + perLine - 1) / perLine == count;
     bool isWhole = isAsAnnounced && dataset.isEnded;
     if (isWhole && count > 0) {
         // The lines before are full, or it comes to light when they are read.

@@ -8,7 +8,8 @@ namespace {
 constexpr const char* VVAxisNames[] = {"Abscissa", "Ordinate", "OrdinateDenominator", "ZAxis"};
 constexpr const char* VVExponentNames[] = {"LengthExponent", "ForceExponent", "TemperatureExponent"};
 
-/// Visits the fields that a copy of a channel takes along. A visitor has `Text(name, std::string&)` and `Number(name, int&)`.
+/// Visits the fields that a copy of a channel takes along. A visitor has `Text(name, std::string&)` and `Number(name,
+/// int&)`.
 template <class Header, class Visitor>
 void VisitFields(Header& header, Visitor& visitor)
 {

@@ -64,7 +64,8 @@ bool ReadWhole(std::string_view text, T* value)
 std::string_view Trim(std::string_view text)
 {
     const std::size_t first = text.find_first_not_of(VVBlanks);
-    return first == std::string_view::npos ? std::string_view() : text.substr(first, text.find_last_not_of(VVBlanks) - first + 1);
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(VVBlanks) - first + 1);
 }
 
 /// Numbers parted by blanks, and nothing else.
@@ -194,7 +195,8 @@ bool UffReadLine(std::string_view line, const UffColumns& columns, int expected,
             values->resize(before);
         return isRead;
     };
-    return read(ReadColumns(line, columns, 0, values)) || read(ReadTokens(line, values)) || read(ReadRunTogether(line, values));
+    return read(ReadColumns(line, columns, 0, values)) || read(ReadTokens(line, values)) ||
+           read(ReadRunTogether(line, values));
 }
 
 template bool UffReadLine(std::string_view, const UffColumns&, int, std::vector<float>*);

@@ -235,7 +235,8 @@ bool UffSpectra::CheckText(std::int64_t count, const T* values) const
     for (std::int64_t i = 0; i < count; ++i)
         if (!UffWriter::FitsText(values[i])) {
             VDString text;
-            text.Format("Text has no room for all digits of %.17g; the binary form (58b) has.", static_cast<double>(values[i]));
+            text.Format("Text has no room for all digits of %.17g; the binary form (58b) has.",
+                        static_cast<double>(values[i]));
             return Fail(UffError::NotWritable, "UffCF::PutData", text.Str());
         }
     return true;

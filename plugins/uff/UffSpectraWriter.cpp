@@ -26,13 +26,15 @@ std::unique_ptr<UffSpectraWriter> UffSpectraWriter::Create(const std::string& fi
 {
     std::unique_ptr<UffSpectraWriter> writer(new UffSpectraWriter(filename, isText, static_cast<int>(types.size())));
     Z4Storage* const storage = writer->GetStorage();
-    writer->spectra_ = storage == nullptr ? nullptr : writer->data_.AdoptSpectra(storage, "Values", nullptr, Z4Size::Record32K);
+    writer->spectra_ =
+        storage == nullptr ? nullptr : writer->data_.AdoptSpectra(storage, "Values", nullptr, Z4Size::Record32K);
     if (writer->spectra_ == nullptr || !writer->spectra_->AdjustChannelCount(static_cast<int>(types.size())) ||
         !writer->spectra_->SetNumSpectra(1))
         return nullptr;
     for (std::size_t channel = 0; channel < types.size(); ++channel) {
         const bool isDouble = DaxDataType::FromId(types[channel]) == DaxDataType::Double;
-        writer->spectra_->SetValueType(static_cast<int>(channel), isDouble ? LQSpectrumComplexDouble : LQSpectrumComplexFloat);
+        writer->spectra_->SetValueType(static_cast<int>(channel),
+                                       isDouble ? LQSpectrumComplexDouble : LQSpectrumComplexFloat);
         UffHeader& header = writer->GetHeader(channel);
         header.function = DaxSpectrumType::Spectrum;
         header.axes[UffHeader::Abscissa] = {.type = UffHeader::Frequency, .title = "Frequency", .units = "Hz"};
@@ -126,6 +128,7 @@ bool UffSpectraWriter::WriteDataset(int channel, bool isEven, bool isSingleAxis)
     const bool isDouble = isText_ || spectra_->GetChannelDataType(channel) == Z4TypeDouble || (!isEven && !isSingleAxis);
     header.ordinateType = isComplex ? (isDouble ? UffHeader::ComplexDouble : UffHeader::ComplexSingle)
                                     : (isDouble ? UffHeader::RealDouble : UffHeader::RealSingle);
+    header.isSingle = isText_ && isEven && spectra_->GetChannelDataType(channel) != Z4TypeDouble;
     header.isEven = isEven;
     header.count = spectra_->GetNumLines();
     if (!BeginDataset(header))
@@ -135,7 +138,8 @@ bool UffSpectraWriter::WriteDataset(int channel, bool isEven, bool isSingleAxis)
     std::vector<double> numbers;
     const bool written = ForEachBlock([&](std::int64_t first, std::int64_t count, const double* axis) {
         values.resize(static_cast<std::size_t>(count * parts));
-        if (!spectra_->GetData(0, first, count, isComplex ? LQSpectrumComplexDouble : LQSpectrumDouble, values.data(), channel))
+        if (!spectra_->GetData(0, first, count, isComplex ? LQSpectrumComplexDouble : LQSpectrumDouble, values.data(),
+                               channel))
             return false;
         numbers.clear();
         for (std::int64_t i = 0; i < count; ++i) {

@@ -31,7 +31,8 @@ std::unique_ptr<UffTimeSeriesWriter> UffTimeSeriesWriter::Create(const std::stri
     const auto isDoubleType = [](int type) { return DaxDataType::FromId(type) == DaxDataType::Double; };
     const auto doubles = static_cast<int>(std::count_if(types.begin(), types.end(), isDoubleType));
     const int singles = static_cast<int>(types.size()) - doubles;
-    if (!writer->series_->AdjustChannelCountSinglePrecision(singles) || !writer->series_->AdjustChannelCountDoublePrecision(doubles))
+    if (!writer->series_->AdjustChannelCountSinglePrecision(singles) ||
+        !writer->series_->AdjustChannelCountDoublePrecision(doubles))
         return nullptr;
     int nextSingle = 0;
     int nextDouble = singles;
@@ -41,6 +42,7 @@ std::unique_ptr<UffTimeSeriesWriter> UffTimeSeriesWriter::Create(const std::stri
         UffHeader& header = writer->GetHeader(channel);
         header.function = VVTimeResponse;
         header.ordinateType = isDouble || isText ? UffHeader::RealDouble : UffHeader::RealSingle;
+        header.isSingle = isText && !isDouble;
         header.step = header.rate = 1;
         header.axes[UffHeader::Abscissa] = {.type = UffHeader::Time, .title = "Time", .units = "s"};
     }
@@ -275,7 +277,8 @@ bool UffTimeSeries::PutData(long channel, std::int64_t first, std::int64_t count
     for (std::int64_t i = 0; Writer().IsText() && i < count; ++i)
         if (!UffWriter::FitsText(values[i])) {
             VDString text;
-            text.Format("Text has no room for all digits of %.17g; the binary form (58b) has.", static_cast<double>(values[i]));
+            text.Format("Text has no room for all digits of %.17g; the binary form (58b) has.",
+                        static_cast<double>(values[i]));
             return Fail(UffError::NotWritable, "UffTS::PutData", text.Str());
         }
     writer_->MarkChanged();

@@ -90,8 +90,9 @@ bool UffValues::ReadBinary(const UffDataset& dataset, std::int64_t first, std::i
 
 UffDataset::Mark UffValues::FindStart(const UffDataset& dataset, std::int64_t part) const
 {
-    const auto behind = std::upper_bound(dataset.marks.begin(), dataset.marks.end(), part,
-                                         [](std::int64_t wanted, const UffDataset::Mark& mark) { return wanted < mark.part; });
+    const auto behind =
+        std::upper_bound(dataset.marks.begin(), dataset.marks.end(), part,
+                         [](std::int64_t wanted, const UffDataset::Mark& mark) { return wanted < mark.part; });
     const UffDataset::Mark known = behind == dataset.marks.begin() ? UffDataset::Mark{0, dataset.offset} : behind[-1];
     return lastDataset_ == &dataset && last_.part <= part && last_.part > known.part ? last_ : known;
 }
@@ -125,9 +126,13 @@ bool UffValues::ReadTextOnce(UffDataset& dataset, std::int64_t first, std::int64
         line.clear();
         if (!lines_.IsWhole() && lines_.GetPlace() > dataset.end)
             text = text.substr(0, static_cast<std::size_t>(dataset.end - lines_.GetLineStart()));
-        const auto expected = dataset.isRegular ? static_cast<int>(std::min<std::int64_t>(columns.GetCount(), total - at.part)) : 0;
+        const auto expected =
+            dataset.isRegular ? static_cast<int>(std::min<std::int64_t>(columns.GetCount(), total - at.part)) : 0;
         if (!UffReadLine(text, columns, expected, &line))
             break;
+        if (header.isSingle)
+            std::transform(line.begin(), line.end(), line.begin(),
+                           [](T value) { return static_cast<T>(static_cast<float>(value)); });
         *isIrregular = dataset.isRegular && static_cast<int>(line.size()) != expected;
         if (*isIrregular)
             return false;

@@ -148,8 +148,10 @@ bool UffWriter::BeginDataset(const UffHeader& header)
 {
     numbers_ = 0;
     if (header.count > MostValues)
-        return VFErrorSet(VDBaseError::FileWrite, "A dataset of a universal file has at most 9,999,999,999 values", "UffWriter", 0) != 0;
-    return Write(Mark + (isText_ ? std::string("    58\n") : BinaryHead(header.count * header.GetParts() * NumberBytes(header))) +
+        return VFErrorSet(VDBaseError::FileWrite, "A dataset of a universal file has at most 9,999,999,999 values",
+                          "UffWriter", 0) != 0;
+    return Write(Mark +
+                 (isText_ ? std::string("    58\n") : BinaryHead(header.count * header.GetParts() * NumberBytes(header))) +
                  header.Write());
 }
 

@@ -255,15 +255,15 @@ int CFAccPutSpectrumAxisData(VDCFAcc* acc, std::int64_t first, std::int64_t coun
 int CFAccGetFormatSpecificValue(VDCFAcc* acc, int channel, std::int64_t spectrum, std::int64_t line, const char* name,
                                 VDVariant* value)
 {
-    return VFForwardToCore<&VDAccessCore::GetFormatSpecificValue>(acc, __func__, VDAccessSelector(channel, spectrum, line), name,
-                                                                 value);
+    return VFForwardToCore<&VDAccessCore::GetFormatSpecificValue>(acc, __func__, VDAccessSelector(channel, spectrum, line),
+                                                                  name, value);
 }
 
 int CFAccSetFormatSpecificValue(VDCFAcc* acc, int channel, std::int64_t spectrum, std::int64_t line, const char* name,
                                 VDVariant* value)
 {
-    return VFForwardToCore<&VDAccessCore::SetFormatSpecificValue>(acc, __func__, VDAccessSelector(channel, spectrum, line), name,
-                                                                 value);
+    return VFForwardToCore<&VDAccessCore::SetFormatSpecificValue>(acc, __func__, VDAccessSelector(channel, spectrum, line),
+                                                                  name, value);
 }
 
 int CFAccGetMetaData(VDCFAcc* acc, LQChannelMapper** mapper)

@@ -136,7 +136,8 @@ TEST_F(ComplexFrequencyTest, ReadsAreCheckedAgainstWhatWasThereAtTheOpening)
     ExpectFailure(CFAccGetLineAxisData(Acc(), 1, 1, 1, &read, values), -327993, "", "VDCFAcc::GetData");
     Open(1);
     ExpectFailure(CFAccGetData(Acc(), 2, 1, 1, 1, 3, &read, values), -327995);
-    ExpectFailure(CFAccGetData(Acc(), 1, 4, 11, 1, 3, &read, values), -331582, "Spectra index out of range", "VDCFAcc::GetData");
+    ExpectFailure(CFAccGetData(Acc(), 1, 4, 11, 1, 3, &read, values), -331582, "Spectra index out of range",
+                  "VDCFAcc::GetData");
     ExpectFailure(CFAccGetData(Acc(), 1, 3, 11, 1, 3, &read, values), -331584, "Line index out of range");
     ExpectFailure(CFAccGetData(Acc(), 1, 3, 8, 4, 3, nullptr, values), -327686);
     EXPECT_TRUE(CFAccGetData(Acc(), 1, 3, 8, 4, 3, &read, values));
@@ -182,7 +183,8 @@ TEST_F(ComplexFrequencyTest, TextsHaveCapabilitiesAndMetaDataTheHeader)
     EXPECT_EQ(TestValue<CFAccGetChanUnits>(Acc(), 1), "kN");
     VDString text;
     ExpectFailure(CFAccGetXTitle(Acc(), 0, &text), -331586, "", "VDCFAcc::GetXTitle");
-    ExpectFailure(CFAccSetZTitle(Acc(), 0, ""), -331590, "File format does not support a z axis title", "VDCFAcc::SetZTitle");
+    ExpectFailure(CFAccSetZTitle(Acc(), 0, ""), -331590, "File format does not support a z axis title",
+                  "VDCFAcc::SetZTitle");
     ExpectFailure(CFAccSetZUnits(Acc(), 0, ""), -331591);
     plugin_.capabilities.insert(DaxComplexFrequency::YUnitsTexts);
     EXPECT_TRUE(CFAccSetYUnits(Acc(), 0, "s"));

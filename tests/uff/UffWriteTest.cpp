@@ -29,7 +29,10 @@ TEST_F(UffTest, TimeSeriesComeBackAsTheyWerePut)
         {
             const VDTsAccHandle acc = OpenTimes(id.Get(), VTTsAccOpenCreate);
             EXPECT_TRUE(TSAccSetSampleRate(acc.Get(), 0, 44100) && TSAccSetBaseTime(acc.Get(), 1, -1.0 / 3) &&
-                        TSAccSetChanTitle(acc.Get(), 0, " R\xc3\xa4" "der\nvorn") && TSAccSetYUnits(acc.Get(), 0, "m/s\xc2\xb2"));
+                        TSAccSetChanTitle(acc.Get(), 0,
+                                          " R\xc3\xa4"
+                                          "der\nvorn") &&
+                        TSAccSetYUnits(acc.Get(), 0, "m/s\xc2\xb2"));
             auto* const mapper = TestValue<TSAccGetMetaData>(acc.Get());
             mapper->AdoptMetaDataSet("Dataset58", nullptr, 0)->AddLong("ResponseNode", 412);
             mapper->AdoptMetaDataSet("Dataset58", nullptr, 0)->AddString("ID2", "Bench 3");
@@ -48,6 +51,8 @@ TEST_F(UffTest, TimeSeriesComeBackAsTheyWerePut)
         const VDTsAccHandle acc = OpenTimes(tests[0].Get());
         std::vector<float> read(floats.size());
         EXPECT_TRUE(TSAccGetData(acc.Get(), 0, 1, 50'001, nullptr, read.data()) && read == floats);
+        EXPECT_EQ((TestInt<FIDGetChanType>(tests[0], 0)), DaxDataType::Float);
+        EXPECT_EQ(Points(acc.Get(), 0)[7], static_cast<double>(floats[7])) << "floats, however they are written";
         const Values back = Points(acc.Get(), 1);
         EXPECT_EQ(Values(back.begin(), back.begin() + 3), doubles);
         EXPECT_EQ(back.size(), subId == BinaryTimes ? 4U : 3U);

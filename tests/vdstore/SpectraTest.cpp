@@ -179,7 +179,8 @@ bool HoldsSpectra(LQObject& object, int version)
     double place = -1;
     if (version == 0)
         return spectra.GetChannelCount() == 0 && spectra.GetNumSpectra() == 0;
-    bool good = spectra.GetNumSpectra() == SpectraOf(version) && spectra.GetAxis(LQSpectraSpectra, 0, 1, &place) && place == version;
+    bool good =
+        spectra.GetNumSpectra() == SpectraOf(version) && spectra.GetAxis(LQSpectraSpectra, 0, 1, &place) && place == version;
     for (const int spectrum : {0, SpectraOf(version) - 1}) {
         good = good && spectra.GetData(spectrum, 0, FaultLines, LQSpectrumComplexFloat, values.data(), 1);
         for (int line = 0; good && line < 2 * FaultLines; ++line)
