@@ -65,6 +65,4 @@ private:
 
     const bool isSpectra_;
     const char* const routine_;
-    std::string passedOver_;
-    std::string damage_;
 };

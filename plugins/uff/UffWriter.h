@@ -46,8 +46,7 @@ protected:
     /// @name Of a dataset that is written
     /// @{
     bool BeginDataset(const UffHeader& header);
-    /// Numbers in the order of the dataset.
-    /// @param part  of the next one in its line
+    /// Numbers in the order of the dataset, behind those that were written.
     bool WriteNumbers(const UffHeader& header, const double* numbers, std::int64_t count);
     bool EndDataset();
     /// @}
