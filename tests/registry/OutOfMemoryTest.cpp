@@ -92,7 +92,8 @@ Outcome LoadShortOfMemory(VDFileInfo* info, VDFileId* id, long firstFailure, boo
         for (const VDString& keyword : keywords)
             all += keyword.Str() + ' ';
         return all == "StandA StandRun StandSerial StandMissing StandNobody StandNoCreate StandB StandC StandSchedule "
-                      "StandMetaFile Z4TimeSeries(VG4.0) Z4TimeSeries Z4Histogram TemporaryTimeSeries Famos FamosMultiColumn FamosTimeStamped ";
+                      "StandMetaFile Z4TimeSeries(VG4.0) Z4TimeSeries Z4Histogram TemporaryTimeSeries TemporaryHistogram Famos "
+                      "FamosMultiColumn FamosTimeStamped ";
     };
     if (loaded && !isWhole())
         return HalfLoaded;
