@@ -10,7 +10,7 @@ namespace {
 constexpr std::int64_t SmallDataSetLimit = 2'000'000'000;
 
 /// Values that are converted at a time: what stays in the processor's cache.
-constexpr std::int64_t ConvertedBlock = 8192;
+constexpr std::int64_t ConvertedBlock = 4096;
 
 }  // namespace
 
