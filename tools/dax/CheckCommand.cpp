@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "FoundTests.h"
 #include "ToolError.h"
 
 #include "vdarchive/VDArchiveErrorCodes.h"
@@ -14,7 +15,9 @@ public:
     VDJson Run(VDCommandContext& context) override;
 
 private:
-    std::string file_;
+    static VDJson Check(VDCommandContext& context, const std::string& file);
+
+    VDTestsArguments arguments_;
 };
 
 /// Throws for a file that is no storage file, or can't be read at all. One that is damaged is for the check to judge.
@@ -33,30 +36,35 @@ void VFCheckIsStorage(Z4Manager& files, const std::string& name)
 CLI::App* VDCheckCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("check", "Compare a storage file with its checksums");
-    command->add_option("FILE", file_, "The file")->required()->type_name("");
+    command->add_option("FILE", arguments_.files, "Files, or specs of tests")->required()->type_name("");
     command->footer("All that the last commit holds is read. The exit status is 1 if something is wrong.");
     return command;
 }
 
 VDJson VDCheckCommand::Run(VDCommandContext& context)
 {
+    return VFForEachFile(context, arguments_, [&](const std::string& file) { return Check(context, file); });
+}
+
+VDJson VDCheckCommand::Check(VDCommandContext& context, const std::string& file)
+{
     Z4Manager& files = *LQGetDataManager()->GetFileManager();
-    VFCheckIsStorage(files, file_);
+    VFCheckIsStorage(files, file);
     VDStringArray found;
-    const bool sound = files.CheckFile(file_.c_str(), &found);
+    const bool sound = files.CheckFile(file.c_str(), &found);
     VFErrorClear();  // all that was reported is among the findings
-    context.negative = !sound;
+    context.negative = context.negative || !sound;
 
     if (context.IsJson()) {
         VDJson findings = VDJson::array();
         for (const VDString& finding : found)
             findings.push_back(finding.Str());
-        return {{"path", file_}, {"sound", sound}, {"findings", findings}};
+        return {{"path", file}, {"sound", sound}, {"findings", findings}};
     }
     if (sound)
-        context.Out().PutLine(file_ + ": sound");
+        context.Out().PutLine(file + ": sound");
     for (const VDString& finding : found)
-        context.Out().PutLine(file_ + ": " + finding.Str());
+        context.Out().PutLine(file + ": " + finding.Str());
     return {};
 }
 

@@ -14,5 +14,8 @@ std::unique_ptr<VDCommand> VFMakeStatsCommand();
 std::unique_ptr<VDCommand> VFMakeMetaCommand();
 std::unique_ptr<VDCommand> VFMakeEvalCommand();
 std::unique_ptr<VDCommand> VFMakeCopyCommand();
+std::unique_ptr<VDCommand> VFMakeSizeCommand();
+std::unique_ptr<VDCommand> VFMakeExistsCommand();
+std::unique_ptr<VDCommand> VFMakeDeleteCommand();
 std::unique_ptr<VDCommand> VFMakeCheckCommand();
 std::unique_ptr<VDCommand> VFMakeDbcCommand();

@@ -1,5 +1,7 @@
 #include "ChannelSelection.h"
+#include "BatchCopy.h"
 #include "Commands.h"
+#include "CopyFormat.h"
 #include "CopyLosses.h"
 #include "InputTest.h"
 #include "OutputName.h"
@@ -31,6 +33,8 @@ private:
     VDTestArguments arguments_;
     VDChannelSelection selection_;
     std::string out_;
+    std::vector<std::string> more_;
+    VDBatchCopy batch_;
     std::string template_;
     std::string keyword_;
     bool noMeta_ = false;
@@ -41,31 +45,9 @@ private:
 /// Points of each channel in the trial that shows what a format keeps.
 constexpr std::int64_t VVTrialPoints = 1024;
 
-/// Formats of the same kind of data that a copy of this type may have. A temporary one's files would be gone with the program, and the
-/// older kind of storage file, which holds floats only, takes what comes from its own kind.
-std::vector<VDFileType> VFGetTargetTypes(const VDRegistry& registry, const VDFileType& source)
-{
-    std::vector<VDFileType> types = registry.GetFileTypes();
-    std::erase_if(types, [&](const VDFileType& type) {
-        return !type.writable || type.temporary || type.accessType != source.accessType ||
-               (type.IsFloatStorage() && !source.IsFloatStorage());
-    });
-    return types;
-}
-
 bool VFEqualNoCase(const std::string& left, const std::string& right)
 {
     return VDString(left).CompareNoCase(right.c_str()) == 0;
-}
-
-/// Whether an output of this extension gets the format if none is asked for; without an extension it is the storage format,
-/// which has room for everything.
-bool VFHasExtension(const VDFileType& type, const std::string& extension)
-{
-    if (extension.empty())
-        return type.fileId == DaxStorageFileId && !type.IsFloatStorage();
-    return !type.IsFloatStorage() && std::any_of(type.extensions.begin(), type.extensions.end(),
-                                                 [&](const std::string& own) { return VFEqualNoCase(own, extension); });
 }
 
 std::vector<VDChannel> VFSortByNumber(std::vector<VDChannel> channels)
@@ -173,6 +155,8 @@ CLI::App* VDCopyCommand::Register(CLI::App& program)
                      "The file to write; its extension says the format (default: .z4t, the storage format). With --name the "
                      "folder to write it into (default: the current one)")
         ->type_name("");
+    command->add_option("MORE", more_, "With --to, all that stands here is copied")->type_name("");
+    batch_.Register(*command);
     selection_.Register(*command);
     command
         ->add_option("--name", template_,
@@ -269,6 +253,16 @@ VDJson VDCopyCommand::MakeDocument(const VDInputTest& input, const VDCopyPlan& p
 
 VDJson VDCopyCommand::Run(VDCommandContext& context)
 {
+    if (batch_.IsWanted()) {
+        std::vector<std::string> specs = {arguments_.file};
+        if (!out_.empty())
+            specs.push_back(out_);
+        specs.insert(specs.end(), more_.begin(), more_.end());
+        return batch_.Run(context, specs,
+                          {keyword_, template_, selection_.texts, arguments_.test, arguments_.strict, noMeta_, overwrite_});
+    }
+    if (!more_.empty())
+        VFFail(DaxToolError::Usage, "Several tests are copied into a folder; give it with --to", "dax");
     const VDRegistry& registry = context.Registry();
     const VDInputTest input(context, arguments_);
     const VDDataTest& source = input.GetTest();

@@ -2,10 +2,7 @@
 
 #include "ToolError.h"
 
-#include <algorithm>
 #include <limits>
-
-namespace {
 
 std::vector<VDFileIdHandle> VFTakeTests(const VDFileIdArrayHandle& array)
 {
@@ -16,6 +13,8 @@ std::vector<VDFileIdHandle> VFTakeTests(const VDFileIdArrayHandle& array)
         VFCheck(FIAGetAt(array.Get(), index, tests[static_cast<std::size_t>(index)].Out()));
     return tests;
 }
+
+namespace {
 
 /// Empty where content has to decide.
 std::vector<VDFileIdHandle> VFIdentifyByExtension(const VDRegistry& registry, const VDFileIdHandle& id,
@@ -88,27 +87,14 @@ const char* VFIdentifiedBy(const VDIdentification& identification, const VDFileT
 
 void VDTestArguments::Register(CLI::App& command, const char* name, const char* strictHelp)
 {
-    command.add_option(name, file, "The file")->required()->type_name("");
+    command.add_option(name, file, "A file, or the spec of one test such as 'road;xdat;c1-3'")->required()->type_name("");
+    RegisterOptions(command, strictHelp);
+}
+
+void VDTestArguments::RegisterOptions(CLI::App& command, const char* strictHelp)
+{
     command.add_option("--test", test, "Which test of a file that holds several, from 1 in the order of 'dax identify'")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->type_name("N");
     command.add_flag("--strict", strict, strictHelp);
-}
-
-VDFileIdHandle VFChooseTest(const VDRegistry& registry, const VDTestArguments& arguments)
-{
-    VDIdentification identification = VFIdentify(registry, arguments.file, false, true);
-    const auto count = static_cast<int>(identification.tests.size());
-    if (arguments.test == 0 && count > 1)
-        VFFail(DaxToolError::SeveralTests,
-               "The file holds " + std::to_string(count) + " tests; choose one with --test: " + arguments.file,
-               "VFChooseTest");
-    if (arguments.test > count)
-        VFFail(DaxToolError::UnknownTest,
-               "There is no test " + std::to_string(arguments.test) + " in the file, which holds " + std::to_string(count) +
-                   ": " + arguments.file,
-               "VFChooseTest");
-    VDFileIdHandle test = std::move(identification.tests[static_cast<std::size_t>(std::max(arguments.test, 1) - 1)]);
-    VFCheck(FIDSortChans(test.Get(), 1));
-    return test;
 }

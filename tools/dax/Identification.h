@@ -11,6 +11,9 @@ struct VDIdentification
     bool byExtension = false;           ///< the file wasn't opened
 };
 
+/// The entries of an array.
+std::vector<VDFileIdHandle> VFTakeTests(const VDFileIdArrayHandle& array);
+
 /// Identifies a file; throws if that fails.
 /// @param byExtension  asks the extension first; content decides where that gives no answer
 /// @param loadInfo     loads the channel lists of a file that was identified by content
@@ -33,7 +36,8 @@ struct VDTestArguments
     /// @param name        of the positional argument
     /// @param strictHelp  what --strict does
     void Register(CLI::App& command, const char* name, const char* strictHelp = "Refuse a damaged file");
+    void RegisterOptions(CLI::App& command, const char* strictHelp);
 };
 
-/// Identifies the file, loads its channels and chooses the test, which is sorted by channel number.
+/// Finds the tests of the argument, loads their channels and chooses the one, which is sorted by channel number.
 VDFileIdHandle VFChooseTest(const VDRegistry& registry, const VDTestArguments& arguments);

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "FoundTests.h"
 #include "TestDescription.h"
 #include "ToolError.h"
 
@@ -22,7 +23,7 @@ private:
 CLI::App* VDIdentifyCommand::Register(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("identify", "Say what files are");
-    command->add_option("FILE", files_, "The files")->required()->type_name("");
+    command->add_option("FILE", files_, "Files, or specs of tests")->required()->type_name("");
     command->add_flag("--by-extension", byExtension_,
                       "Ask the extension first, as configured; content decides where that gives no answer");
     return command;
@@ -41,14 +42,21 @@ VDJson VDIdentifyCommand::Run(VDCommandContext& context)
             context.errors.insert(context.errors.end(), reports.begin(), reports.end());
         }
     }
-    if (files_.size() == 1 && !context.errors.empty())
+    if (list.size() == 1 && files_.size() == 1 && !context.errors.empty())
         return {};
     return {{"files", list}};
 }
 
 void VDIdentifyCommand::Identify(VDCommandContext& context, const std::string& file, VDJson& list) const
 {
-    const VDIdentification identification = VFIdentify(context.Registry(), file, byExtension_, false);
+    VDIdentification identification;
+    if (VFIsFile(file) || !VFIsPattern(file)) {
+        identification = VFIdentify(context.Registry(), file, byExtension_, false);
+    } else {
+        VDFoundTests found = VFFindTests(context.Registry(), file);
+        identification.tests = std::move(found.tests);
+        context.errors.insert(context.errors.end(), found.problems.begin(), found.problems.end());
+    }
     std::vector<VDTestDescription> tests;
     for (const VDFileIdHandle& test : identification.tests)
         tests.emplace_back(context.Registry(), identification, test);

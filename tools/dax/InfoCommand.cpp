@@ -1,6 +1,6 @@
 #include "Commands.h"
 #include "FormatValues.h"
-#include "InputTest.h"
+#include "FoundTests.h"
 #include "TestDescription.h"
 #include "ToolError.h"
 
@@ -14,13 +14,15 @@ public:
     VDJson Run(VDCommandContext& context) override;
 
 private:
-    VDTestArguments arguments_;
+    VDJson Show(VDCommandContext& context, const VDInputTest& input) const;
+
+    VDTestsArguments arguments_;
     bool limits_ = false;
 };
 
 CLI::App* VDInfoCommand::Register(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("info", "Show a test and its channels");
+    CLI::App* command = program.add_subcommand("info", "Show tests and their channels");
     arguments_.Register(*command, "FILE");
     command->add_flag("--limits", limits_, "Work out the limits of columns, also of large tables");
     return command;
@@ -28,7 +30,11 @@ CLI::App* VDInfoCommand::Register(CLI::App& program)
 
 VDJson VDInfoCommand::Run(VDCommandContext& context)
 {
-    const VDInputTest input(context, arguments_);
+    return VFForEachTest(context, arguments_, [&](const VDInputTest& input) { return Show(context, input); });
+}
+
+VDJson VDInfoCommand::Show(VDCommandContext& context, const VDInputTest& input) const
+{
     const VDDataTest& test = input.GetTest();
     const VDTestDescription description(context.Registry(), {}, input.GetId());
     VDString descriptor;

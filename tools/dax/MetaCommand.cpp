@@ -1,6 +1,6 @@
 #include "ChannelSelection.h"
 #include "Commands.h"
-#include "InputTest.h"
+#include "FoundTests.h"
 #include "ItemTypes.h"
 #include "MetaStore.h"
 #include "MetaXml.h"
@@ -29,7 +29,9 @@ private:
     VDJson WriteXml(VDCommandContext& context, const VDInputTest& input, const LQChannelMapper& mapper) const;
     void Show(VDCommandContext& context, const VDInputTest& input, const LQChannelMapper& mapper) const;
 
-    VDTestArguments arguments_;
+    VDJson Work(VDCommandContext& context, const VDInputTest& input) const;
+
+    VDTestsArguments arguments_;
     VDChannelSelection selection_;
     std::string set_;
     std::vector<std::string> puts_;
@@ -251,7 +253,13 @@ void VDMetaCommand::Show(VDCommandContext& context, const VDInputTest& input, co
 
 VDJson VDMetaCommand::Run(VDCommandContext& context)
 {
-    const VDInputTest input(context, arguments_);
+    if (!out_.empty() && out_ != VVStandardOutput && arguments_.IsList())
+        VFFail(DaxToolError::Usage, "One file can't hold the XML of several tests; name one test", "dax");
+    return VFForEachTest(context, arguments_, [&](const VDInputTest& input) { return Work(context, input); });
+}
+
+VDJson VDMetaCommand::Work(VDCommandContext& context, const VDInputTest& input) const
+{
     if (!puts_.empty() || !removals_.empty() || !xmlFile_.empty())
         return Change(context, input);
     const std::unique_ptr<LQChannelMapper> mapper = ChooseMetaData(input);

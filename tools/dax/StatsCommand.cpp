@@ -1,7 +1,7 @@
 #include "ChannelSelection.h"
 #include "ChannelStats.h"
 #include "Commands.h"
-#include "InputTest.h"
+#include "FoundTests.h"
 #include "TextTable.h"
 
 #include <algorithm>
@@ -17,7 +17,9 @@ public:
     VDJson Run(VDCommandContext& context) override;
 
 private:
-    VDTestArguments arguments_;
+    VDJson Show(VDCommandContext& context, const VDInputTest& input) const;
+
+    VDTestsArguments arguments_;
     VDChannelSelection selection_;
     bool calculate_ = false;
     bool quiet_ = false;
@@ -67,7 +69,11 @@ CLI::App* VDStatsCommand::Register(CLI::App& program)
 
 VDJson VDStatsCommand::Run(VDCommandContext& context)
 {
-    const VDInputTest input(context, arguments_);
+    return VFForEachTest(context, arguments_, [&](const VDInputTest& input) { return Show(context, input); });
+}
+
+VDJson VDStatsCommand::Show(VDCommandContext& context, const VDInputTest& input) const
+{
     const VDTimeSeriesTest& test = input.GetTimeSeries();
     const std::vector<VDChannel> channels = selection_.Choose(test);
     if (calculate_)

@@ -42,6 +42,8 @@ constexpr int UnknownColumn = -900031;     ///< no such column or data set
 constexpr int UnknownSpectrum = -900032;   ///< no such spectrum or line
 constexpr int NoTest = -900041;            ///< no test matches
 constexpr int Unread = -900042;            ///< a file or folder of a list can't be read
+constexpr int NotWhole = -900051;          ///< a part of a test can't be deleted
+constexpr int SameOutput = -900052;        ///< two inputs would form one output
 }  // namespace DaxToolError
 
 /// Thrown when a step has failed and its error is recorded.

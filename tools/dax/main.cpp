@@ -8,6 +8,7 @@ int main(int argc, char** argv)
         VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeLsCommand,   VFMakeInfoCommand,
         VFMakeReadCommand,  VFMakeStatsCommand,    VFMakeMetaCommand, VFMakeEvalCommand,
         VFMakeCopyCommand,  VFMakeCheckCommand,    VFMakeDbcCommand,
+        VFMakeSizeCommand,  VFMakeExistsCommand,   VFMakeDeleteCommand,
     };
     std::vector<std::unique_ptr<VDCommand>> commands;
     for (const auto& make : makers)
