@@ -3,6 +3,7 @@
 #include "ChannelSelection.h"
 #include "CopyFormat.h"
 #include "OutputName.h"
+#include "TestListing.h"
 #include "ToolError.h"
 
 #include <algorithm>
@@ -85,10 +86,7 @@ std::string VFMakeSpec(const VDFileIdHandle& test)
     VDString stem;
     VDString extension;
     VFCheck(FIDGetFilename(test.Get(), &stem, &extension));
-    std::string spec;
-    for (const char byte : stem.Str())
-        spec += byte == ';' ? std::string(";;") : byte == '|' ? std::string("?") : std::string(1, byte);
-    return spec + ";x" + extension.Str();
+    return VFQuoteForSpec(stem.Str()) + ";x" + extension.Str();
 }
 
 }  // namespace

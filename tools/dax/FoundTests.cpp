@@ -1,10 +1,7 @@
 #include "FoundTests.h"
 
-#include "Printable.h"
+#include "TestListing.h"
 #include "ToolError.h"
-
-#include "daxlib/VFDirList.h"
-#include "vdbase/VDStringArray.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -22,52 +19,32 @@ constexpr int VVNoneMatches = -328605;
     VFFail(code, text + "\nTest Specifier: " + spec, "VFFindTests");
 }
 
-/// Takes what a listing left out, and why.
-void VFTakeProblems(VDDirList* list, VDFoundTests& found)
-{
-    const auto add = [&found](const std::string& file, const VDString& text) {
-        found.unread.push_back(file);
-        found.problems.push_back({DaxToolError::Unread, file + ": " + text.Str(), "VFFindTests"});
-    };
-    VDFileIdArrayHandle failed;
-    VDStringArray texts;
-    VFCheck(VFDirListGetLoadErrorDetails(list, failed.Out(), &texts));
-    const std::vector<VDFileIdHandle> ids = VFTakeTests(failed);
-    for (std::size_t index = 0; index < ids.size(); ++index)
-        add(VFGetTestFiles(ids[index].Get()).front(), texts[static_cast<int>(index)]);
-    VDStringArray names;
-    VFCheck(VFDirListGetSkipped(list, &names, &texts));
-    for (int index = 0; index < names.GetSize(); ++index)
-        add(names[index].Str(), texts[index]);
-}
-
-/// A plug-in's own descriptor, or what a folder holds of the spec. Files that nobody knows are no tests.
-VDFoundTests VFListTests(const std::string& spec, bool recurse)
+/// A plug-in's own descriptor, or what a listing finds. Files that nobody knows are no tests.
+VDFoundTests VFListSpec(const std::string& spec, bool recurse)
 {
     VDFoundTests found;
-    VDFileIdArrayHandle array;
     if (spec.find("://") != std::string::npos) {
-        *array.Out() = FIACreate();
+        VDFileIdArrayHandle array(FIACreate());
+        VFCheck(static_cast<bool>(array));
         VFCheck(FIACreateFromTestSpec(array.Get(), spec.c_str()));
         found.tests = VFTakeTests(array);
         return found;
     }
-    const VDDirListHandle list(VFDirListCreate());
-    VFCheck(static_cast<bool>(list));
-    VFCheck(VFDirListSetRecurseSubDirs(list.Get(), recurse ? 1 : 0));
-    VFCheck(VFDirListSetErrorOnLoadDetails(list.Get(), 0, 1));
-    VFCheck(VFDirListSetFilesMatching(list.Get(), spec));
-    VFCheck(VFDirListCreateListWithInfo(list.Get()));
-    VFCheck(VFDirListGetFileIdArray(list.Get(), array.Out()));
-    VFTakeProblems(list.Get(), found);
-    VFErrorClear();
-    for (VDFileIdHandle& test : VFTakeTests(array)) {
+    VDTestListOptions options;
+    options.recurse = recurse;
+    VDTestListing listing = VFListTests(spec, options);
+    for (const VDUnreadFile& file : listing.unread) {
+        found.unread.push_back(file.path);
+        found.problems.push_back({DaxToolError::Unread, file.path + ": " + file.reason, "VFFindTests"});
+    }
+    for (VDFileIdHandle& test : listing.tests) {
         int fileId = 0;
         int subId = 0;
         VFCheck(FIDGetFileId(test.Get(), &fileId, &subId));
         if (fileId != 0)
             found.tests.push_back(std::move(test));
     }
+    VFErrorClear();
     return found;
 }
 
@@ -135,7 +112,7 @@ VDFoundTests VFFindTests(const VDRegistry& registry, const std::string& argument
         found.fromFile = true;
         return found;
     }
-    VDFoundTests found = VFListTests(argument, recurse);
+    VDFoundTests found = VFListSpec(argument, recurse);
     if (!found.tests.empty())
         return found;
     if (!found.problems.empty()) {
@@ -176,7 +153,9 @@ void VDTestsArguments::Register(CLI::App& command, const char* name, const char*
 
 bool VDTestsArguments::IsList() const
 {
-    return files.size() > 1 || (!VFIsFile(files.front()) && VFIsPattern(files.front()));
+    std::error_code none;
+    return files.size() > 1 ||
+           (!VFIsFile(files.front()) && (VFIsPattern(files.front()) || fs::is_directory(files.front(), none)));
 }
 
 VDJson VFForEachTest(VDCommandContext& context, const VDTestsArguments& arguments,
