@@ -6,6 +6,7 @@
 
 #include "daxlib/daxlib.h"
 #include "vdarchive/Z4PropertySet.h"
+#include "vdbase/VDIo.h"
 #include "vdstore/LQChannelMapper.h"
 
 #include <benchmark/benchmark.h>
@@ -162,6 +163,38 @@ std::string WavContent()
     return content;
 }
 
+/// A list of tests, in which the last is looked for by its descriptor.
+constexpr int ListedTests = 100'000;
+VDFileIdArrayHandle VVListed;
+VDString VVObjectFile;
+
+void BM_FindFromTestSpec(benchmark::State& state)
+{
+    const std::string text = "/d/run" + std::to_string(ListedTests - 1) + ".dat;r-1;c";
+    for (auto _ : state) {
+        VDFileIdHandle found;
+        if (FIAFindFromTestSpec(VVListed.Get(), text.c_str(), found.Out()) == 0 || !found)
+            state.SkipWithError("not found");
+    }
+}
+BENCHMARK(BM_FindFromTestSpec)->Unit(benchmark::kMillisecond);
+
+/// The same by what tests are compared by, the first time.
+void BM_WalkList(benchmark::State& state)
+{
+    const std::string wanted = "/d/run" + std::to_string(ListedTests - 1) + ".dat";
+    VDString name;
+    VDString extension;
+    for (auto _ : state)
+        for (int index = 0; index < ListedTests; ++index) {
+            VDFileIdHandle id;
+            if (FIAGetAt(VVListed.Get(), index, id.Out()) == 0 || FIDGetFilename(id.Get(), &name, &extension) == 0)
+                state.SkipWithError("no entry");
+            benchmark::DoNotOptimize(name.CompareNoCase(wanted.c_str()));
+        }
+}
+BENCHMARK(BM_WalkList)->Unit(benchmark::kMillisecond);
+
 /// A piece of work on so many items.
 struct Growth
 {
@@ -291,6 +324,33 @@ const Growth VVGrowth[] = {
              FIASelectAt(copy.Get(), i, 1);
          FIARemoveSelected(copy.Get(), 1);
      }},
+    {"ids to XML and back",
+     [](int count) {
+         const VDFileIdHandle copy(FIDCreate());
+         VDString xml;
+         for (const VDFileIdHandle& id : MakeIds(count, true)) {
+             FIDToXml(id.Get(), &xml);
+             FIDFromXml(copy.Get(), &xml);
+         }
+     }},
+    {"channels of an id to XML and back",
+     [](int count) {
+         const VDFileIdHandle id = MakeUnordered(count);
+         VDString xml;
+         FIDToXml(id.Get(), &xml);
+         FIDFromXml(id.Get(), &xml);
+     }},
+    {"ids to an object in a file and back",
+     [](int count) {
+         const VDFileIdArrayHandle list(FIACreate());
+         for (const VDFileIdHandle& id : MakeIds(count, true))
+             FIAAppendItem(list.Get(), id.Get());
+         VDIo io(VVObjectFile);
+         io.Open(VTOpenCreate);
+         FIASerialise(list.Get(), &io, 0, nullptr);
+         io.SetCurPos(0);
+         FIASerialise(list.Get(), &io, 1, nullptr);
+     }},
     {"preferences of a test",
      [](int count) {
          const VDFileIdHandle id(FIDCreate());
@@ -367,10 +427,16 @@ int main(int argc, char** argv)
     }
     VVMetadataTest = MakeMetadataTest(folder.Name("metadata.z4t"), MetadataChannels, 20);
     VVGrowthFile = folder.Name("growth.z4t");
+    VVObjectFile = folder.Name("objects").c_str();
+    VVListed.Reset(FIACreate());
+    for (const VDFileIdHandle& id : MakeIds(ListedTests, true))
+        FIAAppendItem(VVListed.Get(), id.Get());
     const int status = RunBenchRatios(argc, argv,
                                       {{"BM_IdentifyFile", "BM_OpenReadClose", 2.0},
                                        {"BM_CreateAndName", "BM_BareName", 40},
+                                       {"BM_FindFromTestSpec", "BM_WalkList", 0.5},
                                        {"BM_LoadMetadata", "BM_FetchMapper", 1.2}});
     PrintGrowth();
+    VVListed.Reset();
     return status;
 }
