@@ -7,7 +7,7 @@ packages="
     build-essential cmake ninja-build g++ clang-14 libclang-rt-14-dev pkg-config git ca-certificates
     libxerces-c-dev libtomlplusplus-dev libxxhash-dev
     libcli11-dev nlohmann-json3-dev libsndfile1-dev libfast-float-dev libfccp-dev
-    libgtest-dev libgmock-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev libhdf5-dev
     alsa-utils
 "
 

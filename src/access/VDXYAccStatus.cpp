@@ -44,6 +44,9 @@ template <class Function>
 bool VDXYAcc::GetStatusRange(VDXYPlace place, std::int64_t first, std::int64_t count, std::int64_t* numRead,
                              const char* routine, Function&& function)
 {
+    std::int64_t unwanted = 0;
+    if (numRead == nullptr)
+        numRead = &unwanted;
     *numRead = 0;
     char enabled = 0;
     if (!CheckPlace(place, routine) || !GetStatusWordEnabled(place, &enabled))

@@ -49,9 +49,9 @@ const std::string* VDColumnBlock::FindOption(std::int64_t index) const
     if (column_.type != DaxColumnType::Enumeration || !values_.GetLongAt(index, &value))
         return nullptr;
     const auto found = std::find(column_.optionValues.begin(), column_.optionValues.end(), value);
-    return found == column_.optionValues.end() ? nullptr
-                                               : &column_.optionTexts[static_cast<std::size_t>(
-                                                     std::distance(column_.optionValues.begin(), found))];
+    return found == column_.optionValues.end()
+               ? nullptr
+               : &column_.optionTexts[static_cast<std::size_t>(std::distance(column_.optionValues.begin(), found))];
 }
 
 void VDColumnBlock::PutCsv(VDTextSink& out, std::int64_t index) const

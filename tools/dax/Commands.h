@@ -14,6 +14,7 @@ std::unique_ptr<VDCommand> VFMakeStatsCommand();
 std::unique_ptr<VDCommand> VFMakeMetaCommand();
 std::unique_ptr<VDCommand> VFMakeEvalCommand();
 std::unique_ptr<VDCommand> VFMakeCopyCommand();
+std::unique_ptr<VDCommand> VFMakeAppendCommand();
 std::unique_ptr<VDCommand> VFMakeSizeCommand();
 std::unique_ptr<VDCommand> VFMakeExistsCommand();
 std::unique_ptr<VDCommand> VFMakeDeleteCommand();

@@ -1,5 +1,5 @@
-#include "ChannelSelection.h"
 #include "BatchCopy.h"
+#include "ChannelSelection.h"
 #include "Commands.h"
 #include "CopyFormat.h"
 #include "CopyLosses.h"
@@ -292,8 +292,8 @@ VDJson VDCopyCommand::Run(VDCommandContext& context)
     if (context.IsJson())
         return MakeDocument(input, plan, names.front(), losses);
     context.Out().PutLine(names.front() + ": " + std::to_string(plan.channels.size()) +
-                          (plan.channels.size() == 1 ? " channel, " : " channels, ") +
-                          std::to_string(VFCountValues(plan)) + " " + source.ValueWord() + ", " + plan.format.description);
+                          (plan.channels.size() == 1 ? " channel, " : " channels, ") + std::to_string(VFCountValues(plan)) +
+                          " " + source.ValueWord() + ", " + plan.format.description);
     for (const VDLoss& loss : losses)
         context.Out().PutLine("lost: " + loss.ToText());
     return {};

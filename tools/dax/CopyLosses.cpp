@@ -69,7 +69,7 @@ void VFCompareValuesToKeep(const VDCopyPlan& plan, const VDDataTest& copy, VDFil
 bool VFHoldsColumn(const std::string& from, const std::string& to)
 {
     static constexpr std::pair<const char*, const char*> wider[] = {
-        {"short", "long"},  {"short", "int64"},  {"short", "float"},  {"short", "double"},
+        {"short", "long"}, {"short", "int64"}, {"short", "float"},  {"short", "double"},
         {"long", "int64"}, {"long", "double"}, {"float", "double"}, {"datetime", "text"}};
     return from == to || std::any_of(std::begin(wider), std::end(wider),
                                      [&](const auto& pair) { return from == pair.first && to == pair.second; });
@@ -81,8 +81,8 @@ void VFCompareFacts(const std::string& what, int channel, const VDJson& from, co
 {
     if (from.is_structured() && from.type() == to.type()) {
         for (const auto& [key, value] : from.items()) {
-            const std::string name = from.is_array() ? what + " " + std::to_string(std::stoll(key) + 1)
-                                                     : (what.empty() ? key : what + " " + key);
+            const std::string name =
+                from.is_array() ? what + " " + std::to_string(std::stoll(key) + 1) : (what.empty() ? key : what + " " + key);
             const bool kept = from.is_array() ? std::stoull(key) < to.size() : to.contains(key);
             VFCompareFacts(name, channel, value,
                            !kept             ? VDJson("")
@@ -93,7 +93,8 @@ void VFCompareFacts(const std::string& what, int channel, const VDJson& from, co
         return;
     }
     const bool isType = what.ends_with("type");
-    if (from.is_string() && to.is_string() && (from.get_ref<const std::string&>().empty() || (isType && VFHoldsColumn(from, to))))
+    if (from.is_string() && to.is_string() &&
+        (from.get_ref<const std::string&>().empty() || (isType && VFHoldsColumn(from, to))))
         return;
     list.Add(what, channel, from, to);
 }

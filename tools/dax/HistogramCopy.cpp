@@ -8,8 +8,7 @@ namespace {
 class HistogramWriter : public VDDataWriter
 {
 public:
-    explicit HistogramWriter(const VDCopyPlan& plan)
-        : plan_(plan), source_(static_cast<const VDHistogramTest&>(plan.source))
+    explicit HistogramWriter(const VDCopyPlan& plan) : plan_(plan), source_(static_cast<const VDHistogramTest&>(plan.source))
     {
     }
 

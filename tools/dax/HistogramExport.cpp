@@ -19,8 +19,10 @@ public:
         std::vector<VDCsvPart> parts;
         for (const VDChannel& channel : channels_) {
             const std::string number = std::to_string(channel.number);
-            parts.push_back({"channel " + number, "_ch" + number, {{"channel", channel.number}},
-                             [this, &channel](VDTextSink& out) { return WriteCsv(channel, out); }});
+            parts.push_back(
+                {"channel " + number, "_ch" + number, {{"channel", channel.number}}, [this, &channel](VDTextSink& out) {
+                     return WriteCsv(channel, out);
+                 }});
         }
         return parts;
     }

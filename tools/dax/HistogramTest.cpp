@@ -8,9 +8,9 @@
 
 namespace {
 
-constexpr const char* VVOverflowNames[VTHistOverflowFlags] = {
-    "xMin",    "xMax",    "yMin",        "yMax",        "xMinSeg",     "xMaxSeg",
-    "yMinSeg", "yMaxSeg", "xMaxYMinSeg", "xMaxYMaxSeg", "xMinYMinSeg", "xMinYMaxSeg"};
+constexpr const char* VVOverflowNames[VTHistOverflowFlags] = {"xMin",        "xMax",        "yMin",        "yMax",
+                                                              "xMinSeg",     "xMaxSeg",     "yMinSeg",     "yMaxSeg",
+                                                              "xMaxYMinSeg", "xMaxYMaxSeg", "xMinYMinSeg", "xMinYMaxSeg"};
 
 std::string VFFormatWord(int format)
 {
@@ -77,8 +77,7 @@ double VFUpperBorder(const VDHistAxis& axis, std::int64_t bin)
     return bin + 1 == axis.binCount ? axis.max : VFLowerBorder(axis, bin + 1);
 }
 
-VDHistogram::VDHistogram(VDHistHandle handle)
-    : handle_(std::move(handle)), description_(VFHistGetDescription(handle_.Get()))
+VDHistogram::VDHistogram(VDHistHandle handle) : handle_(std::move(handle)), description_(VFHistGetDescription(handle_.Get()))
 {
     VFCheck(description_ != nullptr);
     const std::int64_t count = CountBins();

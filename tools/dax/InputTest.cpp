@@ -58,7 +58,8 @@ void VDInputTest::TellOfSidecar(VDCommandContext& context, const VDTestArguments
 {
     VDString name;
     std::error_code none;
-    if (Access().KeepsMetaData() || VMDCreateFilenameFromFileId(id_.Get(), &name) == 0 || !std::filesystem::exists(name.Str(), none))
+    if (Access().KeepsMetaData() || VMDCreateFilenameFromFileId(id_.Get(), &name) == 0 ||
+        !std::filesystem::exists(name.Str(), none))
         return;
     const VDVmdFileHandle sidecar(VMDCreate());
     if (sidecar && VMDAdoptTestVmd(sidecar.Get(), id_.Get(), true))

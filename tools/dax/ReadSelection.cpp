@@ -77,10 +77,11 @@ void VDReadSelection::Register(CLI::App& command)
     ofKind(command.add_option("--spectrum", spectra, "Spectra: positions, from 1 (default: all)"),
            VTFileAccessComplexFrequency)
         ->type_name("FROM-TO");
-    ofKind(command.add_option("--lines", lines,
-                              "Spectra: lines by their frequency, or by position from 1 where the file has no axis (default: "
-                              "all)"),
-           VTFileAccessComplexFrequency)
+    ofKind(
+        command.add_option("--lines", lines,
+                           "Spectra: lines by their frequency, or by position from 1 where the file has no axis (default: "
+                           "all)"),
+        VTFileAccessComplexFrequency)
         ->type_name("FROM-TO");
 }
 

@@ -10,10 +10,7 @@ namespace {
 class SpectraWriter : public VDDataWriter
 {
 public:
-    explicit SpectraWriter(const VDCopyPlan& plan)
-        : plan_(plan), source_(static_cast<const VDSpectraTest&>(plan.source))
-    {
-    }
+    explicit SpectraWriter(const VDCopyPlan& plan) : plan_(plan), source_(static_cast<const VDSpectraTest&>(plan.source)) {}
 
     VDTestAccess& Access() override { return access_; }
     void WriteHeader(std::int64_t limit) override;

@@ -31,8 +31,9 @@ public:
         VDJson numbers = VDJson::array();
         for (const VDChannel& channel : channels_)
             numbers.push_back(channel.number);
-        return {{"channels " + VFChannelListText(channels_, ','), "", {{"channels", numbers}},
-                 [this](VDTextSink& out) { return WriteCsv(out); }}};
+        return {{"channels " + VFChannelListText(channels_, ','), "", {{"channels", numbers}}, [this](VDTextSink& out) {
+                     return WriteCsv(out);
+                 }}};
     }
     std::string WhyParts(const std::vector<VDCsvPart>&) const override { return {}; }
     void WriteJson(VDTextSink& out) const override;
@@ -81,7 +82,9 @@ void SpectraExport::ChooseLines(const std::string& text)
 
 void SpectraExport::WriteCsvHeader(VDTextSink& out) const
 {
-    const auto orElse = [](const std::string& title, const char* usual) { return title.empty() ? std::string(usual) : title; };
+    const auto orElse = [](const std::string& title, const char* usual) {
+        return title.empty() ? std::string(usual) : title;
+    };
     const VDSpectraTexts texts = channels_.empty() ? VDSpectraTexts() : test_.GetTexts(channels_.front());
     if (spectra_.count > 1)
         out.Write(VFCsvText(VFWithUnits(orElse(texts.yTitle, "spectrum"), texts.yUnits)) + ",");

@@ -110,8 +110,10 @@ bool VDSpectraAxis::Find(double from, double to, std::int64_t* first, std::int64
 }
 
 VDSpectrumBlock::VDSpectrumBlock(VDCFAcc* acc, const VDChannel& channel, bool isComplex)
-    : acc_(acc), channel_(channel.index),
-      isDouble_(DaxDataType::FromId(channel.type) == DaxDataType::Double), parts_(isComplex ? 2 : 1)
+    : acc_(acc),
+      channel_(channel.index),
+      isDouble_(DaxDataType::FromId(channel.type) == DaxDataType::Double),
+      parts_(isComplex ? 2 : 1)
 {
     kind_ = isComplex ? (isDouble_ ? DaxSpectrumKind::ComplexDouble : DaxSpectrumKind::ComplexFloat)
                       : (isDouble_ ? DaxSpectrumKind::Double : DaxSpectrumKind::Float);
@@ -164,7 +166,8 @@ VDSpectraTest::VDSpectraTest(VDFileId* id) : VDDataTest(id)
         channel.units = VFReadText(CFAccGetChanUnits, Get(), channel.index);
         texts_.push_back({VFReadText(CFAccGetXTitle, Get(), channel.index), VFReadText(CFAccGetXUnits, Get(), channel.index),
                           VFReadText(CFAccGetYTitle, Get(), channel.index), VFReadText(CFAccGetYUnits, Get(), channel.index),
-                          VFReadText(CFAccGetZTitle, Get(), channel.index), VFReadText(CFAccGetZUnits, Get(), channel.index)});
+                          VFReadText(CFAccGetZTitle, Get(), channel.index),
+                          VFReadText(CFAccGetZUnits, Get(), channel.index)});
     }
     VFErrorClear();
 }
@@ -231,8 +234,8 @@ void VDSpectraTest::PrintChannels(const VDJson& described, VDTextSink& out) cons
     VDTextTable table("rrlllll");
     table.Add({"INDEX", "NUMBER", "TITLE", "UNITS", "TYPE", "X AXIS", "Z AXIS"});
     for (const VDJson& channel : described)
-        table.Add({std::to_string(channel["index"].get<int>()), std::to_string(channel["number"].get<int>()), channel["title"],
-                   channel["units"], channel["type"], VFWithUnits(channel["xTitle"], channel["xUnits"]),
+        table.Add({std::to_string(channel["index"].get<int>()), std::to_string(channel["number"].get<int>()),
+                   channel["title"], channel["units"], channel["type"], VFWithUnits(channel["xTitle"], channel["xUnits"]),
                    VFWithUnits(channel["zTitle"], channel["zUnits"])});
     table.Print(out);
 }

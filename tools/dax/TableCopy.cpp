@@ -69,7 +69,8 @@ void TableWriter::WriteStatusTexts(int channel, int sourceChannel, int dataSet, 
 {
     for (int bit = 0; bit < DaxStatusWord::NumBits && HasStatus(channel, dataSet, column); ++bit) {
         VDString text;
-        if (XYAccGetStatusWordBitText(source_.Get(), sourceChannel, dataSet, column.index, bit, &text) != 0 && !text.IsEmpty())
+        if (XYAccGetStatusWordBitText(source_.Get(), sourceChannel, dataSet, column.index, bit, &text) != 0 &&
+            !text.IsEmpty())
             XYAccSetStatusWordBitText(access_.Get(), channel, dataSet, column.index, bit, text);
     }
     VFErrorClear();

@@ -180,7 +180,8 @@ void VDTableTest::AddLimits(const VDChannel& channel, bool always, VDJson& descr
     for (const VDColumn& column : table.columns) {
         VDVariant minimum;
         VDVariant maximum;
-        VFCheck(XYAccGetColLimits(Get(), channel.index, static_cast<int>(DaxDataSet::All), column.index, &minimum, &maximum));
+        VFCheck(
+            XYAccGetColLimits(Get(), channel.index, static_cast<int>(DaxDataSet::All), column.index, &minimum, &maximum));
         const auto add = [&](const char* name, const VDVariant& limit) {
             double value = 0;
             described["columns"][static_cast<std::size_t>(column.index)][name] =
@@ -194,7 +195,8 @@ void VDTableTest::AddLimits(const VDChannel& channel, bool always, VDJson& descr
 void VDTableTest::PrintChannels(const VDJson& described, VDTextSink& out) const
 {
     const auto limit = [](const VDJson& column, const char* name) {
-        return column.contains(name) && column[name].is_number() ? VFNumberText(column[name].get<double>()) : std::string("-");
+        return column.contains(name) && column[name].is_number() ? VFNumberText(column[name].get<double>())
+                                                                 : std::string("-");
     };
     for (const VDJson& channel : described) {
         const std::string title = channel["title"];
@@ -203,7 +205,8 @@ void VDTableTest::PrintChannels(const VDJson& described, VDTextSink& out) const
         dataSets.Add({"SET", "ROWS", "TITLE"});
         int position = 0;
         for (const VDJson& dataSet : channel["dataSets"])
-            dataSets.Add({std::to_string(++position), std::to_string(dataSet["rows"].get<std::int64_t>()), dataSet["title"]});
+            dataSets.Add(
+                {std::to_string(++position), std::to_string(dataSet["rows"].get<std::int64_t>()), dataSet["title"]});
         dataSets.Print(out, 2);
         VDTextTable columns("rlllllrr");
         columns.Add({"COLUMN", "TITLE", "UNITS", "KEYWORD", "TYPE", "STATUS", "MIN", "MAX"});

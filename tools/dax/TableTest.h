@@ -38,10 +38,7 @@ std::string VFColumnTypeWord(int type);
 class VDColumnBlock
 {
 public:
-    VDColumnBlock(VDXYAcc* acc, int channel, const VDColumn& column)
-        : acc_(acc), channel_(channel), column_(column)
-    {
-    }
+    VDColumnBlock(VDXYAcc* acc, int channel, const VDColumn& column) : acc_(acc), channel_(channel), column_(column) {}
 
     /// Reads so many rows of a data set; throws if there are fewer.
     void Read(int dataSet, std::int64_t first, std::int64_t count);

@@ -8,9 +8,9 @@
 /// What goes into one CSV.
 struct VDCsvPart
 {
-    std::string name;    ///< for people: "channels 1-3"
-    std::string suffix;  ///< of its file's name where there are several parts: "_ch1-3"
-    VDJson facts;        ///< keys that say what it holds
+    std::string name;                                    ///< for people: "channels 1-3"
+    std::string suffix;                                  ///< of its file's name where there are several parts: "_ch1-3"
+    VDJson facts;                                        ///< keys that say what it holds
     std::function<std::int64_t(VDTextSink& out)> write;  ///< gives the number of rows; throws on failure
 };
 

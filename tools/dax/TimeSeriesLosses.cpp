@@ -39,8 +39,8 @@ void VFCompareValues(const VDTimeSeriesTest& test, const VDChannel& from, const 
         }
 }
 
-void VFCompareChannels(const VDTimeSeriesTest& source, const VDChannel& from, const VDTimeSeriesTest& copy, const VDChannel& to,
-                       VDLossList& list)
+void VFCompareChannels(const VDTimeSeriesTest& source, const VDChannel& from, const VDTimeSeriesTest& copy,
+                       const VDChannel& to, VDLossList& list)
 {
     list.Add("channelNumber", from.number, from.number, to.number);
     list.AddText("title", from.number, from.title, to.title);

@@ -5,10 +5,9 @@
 int main(int argc, char** argv)
 {
     constexpr std::unique_ptr<VDCommand> (*makers[])() = {
-        VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeLsCommand,   VFMakeInfoCommand,
-        VFMakeReadCommand,  VFMakeStatsCommand,    VFMakeMetaCommand, VFMakeEvalCommand,
-        VFMakeCopyCommand,  VFMakeCheckCommand,    VFMakeDbcCommand,
-        VFMakeSizeCommand,  VFMakeExistsCommand,   VFMakeDeleteCommand,
+        VFMakeTypesCommand, VFMakeIdentifyCommand, VFMakeLsCommand,     VFMakeInfoCommand,  VFMakeReadCommand,
+        VFMakeStatsCommand, VFMakeMetaCommand,     VFMakeEvalCommand,   VFMakeCopyCommand,  VFMakeAppendCommand,
+        VFMakeSizeCommand,  VFMakeExistsCommand,   VFMakeDeleteCommand, VFMakeCheckCommand, VFMakeDbcCommand,
     };
     std::vector<std::unique_ptr<VDCommand>> commands;
     for (const auto& make : makers)
