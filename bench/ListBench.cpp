@@ -67,13 +67,13 @@ const std::string& WavFolder(int count)
     return FolderOf("wav", count, WavContent(), [](int number) { return "run_a" + std::to_string(number) + "x.wav"; });
 }
 
-/// All files make up a thousandth of their number of tests, or one each.
+/// A hundred files make up a test, or each does.
 const std::string& ChannelFolder(int count, bool together)
 {
     return FolderOf(together ? "few" : "many", count, "STAND fileid=601\n", [=](int number) {
         const int test = together ? number % (count / 100) : number;
         char name[40];
-        std::snprintf(name, sizeof name, "test%06d_%03d.dat", test, together ? number / (count / 100) + 1 : 1);
+        std::snprintf(name, sizeof name, "test%06d_%02d.dat", test, together ? number / (count / 100) : 0);
         return std::string(name);
     });
 }
@@ -142,7 +142,7 @@ void Print(const Row& row)
     for (const int count : Counts) {
         double best = 1e9;
         double reference = 1e9;
-        for (int run = 0; run < std::clamp(200'000 / count, 5, 20); ++run) {
+        for (int run = 0; run < std::clamp(200'000 / count, 3, 20); ++run) {
             best = std::min(best, Time([&] { row.run(count); }));
             reference = std::min(reference, Time([&] { row.reference(count); }));
         }

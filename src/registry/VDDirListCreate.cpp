@@ -48,8 +48,11 @@ bool VDDirList::Create(bool withInfo)
     covered_.clear();
     listedTests_.clear();
     lastCheck_ = {};
-    // The first question for configured types fails where there are none; that is to be no file's fault.
-    VDFormatRegistry::Get().LoadGeneralFiles();
+    // The first question for configured types fails where there are none; that is to be no file's fault. They come behind the
+    // types of the plug-ins.
+    VDFormatRegistry& registry = VDFormatRegistry::Get();
+    if (registry.LoadPlugIns())
+        registry.LoadGeneralFiles();
 
     const bool isAtFile = pattern_[0] == '@';
     return (isAtFile ? ProcessAtFile() : ScanPieces()) &&

@@ -14,7 +14,7 @@ protected:
     {
         folder_.Write("a.wav", MakeWav16(1000, 2, std::vector<std::int16_t>(4000)));
         folder_.Write("b.wav", MakeWav16(500, 1, std::vector<std::int16_t>(3000)));
-        folder_.Write("notes.txt", "nothing known");
+        folder_.Write("notes.txt", "\x01\x02 nothing known");
         folder_.Write("sub/c.wav", MakeWav16(100, 3, std::vector<std::int16_t>(30)));
         folder_.Write("odd;*|\x1b[31m.wav", MakeWav16(1000, 1, {1, 2, 3}));
     }
