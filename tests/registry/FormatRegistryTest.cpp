@@ -175,7 +175,7 @@ TEST_F(FormatRegistryTest, KeywordsAndDefaultExtensions)
     VDStringArray keywords;
     keywords.AppendItem("left over");
     EXPECT_TRUE(FINFGetFileFormatKeywords(Info(), VTFileAccessHistogram, &keywords));
-    EXPECT_EQ(Join(keywords), "StandB Z4Histogram ");
+    EXPECT_EQ(Join(keywords), "StandB Z4Histogram TemporaryHistogram ");
     EXPECT_TRUE(FINFGetFileFormatKeywords(Info(), VTFileAccessAll, &keywords));
     EXPECT_GE(keywords.Find("StandSerial"), 0);
 
