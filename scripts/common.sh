@@ -8,6 +8,8 @@ build_preset() {
     launcher=
     if command -v ccache >/dev/null; then
         launcher=-DCMAKE_CXX_COMPILER_LAUNCHER=ccache
+        # Without these it passes on every file that begins with a precompiled header.
+        export CCACHE_SLOPPINESS=pch_defines,time_macros
     fi
     cmake --preset "$preset" $launcher
     if [ $# -gt 0 ]; then
