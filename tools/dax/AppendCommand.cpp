@@ -200,7 +200,8 @@ VDJson VDAppendCommand::Run(VDCommandContext& context)
     const std::int64_t total = into.dataSets[static_cast<std::size_t>(dataSet_ - 1)].rows + rows;
     if (context.IsJson())
         return {{"path", path}, {"rows", rows}, {"total", total}, {"unusedColumns", unused}};
-    context.Out().PutLine(path + ": " + std::to_string(rows) + " rows more, " + std::to_string(total) + " in all");
+    context.Out().PutLine(path + ": " + std::to_string(rows) + (rows == 1 ? " row more, " : " rows more, ") +
+                          std::to_string(total) + " in all");
     for (const VDJson& title : unused)
         context.Out().PutLine("lost: column " + title.get<std::string>() + " has no place in the table");
     return {};
