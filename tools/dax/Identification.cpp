@@ -87,7 +87,9 @@ const char* VFIdentifiedBy(const VDIdentification& identification, const VDFileT
 
 void VDTestArguments::Register(CLI::App& command, const char* name, const char* strictHelp)
 {
-    command.add_option(name, file, "A file, or the spec of one test such as 'road;xdat;c1-3'")->required()->type_name("");
+    command.add_option(name, file, "A file, or a test spec that means one test, such as 'road;xdat;c1-3'")
+        ->required()
+        ->type_name("");
     RegisterOptions(command, strictHelp);
 }
 
