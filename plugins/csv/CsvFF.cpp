@@ -1,3 +1,4 @@
+#include "../common/FileTypeAnswers.h"
 #include "CsvFormat.h"
 #include "CsvIndexPass.h"
 #include "CsvReport.h"
@@ -133,19 +134,5 @@ void CsvFFGetNextCapability(int fileId, int subId, int* index, VDString* name, i
 
 void CsvFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
 {
-    long fileId = 0;
-    long subId = 0;
-    (*arguments)[0].GetLong(&fileId);
-    (*arguments)[1].GetLong(&subId);
-    const CsvFormat::Type* type = CsvFormat::Find(static_cast<int>(fileId), static_cast<int>(subId));
-    const VDString asked(key);
-    answer->Clear();
-    if (type == nullptr)
-        return;
-    if (asked == "NameForm")
-        answer->AppendItem(VDVariant(static_cast<long>(VTNameFormFile)));
-    else if (asked == "FormatKeyword")
-        answer->AppendItem(VDVariant(type->keyword));
-    else if (asked == "DefaultExtension")
-        answer->AppendItem(VDVariant("csv"));
+    VFAnswerFileType(key, *arguments, answer, CsvFormat::Find, [](const auto&) { return "csv"; });
 }

@@ -1,3 +1,4 @@
+#include "../common/FileTypeAnswers.h"
 #include "UffFile.h"
 
 #include "daxlib/DaxHandle.h"
@@ -178,19 +179,5 @@ void UffFFGetNextCapability(int, int, int* index, VDString* name, int* value, ch
 
 void UffFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
 {
-    long fileId = 0;
-    long subId = 0;
-    (*arguments)[0].GetLong(&fileId);
-    (*arguments)[1].GetLong(&subId);
-    const UffFormat::Type* const type = UffFormat::Find(static_cast<int>(fileId), static_cast<int>(subId));
-    const VDString asked(key);
-    answer->Clear();
-    if (type == nullptr)
-        return;
-    if (asked == "NameForm")
-        answer->AppendItem(VDVariant(static_cast<long>(VTNameFormFile)));
-    else if (asked == "FormatKeyword")
-        answer->AppendItem(VDVariant(type->keyword));
-    else if (asked == "DefaultExtension")
-        answer->AppendItem(VDVariant("uff"));
+    VFAnswerFileType(key, *arguments, answer, UffFormat::Find, [](const auto&) { return "uff"; });
 }

@@ -1,3 +1,4 @@
+#include "../common/FileTypeAnswers.h"
 #include "WavReader.h"
 #include "WavReport.h"
 
@@ -81,19 +82,5 @@ void WavFFGetNextCapability(int, int, int* index, VDString* name, int* value, ch
 
 void WavFFGetValue(const char* key, const VDVariant* arguments, VDVariant* answer)
 {
-    long fileId = 0;
-    long subId = 0;
-    (*arguments)[0].GetLong(&fileId);
-    (*arguments)[1].GetLong(&subId);
-    const WavFormat::Type* type = WavFormat::Find(static_cast<int>(fileId), static_cast<int>(subId));
-    const VDString asked(key);
-    answer->Clear();
-    if (type == nullptr)
-        return;
-    if (asked == "NameForm")
-        answer->AppendItem(VDVariant(static_cast<long>(VTNameFormFile)));
-    else if (asked == "FormatKeyword")
-        answer->AppendItem(VDVariant(type->keyword));
-    else if (asked == "DefaultExtension")
-        answer->AppendItem(VDVariant(type->extension));
+    VFAnswerFileType(key, *arguments, answer, WavFormat::Find, [](const auto& type) { return type.extension; });
 }
